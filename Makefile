@@ -1,0 +1,48 @@
+# VELDA: a plain front over CMake.
+#   make          build everything into build/ (executables in build/bin/)
+#   make demo     install dependencies, build, run the main job on the sample database
+#   make test     install dependencies, build with sanitizers, run every test
+#   make gui      build and start the desktop application
+#   make bench    build and run the benchmarks
+
+JOBS ?= $(shell nproc)
+BUILD := build
+TEST_BUILD := build-test
+BENCH_BUILD := build-bench
+SAMPLE_DB := $(BUILD)/sample.db
+
+.PHONY: all deps configure demo test gui bench sample clean
+
+all: configure
+	cmake --build $(BUILD) -j $(JOBS)
+
+deps:
+	@scripts/install-deps.sh
+
+configure:
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELDA_BUILD_TESTS=OFF >/dev/null
+
+sample: $(SAMPLE_DB)
+
+$(SAMPLE_DB): data/sample.sql
+	@mkdir -p $(BUILD)
+	rm -f $@.tmp && sqlite3 $@.tmp < data/sample.sql && mv $@.tmp $@
+
+demo: deps all sample
+	scripts/demo.sh $(BUILD)/bin/velda-cli $(SAMPLE_DB)
+
+test: deps
+	cmake -S . -B $(TEST_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELDA_SANITIZE=ON -DVELDA_BUILD_TESTS=ON >/dev/null
+	cmake --build $(TEST_BUILD) -j $(JOBS)
+	cd $(TEST_BUILD) && ctest --output-on-failure -j $(JOBS)
+
+gui: deps all sample
+	VELDA_SAMPLE_DB=$(abspath $(SAMPLE_DB)) $(BUILD)/bin/velda
+
+bench: deps
+	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELDA_BUILD_TESTS=OFF -DVELDA_BUILD_BENCH=ON >/dev/null
+	cmake --build $(BENCH_BUILD) -j $(JOBS)
+	bench/run.sh $(BENCH_BUILD)
+
+clean:
+	rm -rf $(BUILD) $(TEST_BUILD) $(BENCH_BUILD)

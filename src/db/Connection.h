@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace velda {
+
+// An open ODBC connection made from the user's connection string (a leading
+// "ODBC;" is accepted). The environment runs in ODBC 2 behaviour so that
+// date and time columns report the types 9, 10 and 11.
+class Connection {
+ public:
+  ~Connection();
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+
+  // Null on failure, with the driver's message in the last-error text.
+  static std::unique_ptr<Connection> open(const std::string& connectionString);
+
+  // The handle for ODBC calls (an SQLHDBC).
+  void* handle() const { return dbc_; }
+  const std::string& connectionString() const { return connectionString_; }
+
+ private:
+  Connection() = default;
+  void* env_ = nullptr;
+  void* dbc_ = nullptr;
+  std::string connectionString_;
+};
+
+// The data source's name as the driver reports it, or "not available".
+std::string dataSourceName(const Connection& connection);
+
+}  // namespace velda

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velda {
+
+class Connection;
+
+// The three kinds of column that the symbolic model understands.
+enum ColumnKind : int32_t {
+  COLUMN_CHARACTER = 0,
+  COLUMN_INTEGER = 1,
+  COLUMN_REAL = 2,
+};
+
+enum StatementStatus : int32_t {
+  STATUS_OK = 0,
+  STATUS_ODBC_ERROR = 1,
+  STATUS_NOT_SELECT = 2,
+  STATUS_UNHANDLED_TYPE = 3,
+};
+
+// One column of a result: its name, kind and the current row's text.
+struct ResultColumn {
+  static constexpr size_t kValueCapacity = 254;
+  std::string name;
+  ColumnKind kind = COLUMN_CHARACTER;
+  long indicator = 0;   // -1: the value is NULL
+  char buffer[256] = {};  // the current value, trimmed, at most 254 bytes
+};
+
+// A select statement whose values are all fetched as text.
+class QueryStatement {
+ public:
+  QueryStatement() = default;
+  ~QueryStatement();
+  QueryStatement(const QueryStatement&) = delete;
+  QueryStatement& operator=(const QueryStatement&) = delete;
+
+  // Runs a select. Returns 1, or 0 with the status set.
+  int execute(const Connection& connection, const std::string& sql);
+  // Reads the next row: 1 for a row, 0 at the end of data (status 0) or on
+  // an error (status 1).
+  int fetch();
+  // Frees the statement and its columns.
+  void close();
+  // The text for the current status (empty for 0); resets the status.
+  std::string errorText();
+
+  int columnCount() const { return static_cast<int>(columns_.size()); }
+  ColumnKind columnKind(int i) const { return columns_[static_cast<size_t>(i)].kind; }
+  const std::string& columnName(int i) const { return columns_[static_cast<size_t>(i)].name; }
+  bool isNull(int i) const { return columns_[static_cast<size_t>(i)].indicator == -1; }
+  // The current row's trimmed text of column i (0-based).
+  const char* text(int i) const { return columns_[static_cast<size_t>(i)].buffer; }
+  double number(int i) const;
+  StatementStatus status() const { return status_; }
+
+ private:
+  void* stmt_ = nullptr;
+  std::vector<ResultColumn> columns_;
+  StatementStatus status_ = STATUS_OK;
+};
+
+}  // namespace velda

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <cstdint>
+
+#include "common/ChainedHashTable.h"
+#include "model/CategoricalVariable.h"
+#include "model/SymbolicValue.h"
+
+namespace velda {
+
+// The weight of one modality in a categorical value.
+struct ValueEntry {
+  ValueEntry(int32_t index, double weight = 0.0, double subtreeWeight = 0.0)
+      : index(index), weight(weight), subtreeWeight(subtreeWeight) {}
+  int32_t index;         // the modality's index
+  double weight;         // accumulated from the members' cells
+  double subtreeWeight;  // set by the taxonomy, read instead when there is one
+};
+
+// Keys a table by a modality's index: its stable number.
+template <typename T>
+struct ModalityIndexTraits {
+  using Key = int32_t;
+  static Key key(const T& value) { return value.index; }
+  static uint32_t hash(Key key) { return static_cast<uint32_t>(key); }
+  static bool equal(Key a, Key b) { return a == b; }
+};
+
+using ValueEntryTable = ChainedHashTable<ValueEntry, ModalityIndexTraits<ValueEntry>>;
+
+// A category or a weighted set of categories.
+class CategoricalValue final : public SymbolicValue {
+ public:
+  static constexpr size_t kMultipleBuckets = 9;
+  static constexpr size_t kSingleBuckets = 1;
+
+  explicit CategoricalValue(const CategoricalVariable& variable);
+
+  void reset() override;
+  int addCell(const CellValue& cell, double weight) override;
+  void writeText(std::ostream& out) const override;
+  void writeValue(std::ostream& out) const override;
+  double size() const override { return entries.empty() ? 1.0 : static_cast<double>(entries.size()); }
+  // The number of modalities present in both values.
+  double overlap(const SymbolicValue& other) const override;
+  bool hasData() const override { return !entries.empty(); }
+  // Rehashes the entries to as many buckets as entries.
+  void rebuild() { entries.rebuild(entries.size()); }
+
+  const CategoricalVariable& categoricalVariable() const {
+    return static_cast<const CategoricalVariable&>(variable());
+  }
+  // The weight that renderings read: the subtree weight under a taxonomy.
+  double shownWeight(const ValueEntry& entry) const {
+    return categoricalVariable().hasTaxonomy() ? entry.subtreeWeight : entry.weight;
+  }
+
+  ValueEntryTable entries;
+
+ private:
+  // Writes "(w)" for a modality of a set-valued variable, as the mode says;
+  // sum is the total shown weight of the entries (KT-estimate).
+  void writeWeight(std::ostream& out, double w, double sum) const;
+  double shownWeightSum() const;
+};
+
+}  // namespace velda

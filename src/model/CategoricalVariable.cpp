@@ -1,0 +1,118 @@
+#include "model/CategoricalVariable.h"
+
+#include <algorithm>
+#include <new>
+
+#include "model/CategoricalValue.h"
+
+namespace velda {
+
+CategoricalVariable::CategoricalVariable(std::string name, int32_t multiple, size_t modalityBuckets)
+    : SymbolicVariable(std::move(name), multiple),
+      mode(multiple ? MODE_PROBABILIST : MODE_BOOLEAN),
+      modalities(modalityBuckets),
+      nodes(kNodeTableBuckets) {}
+
+int CategoricalVariable::addCell(const char* text, CellValue& cell) {
+  if (!text) {
+    cell.flags = CELL_MODALITY | CELL_NULL;
+    cell.modality = nullptr;
+    return 1;
+  }
+  Modality* modality = modalities.find(text);
+  if (!modality) {
+    try {
+      modality = &addModality(text);
+    } catch (const std::bad_alloc&) {
+      return 0;
+    }
+  }
+  cell.flags = CELL_MODALITY;
+  cell.modality = modality;
+  return 1;
+}
+
+const Modality* CategoricalVariable::byIndex(int32_t index) const {
+  if (index < 0 || static_cast<size_t>(index) >= byIndex_.size()) return nullptr;
+  return byIndex_[static_cast<size_t>(index)];
+}
+
+Modality* CategoricalVariable::byIndex(int32_t index) {
+  return const_cast<Modality*>(static_cast<const CategoricalVariable*>(this)->byIndex(index));
+}
+
+Modality* CategoricalVariable::findNode(std::string_view name) {
+  if (Modality* leaf = modalities.find(name)) return leaf;
+  return nodes.find(name);
+}
+
+Modality& CategoricalVariable::addModality(std::string name, int32_t index) {
+  return registerIndex(modalities, std::move(name), index);
+}
+
+Modality& CategoricalVariable::addNode(std::string name, int32_t index) {
+  return registerIndex(nodes, std::move(name), index);
+}
+
+Modality& CategoricalVariable::registerIndex(ModalityTable& table, std::string name, int32_t index) {
+  if (index < 0) index = static_cast<int32_t>(byIndex_.size());
+  const size_t needed = std::max(byIndex_.size(), static_cast<size_t>(index) + 1);
+  byIndex_.reserve(needed);
+  Modality& modality = table.insert(std::move(name), index);
+  byIndex_.resize(needed, nullptr);
+  byIndex_[static_cast<size_t>(index)] = &modality;
+  return modality;
+}
+
+void CategoricalVariable::clearTaxonomy() {
+  taxonomyRoot = nullptr;
+  nodes.clear();
+  byIndex_.resize(modalities.size());
+  for (Modality& leaf : modalities) {
+    leaf.parent = nullptr;
+    leaf.firstChild = nullptr;
+    leaf.nextSibling = nullptr;
+  }
+}
+
+void CategoricalVariable::compact() { modalities.rebuild(modalities.size()); }
+
+void CategoricalVariable::writeDescription(std::ostream& out) const {
+  std::vector<const Modality*> sorted;
+  sorted.reserve(modalityCount() + nodeCount());
+  for (const Modality& m : modalities) sorted.push_back(&m);
+  for (const Modality& m : nodes) sorted.push_back(&m);
+  std::sort(sorted.begin(), sorted.end(), [](const Modality* a, const Modality* b) { return a->name < b->name; });
+
+  out << "variable " << name << '\n' << "  nominale {";
+  for (size_t i = 0; i < sorted.size(); ++i) out << (i ? ", " : "") << '"' << sorted[i]->name << '"';
+  out << "}\n";
+
+  if (multiple) {
+    static const char* const kModeTexts[] = {"boolean;", "cardinality;", "probabilist;", "KT-estimate probability;"};
+    const int32_t shown = (mode >= MODE_BOOLEAN && mode <= MODE_KT_ESTIMATE) ? mode : MODE_PROBABILIST;
+    out << "  multiple,mode=" << kModeTexts[shown] << '\n';
+  } else {
+    out << "  unique;\n";
+  }
+
+  if (!hasTaxonomy()) return;
+  out << "  taxonomy {\n";
+  bool first = true;
+  for (const Modality* node : sorted) {
+    if (!node->firstChild) continue;
+    if (!first) out << ",\n";
+    first = false;
+    out << "    \"" << node->name << "\" = {";
+    for (const Modality* child = node->firstChild; child; child = child->nextSibling)
+      out << (child == node->firstChild ? "" : ", ") << '"' << child->name << '"';
+    out << '}';
+  }
+  out << "\n  }\n";
+}
+
+std::unique_ptr<SymbolicValue> CategoricalVariable::newSymbolicValue() const {
+  return std::make_unique<CategoricalValue>(*this);
+}
+
+}  // namespace velda

@@ -1,0 +1,38 @@
+#include "model/QuantitativeVariable.h"
+
+#include <cmath>
+
+#include "common/Decimal.h"
+#include "model/QuantitativeValue.h"
+
+namespace velda {
+
+int QuantitativeVariable::addCell(const char* text, CellValue& cell) {
+  const double number = text ? parseDecimal(text) : 0.0;
+  // A database value that is not a finite number counts as missing.
+  if (!text || !std::isfinite(number)) {
+    cell.flags = CELL_NUMBER | CELL_NULL;
+    cell.number = 0.0;
+    return 1;
+  }
+  if (number < min) min = number;
+  if (number > max) max = number;
+  cell.flags = CELL_NUMBER;
+  cell.number = number;
+  return 1;
+}
+
+void QuantitativeVariable::writeDescription(std::ostream& out) const {
+  out << "variable " << name << '\n' << "  real ";
+  if (hasValues())
+    out << '[' << min << ':' << max << ']';
+  else
+    out << "NULL";
+  out << '\n' << (multiple ? "  interval;" : "  unique;") << '\n';
+}
+
+std::unique_ptr<SymbolicValue> QuantitativeVariable::newSymbolicValue() const {
+  return std::make_unique<QuantitativeValue>(*this);
+}
+
+}  // namespace velda

@@ -1,0 +1,139 @@
+#include "model/SymbolicMatrix.h"
+
+#include <algorithm>
+#include <new>
+
+#include "common/LastError.h"
+#include "model/CategoricalValue.h"
+#include "model/CategoricalVariable.h"
+
+namespace velda {
+
+SymbolicMatrix::SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets)
+    : individuals(individualBuckets), assertions(assertionBuckets), sampleCounters(kInitialCounters, 0) {}
+
+std::unique_ptr<SymbolicMatrix> SymbolicMatrix::create(size_t individualBuckets, size_t assertionBuckets) {
+  try {
+    return std::unique_ptr<SymbolicMatrix>(new SymbolicMatrix(individualBuckets, assertionBuckets));
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void SymbolicMatrix::appendVariable(std::unique_ptr<SymbolicVariable> variable) {
+  std::vector<std::unique_ptr<SymbolicValue>> fresh;
+  fresh.reserve(assertions.size());
+  for (size_t i = 0; i < assertions.size(); ++i) fresh.push_back(variable->newSymbolicValue());
+  for (Assertion& a : assertions) a.values.reserve(variables.size() + 1);
+  variables.reserve(variables.size() + 1);
+  isDaughter.reserve(variables.size() + 1);
+  // Nothing below allocates.
+  size_t next = 0;
+  for (Assertion& a : assertions) a.values.push_back(std::move(fresh[next++]));
+  if (variable->isCategorical()) ++categoricalCount_;
+  variables.push_back(std::move(variable));
+  isDaughter.push_back(0);
+}
+
+void SymbolicMatrix::recountKinds() {
+  categoricalCount_ = static_cast<size_t>(
+      std::count_if(variables.begin(), variables.end(), [](const auto& v) { return v->isCategorical(); }));
+}
+
+Assertion& SymbolicMatrix::createAssertion(std::string id) {
+  Assertion fresh(std::move(id), static_cast<int32_t>(assertions.size()));
+  fresh.values.reserve(variables.size());
+  for (const auto& variable : variables) fresh.values.push_back(variable->newSymbolicValue());
+  return assertions.insert(std::move(fresh));
+}
+
+void SymbolicMatrix::link(Individual& individual, Assertion& assertion) {
+  assertion.members.push_back(&individual);
+  if (individual.direct) {
+    try {
+      individual.others.push_front(individual.direct);
+    } catch (...) {
+      assertion.members.pop_back();
+      throw;
+    }
+  }
+  individual.direct = &assertion;
+}
+
+void SymbolicMatrix::unlink(Individual& individual, Assertion& assertion) {
+  // Members are searched from the end: the one unlinked is usually the
+  // newest (a sampled-out row).
+  auto& members = assertion.members;
+  for (auto it = members.rbegin(); it != members.rend(); ++it) {
+    if (*it != &individual) continue;
+    members.erase(std::next(it).base());
+    break;
+  }
+  if (individual.direct == &assertion) {
+    if (individual.others.empty()) {
+      individual.direct = nullptr;
+    } else {
+      individual.direct = individual.others.front();
+      individual.others.pop_front();
+    }
+    return;
+  }
+  individual.others.remove(&assertion);
+}
+
+void SymbolicMatrix::removeIndividual(Individual& individual) {
+  while (individual.direct) unlink(individual, *individual.direct);
+  const std::string id = individual.id;
+  individuals.erase(id);
+}
+
+int SymbolicMatrix::addMember(Assertion& assertion, const Individual& individual) {
+  ++assertion.memberCount;
+  for (size_t v = 0; v < cellCount; ++v)
+    if (!assertion.values[v]->addCell(individual.cells[v], individual.weight)) return 0;
+  return 1;
+}
+
+int SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
+  for (size_t v = 0; v < cellCount; ++v) assertion.values[v]->reset();
+  assertion.memberCount = 0;
+  for (const Individual* member : assertion.members)
+    if (!addMember(assertion, *member)) return 0;
+  return 1;
+}
+
+int SymbolicMatrix::finish(bool sampled) {
+  if (!individuals.empty()) individuals.rebuild(individuals.size());
+  if (!assertions.empty()) assertions.rebuild(assertions.size());
+
+  if (sampled) {
+    for (const Individual& individual : individuals) {
+      bool ok = true;
+      individual.forEachAssertion([&](Assertion* a) { ok = ok && addMember(*a, individual); });
+      if (!ok) {
+        setError("Memory allocation failed");
+        return 0;
+      }
+    }
+  }
+
+  for (size_t v = 0; v < variables.size(); ++v) {
+    if (!variables[v]->isCategorical()) continue;
+    auto& variable = static_cast<CategoricalVariable&>(*variables[v]);
+    if (variable.modalityCount() > 0) variable.compact();
+    for (Assertion& a : assertions) {
+      auto& value = static_cast<CategoricalValue&>(*a.values[v]);
+      if (!value.entries.empty()) value.rebuild();
+    }
+  }
+  return 1;
+}
+
+int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {
+  const auto needed = static_cast<size_t>(assertionNumber);
+  if (needed >= sampleCounters.size()) sampleCounters.resize(needed + kCounterGrowth, 0);
+  highestCounter = std::max(highestCounter, assertionNumber);
+  return sampleCounters[needed];
+}
+
+}  // namespace velda

@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/ChainedHashTable.h"
+#include "model/Assertion.h"
+#include "model/DependenceRule.h"
+#include "model/Individual.h"
+#include "model/Modality.h"
+#include "model/SymbolicVariable.h"
+
+namespace velda {
+
+using IndividualTable = ChainedHashTable<Individual, StringKeyTraits<Individual, &Individual::id>>;
+using AssertionTable = ChainedHashTable<Assertion, StringKeyTraits<Assertion, &Assertion::id>>;
+
+// The document's data: variables (columns), assertions (rows) and the
+// individuals they were built from.
+class SymbolicMatrix {
+ public:
+  static constexpr size_t kIndividualBuckets = 99999;
+  static constexpr size_t kAssertionBuckets = 599;
+  static constexpr size_t kInitialCounters = 999;
+  static constexpr size_t kCounterGrowth = 100;
+
+  // A new empty matrix, or null when memory runs out.
+  static std::unique_ptr<SymbolicMatrix> create(size_t individualBuckets = kIndividualBuckets,
+                                                size_t assertionBuckets = kAssertionBuckets);
+
+  // Variables. Appending gives every existing assertion an empty value for
+  // the new variable; throws std::bad_alloc leaving the matrix unchanged.
+  void appendVariable(std::unique_ptr<SymbolicVariable> variable);
+  size_t variableCount() const { return variables.size(); }
+  size_t categoricalCount() const { return categoricalCount_; }
+  size_t quantitativeCount() const { return variables.size() - categoricalCount_; }
+  SymbolicVariable& variable(size_t i) { return *variables[i]; }
+  const SymbolicVariable& variable(size_t i) const { return *variables[i]; }
+  // Recounts the categorical variables after variables were removed or
+  // replaced directly.
+  void recountKinds();
+
+  // Individuals and assertions.
+  Individual* findIndividual(std::string_view id) { return individuals.find(id); }
+  // Throws std::bad_alloc.
+  Individual& insertIndividual(Individual&& individual) { return individuals.insert(std::move(individual)); }
+  // Unlinks the individual from every assertion, then destroys it.
+  void removeIndividual(Individual& individual);
+  Assertion* findAssertion(std::string_view id) { return assertions.find(id); }
+  // A new assertion numbered by the assertion count, with an empty value per
+  // variable. Throws std::bad_alloc leaving the matrix unchanged.
+  Assertion& createAssertion(std::string id);
+  size_t individualCount() const { return individuals.size(); }
+  size_t assertionCount() const { return assertions.size(); }
+
+  // Membership.
+  bool isMember(const Individual& individual, const Assertion& assertion) const {
+    return individual.belongsTo(&assertion);
+  }
+  // Records the assertion in the individual's membership and the individual
+  // among the assertion's members. Throws std::bad_alloc.
+  void link(Individual& individual, Assertion& assertion);
+  void unlink(Individual& individual, Assertion& assertion);
+  // Counts the individual and adds its cells, with its weight, to the
+  // assertion's values of the variables it holds cells for. Returns 0 at the
+  // first refusal.
+  int addMember(Assertion& assertion, const Individual& individual);
+  // Empties the assertion's values of the cell-holding variables and adds
+  // its members again.
+  int recomputeAssertion(Assertion& assertion);
+
+  // Compacts the tables after an extraction; with sampling, first adds every
+  // individual to the assertions of its membership. Returns 0 (with
+  // "Memory allocation failed" set) on failure.
+  int finish(bool sampled);
+
+  // The per-assertion counters used while sampling: grown to (number + 100)
+  // entries when a number does not fit.
+  int32_t& sampleCounter(int32_t assertionNumber);
+
+  std::vector<std::unique_ptr<SymbolicVariable>> variables;
+  // The number of variables whose cells individuals hold (the extraction's).
+  size_t cellCount = 0;
+
+  std::string individualColumn;
+  std::string assertionColumn;
+  std::string weightColumn;  // empty without a weight column
+
+  IndividualTable individuals;
+  AssertionTable assertions;
+  std::vector<int32_t> sampleCounters;
+  int32_t highestCounter = -1;
+  long rowsRead = 0;
+
+  // Taxonomies: how many variables have one, and how many of those are
+  // among the cell-holding variables.
+  int32_t taxonomyCount = 0;
+  int32_t cellTaxonomyCount = 0;
+
+  // Dependences: daughter marks per variable and every rule, groups in
+  // creation order.
+  std::vector<char> isDaughter;
+  std::vector<std::unique_ptr<DependenceRule>> rules;
+
+ private:
+  SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets);
+
+  size_t categoricalCount_ = 0;
+};
+
+}  // namespace velda

@@ -1,0 +1,25 @@
+#include "model/SymbolicValue.h"
+
+#include "model/SymbolicVariable.h"
+
+namespace velda {
+
+bool SymbolicValue::acceptCell(const CellValue& cell, double weight, int& result) {
+  if (!variable_->multiple && totalWeight > 0) {
+    result = 0;
+    return false;
+  }
+  totalWeight += weight;
+  result = 1;
+  if (cell.flags & CELL_NULL) {
+    nullWeight += weight;
+    return false;
+  }
+  if (cell.flags & CELL_NA) {
+    naWeight += weight;
+    return false;
+  }
+  return true;
+}
+
+}  // namespace velda
