@@ -1,0 +1,163 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "common/ChainedHashTable.h"
+#include "common/ConsoleLog.h"
+#include "common/Decimal.h"
+#include "common/LastError.h"
+#include "common/Progress.h"
+#include "common/Random15.h"
+#include "common/StringHash.h"
+
+namespace velda {
+namespace {
+
+TEST(StringHash, MatchesTheProgramsVectors) {
+  EXPECT_EQ(stringHash(""), 0u);
+  EXPECT_EQ(stringHash("a"), 97u);
+  EXPECT_EQ(stringHash("ab"), 971u);
+  EXPECT_EQ(stringHash("abc"), 8838u);
+  EXPECT_EQ(stringHash("\xE9"), 2147483625u);
+  EXPECT_EQ(stringHash("caf\xE9"), 80923u);
+}
+
+struct Item {
+  Item(int key, std::string tag) : key(key), tag(std::move(tag)) {}
+  int key;
+  std::string tag;
+};
+
+struct ItemTraits {
+  using Key = int;
+  static Key key(const Item& item) { return item.key; }
+  static uint32_t hash(Key key) { return static_cast<uint32_t>(key); }
+  static bool equal(Key a, Key b) { return a == b; }
+};
+
+using Table = ChainedHashTable<Item, ItemTraits>;
+
+std::vector<int> keysInOrder(const Table& table) {
+  std::vector<int> keys;
+  for (const Item& item : table) keys.push_back(item.key);
+  return keys;
+}
+
+TEST(ChainedHashTable, IteratesBucketsThenChainsAndRebuildsInThatOrder) {
+  Table table(3);
+  for (int key : {4, 1, 3, 7, 2}) table.insert(key, "x");
+  // Buckets: 0 -> 3; 1 -> 4, 1, 7 (appended at the tail); 2 -> 2.
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 4, 1, 7, 2}));
+
+  // Rebuild walks 3, 4, 1, 7, 2 and appends into 2 buckets:
+  // 0 -> 4, 2; 1 -> 3, 1, 7.
+  Item* seven = table.find(7);
+  ASSERT_TRUE(table.rebuild(2));
+  EXPECT_EQ(table.bucketCount(), 2u);
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{4, 2, 3, 1, 7}));
+  EXPECT_EQ(table.find(7), seven) << "values never move";
+
+  EXPECT_TRUE(table.erase(1));
+  EXPECT_FALSE(table.erase(1));
+  EXPECT_EQ(table.eraseIf([](const Item& item) { return item.key % 2 == 0; }), 2u);
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 7}));
+  EXPECT_EQ(table.size(), 2u);
+}
+
+TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
+  Table table(0);
+  EXPECT_EQ(table.bucketCount(), 1u);
+  EXPECT_EQ(table.begin(), table.end());
+  ASSERT_TRUE(table.rebuild(0));
+  EXPECT_EQ(table.bucketCount(), 1u);
+  table.insert(5, "five");
+  ASSERT_NE(table.find(5), nullptr);
+  EXPECT_EQ(table.find(5)->tag, "five");
+  EXPECT_EQ(table.find(6), nullptr);
+  Table moved = std::move(table);
+  EXPECT_EQ(moved.size(), 1u);
+  EXPECT_EQ(table.size(), 0u);
+  EXPECT_EQ(table.find(5), nullptr);
+}
+
+TEST(ConsoleLog, DropsTheOldestBlockWhenFullAndNotifies) {
+  ConsoleLog console;
+  int added = 0, cleared = 0;
+  console.setListener([&](ConsoleLog::Change change) {
+    (change == ConsoleLog::Change::LineAdded ? added : cleared)++;
+  });
+  for (int i = 0; i < 4800; ++i) console.print("line %d", i);
+  EXPECT_EQ(console.count(), 4800u);
+  console.print("line %d", 4800);
+  EXPECT_EQ(console.count(), 3601u);
+  EXPECT_EQ(*console.lineAt(0), "line 1200");
+  EXPECT_EQ(*console.lineAt(3600), "line 4800");
+  EXPECT_EQ(console.lineAt(3601), nullptr);
+  EXPECT_EQ(console.lineAt(-1), nullptr);
+  EXPECT_EQ(added, 4801);
+  console.clear();
+  EXPECT_EQ(console.count(), 0u);
+  EXPECT_EQ(cleared, 1);
+}
+
+TEST(LastError, KeepsAtMost2047Characters) {
+  setError("Can not open file %s", "a.gaj");
+  EXPECT_EQ(lastError(), "Can not open file a.gaj");
+  const std::string longName(3000, 'x');
+  setError("%s", longName.c_str());
+  EXPECT_EQ(lastError().size(), 2047u);
+}
+
+struct RecordingTarget : ProgressTarget {
+  void setLine1(const std::string& text) override { line1 = text; }
+  void setLine2(const std::string& text) override { line2 = text; }
+  void enableCancel(bool enabled) override { cancelEnabled = enabled; }
+  bool cancelRequested() override { return cancel; }
+  std::string line1, line2;
+  bool cancelEnabled = true;
+  bool cancel = false;
+};
+
+TEST(Progress, ReachesOnlyTheInstalledTarget) {
+  progressLine1("nobody listens %d", 1);
+  EXPECT_FALSE(cancelRequested());
+
+  RecordingTarget target;
+  {
+    ScopedProgressTarget scope(&target);
+    progressLine1("Extracting individuals...");
+    progressLine2("Individual %d", 100);
+    progressEnableCancel(false);
+    target.cancel = true;
+    EXPECT_TRUE(cancelRequested());
+  }
+  EXPECT_EQ(target.line1, "Extracting individuals...");
+  EXPECT_EQ(target.line2, "Individual 100");
+  EXPECT_FALSE(target.cancelEnabled);
+  EXPECT_FALSE(cancelRequested()) << "the target is gone after its scope";
+
+  ScopedProgressTarget scope(&target);
+  progressLine2("%s", std::string(2000, 'y').c_str());
+  EXPECT_EQ(target.line2.size(), 1023u);
+}
+
+TEST(Random15, FollowsTheClassicLinearCongruence) {
+  seedRandom15(1);
+  EXPECT_EQ(random15(), 41);
+  EXPECT_EQ(random15(), 18467);
+  EXPECT_EQ(random15(), 6334);
+  EXPECT_EQ(random15(), 26500);
+  seedRandom15(1);
+  EXPECT_EQ(random15(), 41);
+}
+
+TEST(Decimal, ReadsTheLeadingNumberLikeTheCLibrary) {
+  EXPECT_DOUBLE_EQ(parseDecimal("12.5kg"), 12.5);
+  EXPECT_DOUBLE_EQ(parseDecimal("  -3e2"), -300.0);
+  EXPECT_DOUBLE_EQ(parseDecimal("abc"), 0.0);
+  EXPECT_DOUBLE_EQ(parseDecimal(""), 0.0);
+}
+
+}  // namespace
+}  // namespace velda
