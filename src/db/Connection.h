@@ -31,4 +31,8 @@ class Connection {
 // The data source's name as the driver reports it, or "not available".
 std::string dataSourceName(const Connection& connection);
 
+// The database's name as the driver reports it (what the dialogs' labels
+// show after opening), empty when the driver does not say.
+std::string databaseName(const Connection& connection);
+
 }  // namespace velda

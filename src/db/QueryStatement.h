@@ -60,6 +60,10 @@ class QueryStatement {
   StatementStatus status() const { return status_; }
 
  private:
+  int fail(StatementStatus status);
+  int bindColumns();
+
+  void* dbc_ = nullptr;   // the connection's handle, not owned
   void* stmt_ = nullptr;
   std::vector<ResultColumn> columns_;
   StatementStatus status_ = STATUS_OK;
