@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "model/CategoricalVariable.h"
+#include "model/QuantitativeVariable.h"
+#include "model/SymbolicMatrix.h"
+
+namespace velda {
+namespace {
+
+// A matrix with two cell-holding variables, town (set-valued) and age.
+struct SmallMatrix {
+  SmallMatrix() : matrix(SymbolicMatrix::create(7, 5)) {
+    matrix->appendVariable(std::make_unique<CategoricalVariable>("town", 1, 19));
+    matrix->appendVariable(std::make_unique<QuantitativeVariable>("age"));
+    matrix->cellCount = 2;
+  }
+
+  Individual& person(const char* id, const char* town, const char* age, double weight = 1.0) {
+    Individual individual(id, matrix->cellCount, weight);
+    matrix->variable(0).addCell(town, individual.cells[0]);
+    matrix->variable(1).addCell(age, individual.cells[1]);
+    return matrix->insertIndividual(std::move(individual));
+  }
+
+  std::string value(Assertion& assertion, size_t variable) {
+    std::ostringstream out;
+    assertion.value(variable).writeValue(out);
+    return out.str();
+  }
+
+  std::unique_ptr<SymbolicMatrix> matrix;
+};
+
+TEST(SymbolicMatrix, MembershipKeepsTheNewestDirectAndPromotesOnUnlink) {
+  SmallMatrix m;
+  Assertion& north = m.matrix->createAssertion("north");
+  Assertion& south = m.matrix->createAssertion("south");
+  Assertion& east = m.matrix->createAssertion("east");
+  EXPECT_EQ(south.number, 1);
+  EXPECT_EQ(south.values.size(), 2u);
+  Individual& ann = m.person("ann", "Lyon", "30");
+
+  m.matrix->link(ann, north);
+  m.matrix->link(ann, south);
+  m.matrix->link(ann, east);
+  EXPECT_EQ(ann.direct, &east);
+  EXPECT_EQ(ann.membershipCount(), 3u);
+  std::string order;
+  ann.forEachAssertion([&](Assertion* a) { order += a->id + " "; });
+  EXPECT_EQ(order, "east south north ");
+  EXPECT_TRUE(m.matrix->isMember(ann, north));
+
+  m.matrix->unlink(ann, east);
+  EXPECT_EQ(ann.direct, &south);
+  m.matrix->unlink(ann, north);
+  EXPECT_FALSE(m.matrix->isMember(ann, north));
+  EXPECT_TRUE(north.members.empty());
+  EXPECT_EQ(south.members.size(), 1u);
+  m.matrix->removeIndividual(ann);
+  EXPECT_EQ(m.matrix->findIndividual("ann"), nullptr);
+  EXPECT_TRUE(south.members.empty());
+}
+
+TEST(SymbolicMatrix, AddsMembersWithWeightsAndOnlyOverCellHoldingVariables) {
+  SmallMatrix m;
+  Assertion& group = m.matrix->createAssertion("g");
+  Individual& ann = m.person("ann", "Lyon", "30", 3.0);
+  Individual& bob = m.person("bob", "Nice", nullptr, 1.0);
+  // A variable added later from a query: individuals hold no cell for it.
+  m.matrix->appendVariable(std::make_unique<QuantitativeVariable>("income"));
+  EXPECT_EQ(group.values.size(), 3u);
+  static_cast<CategoricalVariable&>(m.matrix->variable(0)).mode = MODE_CARDINALITY;
+
+  for (Individual* i : {&ann, &bob}) {
+    m.matrix->link(*i, group);
+    ASSERT_EQ(m.matrix->addMember(group, *i), 1);
+  }
+  EXPECT_EQ(group.memberCount, 2);
+  EXPECT_EQ(m.value(group, 0), "(1(3),2(1))");
+  EXPECT_EQ(m.value(group, 1), "(30:30)");
+  EXPECT_EQ(group.value(1).nullWeight, 1.0);
+  EXPECT_EQ(m.value(group, 2), "NU");
+  EXPECT_EQ(m.matrix->categoricalCount(), 1u);
+  EXPECT_EQ(m.matrix->quantitativeCount(), 2u);
+
+  ASSERT_EQ(m.matrix->recomputeAssertion(group), 1);
+  EXPECT_EQ(group.memberCount, 2);
+  EXPECT_EQ(m.value(group, 0), "(1(3),2(1))");
+}
+
+TEST(SymbolicMatrix, FinishCompactsTablesAndAccumulatesSampledMembers) {
+  SmallMatrix m;
+  Assertion& a = m.matrix->createAssertion("a");
+  Assertion& b = m.matrix->createAssertion("b");
+  for (const char* id : {"i1", "i2", "i3"}) m.matrix->link(m.person(id, "Lyon", "1"), a);
+  m.matrix->link(*m.matrix->findIndividual("i3"), b);
+  m.matrix->createAssertion("empty");
+
+  ASSERT_EQ(m.matrix->finish(true), 1);
+  EXPECT_EQ(m.matrix->individuals.bucketCount(), 3u);
+  EXPECT_EQ(m.matrix->assertions.bucketCount(), 3u);
+  for (const char* id : {"i1", "i2", "i3"}) EXPECT_NE(m.matrix->findIndividual(id), nullptr);
+  EXPECT_EQ(m.matrix->findAssertion("b")->memberCount, 1);
+  EXPECT_EQ(m.matrix->findAssertion("a")->memberCount, 3);
+  EXPECT_EQ(m.value(*m.matrix->findAssertion("a"), 0), "(1(1))");
+  auto& town = static_cast<CategoricalVariable&>(m.matrix->variable(0));
+  EXPECT_EQ(town.modalities.bucketCount(), 1u);
+  EXPECT_EQ(m.value(*m.matrix->findAssertion("empty"), 0), "NU");
+}
+
+TEST(SymbolicMatrix, EmptyTablesKeepTheirBucketsAndCountersGrowByHundred) {
+  auto matrix = SymbolicMatrix::create();
+  ASSERT_EQ(matrix->finish(false), 1);
+  EXPECT_EQ(matrix->individuals.bucketCount(), SymbolicMatrix::kIndividualBuckets);
+  EXPECT_EQ(matrix->assertions.bucketCount(), SymbolicMatrix::kAssertionBuckets);
+  EXPECT_EQ(matrix->sampleCounters.size(), 999u);
+  matrix->sampleCounter(998) = 4;
+  EXPECT_EQ(matrix->sampleCounters.size(), 999u);
+  matrix->sampleCounter(999) = 5;
+  EXPECT_EQ(matrix->sampleCounters.size(), 1099u);
+  EXPECT_EQ(matrix->sampleCounters[998], 4);
+  EXPECT_EQ(matrix->highestCounter, 999);
+}
+
+}  // namespace
+}  // namespace velda

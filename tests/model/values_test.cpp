@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+#include "model/CategoricalValue.h"
+#include "model/CategoricalVariable.h"
+#include "model/QuantitativeValue.h"
+#include "model/QuantitativeVariable.h"
+
+namespace velda {
+namespace {
+
+template <typename Value>
+std::string valueText(const Value& value) {
+  std::ostringstream out;
+  value.writeValue(out);
+  return out.str();
+}
+
+template <typename Value>
+std::string displayText(const Value& value) {
+  std::ostringstream out;
+  value.writeText(out);
+  return out.str();
+}
+
+std::string description(const SymbolicVariable& variable) {
+  std::ostringstream out;
+  variable.writeDescription(out);
+  return out.str();
+}
+
+CellValue cellOf(SymbolicVariable& variable, const char* text) {
+  CellValue cell;
+  EXPECT_EQ(variable.addCell(text, cell), 1);
+  return cell;
+}
+
+CellValue naCell(CellValue cell) {
+  cell.flags = (cell.flags & ~CELL_NULL) | CELL_NA;
+  return cell;
+}
+
+TEST(CellValue, FlagsAndTextsOfEachKind) {
+  QuantitativeVariable age("age");
+  CategoricalVariable town("town", 1, 19);
+  EXPECT_EQ(cellOf(age, nullptr).flags, 6u);
+  EXPECT_EQ(cellOf(town, nullptr).flags, 5u);
+  EXPECT_EQ(cellOf(age, "inf").flags, 6u) << "a non-finite number is missing";
+  EXPECT_EQ(cellOf(age, "nan").flags, 6u);
+  EXPECT_EQ(cellText(cellOf(age, "3.14159")), "3.14");
+  EXPECT_EQ(cellText(cellOf(town, "Lyon")), "Lyon");
+  EXPECT_EQ(cellText(cellOf(town, nullptr)), "NULL");
+  EXPECT_EQ(cellText(naCell(cellOf(age, "1"))), "NA");
+  EXPECT_EQ(cellText(CellValue()), "");
+  EXPECT_EQ(age.min, 1.0) << "missing values leave the domain alone";
+  EXPECT_EQ(age.max, 3.14159);
+  EXPECT_TRUE(cellOf(town, "Lyon").sameAs(cellOf(town, "Lyon")));
+  EXPECT_FALSE(cellOf(town, "Lyon").sameAs(cellOf(town, "Nice")));
+  EXPECT_TRUE(cellOf(age, nullptr).sameAs(cellOf(age, nullptr)));
+  EXPECT_FALSE(cellOf(age, nullptr).sameAs(naCell(cellOf(age, "2"))));
+}
+
+TEST(CategoricalValue, WritesEveryModeWithIndexesInFirstMetOrder) {
+  CategoricalVariable town("town", 1, 19);
+  const CellValue b = cellOf(town, "b");
+  const CellValue a = cellOf(town, "a");
+  CategoricalValue value(town);
+  ASSERT_EQ(value.addCell(b, 2), 1);
+  ASSERT_EQ(value.addCell(a, 1), 1);
+  ASSERT_EQ(value.addCell(cellOf(town, nullptr), 1), 1);
+
+  town.mode = MODE_BOOLEAN;
+  EXPECT_EQ(valueText(value), "(1,2)");
+  town.mode = MODE_CARDINALITY;
+  EXPECT_EQ(valueText(value), "(1(2),2(1))");
+  town.mode = MODE_PROBABILIST;  // the NULL weight is left out of the total
+  EXPECT_EQ(valueText(value), "(1(0.666667),2(0.333333))");
+  EXPECT_EQ(displayText(value), "[town = {\"b\"(0.666667), \"a\"(0.333333)}]");
+  town.mode = MODE_KT_ESTIMATE;  // (w + 0.5) / (3 + 0.5 * 2)
+  EXPECT_EQ(valueText(value), "(1(0.625),2(0.125),2(0.375))");
+
+  EXPECT_EQ(description(town), "variable town\n  nominale {\"a\", \"b\"}\n  multiple,mode=KT-estimate probability;\n");
+}
+
+TEST(CategoricalValue, KtEstimateRepeatsAbsentModalitiesOncePerEntryWalked) {
+  CategoricalVariable colour("colour", 1, 19);
+  const CellValue x = cellOf(colour, "x");
+  cellOf(colour, "y");
+  const CellValue z = cellOf(colour, "z");
+  colour.mode = MODE_KT_ESTIMATE;
+  CategoricalValue value(colour);
+  value.addCell(x, 1);
+  value.addCell(z, 3);
+  EXPECT_EQ(valueText(value), "(1(0.272727),2(0.0909091),2(0.0909091),3(0.0909091),3(0.636364))");
+}
+
+TEST(CategoricalValue, BreaksTheLineBeforeEveryTenthItemInTableOrder) {
+  CategoricalVariable code("code", 1, 19);
+  code.mode = MODE_BOOLEAN;
+  CategoricalValue value(code);
+  for (int i = 0; i < 12; ++i) value.addCell(cellOf(code, std::to_string(i).c_str()), 1);
+  // Nine buckets: indexes 9, 10 and 11 follow 0, 1 and 2 in their chains.
+  EXPECT_EQ(valueText(value), "(1,10,2,11,3,12,4,5,6,\n    7,8,9)");
+  value.rebuild();
+  EXPECT_EQ(valueText(value), "(1,2,3,4,5,6,7,8,9,\n    10,11,12)");
+}
+
+TEST(CategoricalValue, SingleValuedTakesOneContributionAndShowsNoWeight) {
+  CategoricalVariable sex("sex", 0, 19);
+  EXPECT_EQ(sex.mode, MODE_BOOLEAN);
+  const CellValue f = cellOf(sex, "F");
+  CategoricalValue value(sex);
+  EXPECT_EQ(value.addCell(f, 2), 1);
+  EXPECT_EQ(value.addCell(cellOf(sex, "M"), 1), 0);
+  EXPECT_EQ(value.totalWeight, 2.0);
+  sex.mode = MODE_CARDINALITY;
+  EXPECT_EQ(valueText(value), "1");
+  EXPECT_EQ(displayText(value), "[sex = \"F\"]");
+  EXPECT_EQ(description(sex), "variable sex\n  nominale {\"F\", \"M\"}\n  unique;\n");
+}
+
+TEST(SymbolicValue, NaOnlyWithoutNullWeightOtherwiseNu) {
+  CategoricalVariable town("town", 1, 19);
+  QuantitativeVariable age("age", 0);
+  const CellValue naTown = naCell(cellOf(town, "Lyon"));
+  const CellValue naAge = naCell(cellOf(age, "4"));
+
+  CategoricalValue allNa(town);
+  allNa.addCell(naTown, 1);
+  allNa.addCell(naTown, 1);
+  EXPECT_TRUE(allNa.isNA());
+  EXPECT_FALSE(allNa.isNull());
+  EXPECT_EQ(valueText(allNa), "NA");
+  EXPECT_EQ(displayText(allNa), "[town = NA]");
+
+  CategoricalValue mixed(town);
+  mixed.addCell(naTown, 1);
+  mixed.addCell(cellOf(town, nullptr), 1);
+  EXPECT_FALSE(mixed.isNA());
+  EXPECT_FALSE(mixed.isNull());
+  EXPECT_TRUE(mixed.writesNU());
+  EXPECT_EQ(valueText(mixed), "NU");
+  EXPECT_EQ(displayText(mixed), "[town = NULL]");
+
+  QuantitativeValue ageNa(age);
+  ageNa.addCell(naAge, 1);
+  EXPECT_EQ(valueText(ageNa), "NA");
+  EXPECT_EQ(displayText(ageNa), "[age= NA]");
+
+  QuantitativeValue empty(age);
+  EXPECT_TRUE(empty.isNull());
+  EXPECT_EQ(valueText(empty), "NU");
+  EXPECT_EQ(displayText(empty), "[age= NULL]");
+}
+
+TEST(QuantitativeValue, IntervalsSinglesSizesAndOverlap) {
+  QuantitativeVariable age("age");
+  QuantitativeValue value(age);
+  value.addCell(cellOf(age, "40"), 1);
+  value.addCell(cellOf(age, "12.5"), 1);
+  value.addCell(cellOf(age, nullptr), 1);
+  EXPECT_EQ(valueText(value), "(12.5:40)");
+  EXPECT_EQ(displayText(value), "[age in [12.5:40]]");
+  EXPECT_EQ(value.size(), 27.5);
+  EXPECT_EQ(description(age), "variable age\n  real [12.5:40]\n  interval;\n");
+
+  QuantitativeValue other(age);
+  other.addCell(cellOf(age, "30"), 1);
+  other.addCell(cellOf(age, "50"), 1);
+  EXPECT_EQ(value.overlap(other), 10.0);
+  QuantitativeValue apart(age);
+  apart.addCell(cellOf(age, "41"), 1);
+  EXPECT_EQ(value.overlap(apart), 0.0);
+  EXPECT_EQ(apart.size(), 1.0) << "a single point has size 1";
+
+  value.reset();
+  EXPECT_EQ(valueText(value), "NU");
+  EXPECT_EQ(value.totalWeight, 0.0);
+
+  QuantitativeVariable weight("weight", 0);
+  QuantitativeValue single(weight);
+  single.addCell(cellOf(weight, "70"), 1);
+  EXPECT_EQ(valueText(single), "70");
+  EXPECT_EQ(displayText(single), "[weight = 70]");
+  EXPECT_EQ(single.addCell(cellOf(weight, "80"), 1), 0);
+
+  QuantitativeVariable never("never");
+  cellOf(never, nullptr);
+  EXPECT_EQ(description(never), "variable never\n  real NULL\n  interval;\n");
+}
+
+TEST(CategoricalVariable, DescribesItsTaxonomyWithSortedNodesAndChildLists) {
+  CategoricalVariable place("place", 0, 19);
+  Modality& a = place.addModality("a");
+  Modality& b = place.addModality("b");
+  Modality& c = place.addModality("c");
+  Modality& x = place.addNode("X");
+  Modality& y = place.addNode("Y");
+  EXPECT_EQ(x.index, 3);
+  EXPECT_EQ(place.byIndex(4), &y);
+  a.parent = b.parent = &x;
+  x.firstChild = &b;
+  b.nextSibling = &a;
+  c.parent = &y;
+  y.firstChild = &c;
+  place.taxonomyRoot = &x;
+  EXPECT_EQ(description(place),
+            "variable place\n"
+            "  nominale {\"X\", \"Y\", \"a\", \"b\", \"c\"}\n"
+            "  unique;\n"
+            "  taxonomy {\n"
+            "    \"X\" = {\"b\", \"a\"},\n"
+            "    \"Y\" = {\"c\"}\n"
+            "  }\n");
+
+  place.clearTaxonomy();
+  EXPECT_EQ(place.nodeCount(), 0u);
+  EXPECT_EQ(place.byIndex(3), nullptr);
+  EXPECT_EQ(a.parent, nullptr);
+  EXPECT_EQ(description(place), "variable place\n  nominale {\"a\", \"b\", \"c\"}\n  unique;\n");
+}
+
+}  // namespace
+}  // namespace velda
