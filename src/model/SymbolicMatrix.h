@@ -104,6 +104,17 @@ class SymbolicMatrix {
   std::vector<char> isDaughter;
   std::vector<std::unique_ptr<DependenceRule>> rules;
 
+  // The variables that can be the mother of a dependence: the categorical
+  // variables among the first cellCount (rules change cells). Stored as the
+  // project file's header counter 7; "Add a dependence" is enabled while it
+  // is above 0.
+  size_t motherCandidateCount() const {
+    size_t count = 0;
+    for (size_t v = 0; v < cellCount && v < variables.size(); ++v)
+      if (variables[v]->isCategorical()) ++count;
+    return count;
+  }
+
  private:
   SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets);
 
