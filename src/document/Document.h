@@ -1,0 +1,123 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "common/ConsoleLog.h"
+#include "document/CommandTable.h"
+#include "document/FileRecord.h"
+#include "document/UserInterface.h"
+
+namespace velda {
+
+class Connection;
+class SymbolicMatrix;
+class DocumentMetadata;
+class ViewFiles;
+
+// The project document: owns the matrix, the database connection, the
+// console, the file record and the metadata, and carries out every command
+// through its user interface. One per main window (or per velda-cli run).
+//
+// Every command returns true when it did what it was asked and false when
+// it failed or was cancelled; the user has been told why (or nothing, for a
+// cancelled dialog).
+class Document {
+ public:
+  explicit Document(UserInterface& ui);
+  // Deletes the view files from disk and closes the connection.
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  // State.
+  SymbolicMatrix* matrix() { return matrix_.get(); }
+  const SymbolicMatrix* matrix() const { return matrix_.get(); }
+  ConsoleLog& console() { return console_; }
+  const ConsoleLog& console() const { return console_; }
+  Connection* connection() const { return connection_.get(); }
+  const FileRecord& fileRecord() const { return fileRecord_; }
+  // "VELDA", or "VELDA - <file title>" once saved or loaded.
+  std::string title() const;
+  bool isModified() const { return modified_; }
+  bool metadataLoaded() const { return metadataLoaded_; }
+  const std::string& metadataFileName() const { return metadataFileName_; }
+  bool assertionsOutOfDate() const { return assertionsOutOfDate_; }
+  const DocumentMetadata& metadata() const { return *metadata_; }
+
+  // What the enabled-when tests read, and the test itself.
+  DocumentState state() const;
+  bool isEnabled(int32_t commandId) const { return isCommandEnabled(commandId, state()); }
+
+  // Runs the command with this number if the document carries it out and
+  // it is enabled. Commands that only place things on screen (toolbars,
+  // panels, help, about, home page) are the frame's and return false here.
+  bool execute(int32_t commandId);
+
+  // File.
+  bool connect(const std::string& connectionString);
+  bool disconnect();
+  bool newFromDatabase();
+  bool open();
+  bool save();
+  bool saveAs();
+  bool newByJoin();
+  bool exportMatrix();
+  bool exportAndView();
+  bool exportHordes();
+  bool exportHordesAndView();
+  // Asks to save modified data; false keeps everything (and the program
+  // running).
+  bool closeData();
+
+  // Modify.
+  bool addSingleValuedVariables();
+  bool addSetValuedVariable();
+  bool removeVariables();
+  bool createTaxonomy();
+  bool removeTaxonomies();
+  bool addDependence();
+  bool reduceAssertions();
+  bool divideAssertions();
+  bool reduceHordes();
+  bool editVariableProperties();
+
+  // View.
+  enum class Table { Individuals, Assertions, Hordes, ReducedAssertions, ReducedHordes };
+  bool viewTable(Table table);
+  bool viewTaxonomies();
+  bool viewDependences();
+  bool viewVolumeMatrix();
+
+  // Window.
+  void clearConsole();
+  bool saveConsole();
+  void refreshDisplays();
+
+  // Rebuilds the assertions when variables or individuals changed without
+  // them (done first by the commands that need them).
+  void updateAssertions();
+
+ private:
+  bool save(bool askForName);
+  bool writeProject(const std::string& path);
+  void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record);
+  void resetMetadata();
+  void setModified() { modified_ = true; }
+  void updateTitle();
+  void finishCommand();
+
+  UserInterface& ui_;
+  std::unique_ptr<Connection> connection_;
+  ConsoleLog console_;
+  std::unique_ptr<SymbolicMatrix> matrix_;
+  bool assertionsOutOfDate_ = false;
+  std::unique_ptr<ViewFiles> viewFiles_;
+  bool modified_ = false;
+  bool metadataLoaded_ = false;
+  FileRecord fileRecord_;
+  std::unique_ptr<DocumentMetadata> metadata_;
+  std::string metadataFileName_ = "metatest.xml";
+};
+
+}  // namespace velda
