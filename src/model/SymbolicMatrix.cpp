@@ -35,6 +35,23 @@ void SymbolicMatrix::appendVariable(std::unique_ptr<SymbolicVariable> variable) 
   isDaughter.push_back(0);
 }
 
+void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
+                                     std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values) {
+  const size_t total = variables.size() + added.size();
+  for (Assertion& a : assertions) a.values.reserve(total);
+  variables.reserve(total);
+  isDaughter.reserve(total);
+  // Nothing below allocates.
+  size_t row = 0;
+  for (Assertion& a : assertions)
+    for (auto& value : values[row++]) a.values.push_back(std::move(value));
+  for (auto& variable : added) {
+    if (variable->isCategorical()) ++categoricalCount_;
+    variables.push_back(std::move(variable));
+    isDaughter.push_back(0);
+  }
+}
+
 void SymbolicMatrix::recountKinds() {
   categoricalCount_ = static_cast<size_t>(
       std::count_if(variables.begin(), variables.end(), [](const auto& v) { return v->isCategorical(); }));
@@ -134,6 +151,33 @@ int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {
   if (needed >= sampleCounters.size()) sampleCounters.resize(needed + kCounterGrowth, 0);
   highestCounter = std::max(highestCounter, assertionNumber);
   return sampleCounters[needed];
+}
+
+bool SymbolicMatrix::indexAssertions() {
+  orderedAssertions.clear();
+  try {
+    orderedAssertions.assign(assertions.size(), nullptr);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  for (Assertion& a : assertions) {
+    const auto slot = static_cast<size_t>(a.number);
+    if (a.number < 0 || slot >= orderedAssertions.size() || orderedAssertions[slot]) {
+      orderedAssertions.clear();
+      return false;
+    }
+    orderedAssertions[slot] = &a;
+  }
+  return true;
+}
+
+bool SymbolicMatrix::assertionsIndexed() const {
+  if (orderedAssertions.size() != assertions.size()) return false;
+  for (const Assertion& a : assertions) {
+    const auto slot = static_cast<size_t>(a.number);
+    if (a.number < 0 || slot >= orderedAssertions.size() || orderedAssertions[slot] != &a) return false;
+  }
+  return true;
 }
 
 }  // namespace velda

@@ -33,6 +33,11 @@ class SymbolicMatrix {
   // Variables. Appending gives every existing assertion an empty value for
   // the new variable; throws std::bad_alloc leaving the matrix unchanged.
   void appendVariable(std::unique_ptr<SymbolicVariable> variable);
+  // Appends several variables at once with every assertion's values for
+  // them: values[a][j] is the value of the a-th assertion in table order for
+  // added[j]. Throws std::bad_alloc leaving the matrix unchanged.
+  void appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
+                       std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values);
   size_t variableCount() const { return variables.size(); }
   size_t categoricalCount() const { return categoricalCount_; }
   size_t quantitativeCount() const { return variables.size() - categoricalCount_; }
@@ -87,6 +92,9 @@ class SymbolicMatrix {
   std::string individualColumn;
   std::string assertionColumn;
   std::string weightColumn;  // empty without a weight column
+  // The exported title and subtitle, at most 127 characters each.
+  std::string title;
+  std::string subtitle;
 
   IndividualTable individuals;
   AssertionTable assertions;
@@ -103,6 +111,27 @@ class SymbolicMatrix {
   // creation order.
   std::vector<char> isDaughter;
   std::vector<std::unique_ptr<DependenceRule>> rules;
+
+  // The threshold of the last successful reduction and the class number of
+  // the last division (0: none), offered again by their dialogs.
+  int32_t reductionThreshold = 0;
+  int32_t divisionClassCount = 0;
+
+  // The assertions by number (slot i holds the assertion numbered i), as
+  // exports and tables list them. Operations that add, remove or renumber
+  // assertions make it stale; indexAssertions() rebuilds it.
+  std::vector<Assertion*> orderedAssertions;
+  // Rebuilds orderedAssertions from the assertion table. Returns false (list
+  // emptied) when memory runs out or the numbers are not 0..count-1, each once.
+  bool indexAssertions();
+  // Whether orderedAssertions holds exactly the assertions of the table, each
+  // at the slot of its number.
+  bool assertionsIndexed() const;
+
+  // The rows of the last reduction: one per assertion, at the same slot as
+  // in orderedAssertions, each with one value per variable. Empty when no
+  // reduction was made.
+  std::vector<std::unique_ptr<Assertion>> reducedAssertions;
 
   // The variables that can be the mother of a dependence: the categorical
   // variables among the first cellCount (rules change cells). Stored as the
