@@ -4,8 +4,19 @@
 #include <new>
 
 #include "model/CategoricalValue.h"
+#include "model/DeclarationStyle.h"
 
 namespace velda {
+
+namespace {
+
+// The file's word for how the variable's values are written.
+const char* declarationKind(const CategoricalVariable& variable) {
+  if (!variable.multiple) return "nominal";
+  return variable.mode == MODE_BOOLEAN ? "mult_nominal" : "mult_nominal_Modif";
+}
+
+}  // namespace
 
 CategoricalVariable::CategoricalVariable(std::string name, int32_t multiple, size_t modalityBuckets)
     : SymbolicVariable(std::move(name), multiple),
@@ -109,6 +120,48 @@ void CategoricalVariable::writeDescription(std::ostream& out) const {
     out << '}';
   }
   out << "\n  }\n";
+}
+
+std::vector<int32_t> CategoricalVariable::leafCounts() const {
+  // Children come after their parent in a walk down from the tops, so the
+  // walk taken backwards sums every child before its parent.
+  std::vector<const Modality*> walk;
+  walk.reserve(byIndex_.size());
+  for (const Modality* node : byIndex_)
+    if (node && !node->parent) walk.push_back(node);
+  for (size_t next = 0; next < walk.size(); ++next)
+    for (const Modality* child = walk[next]->firstChild; child; child = child->nextSibling) walk.push_back(child);
+  std::vector<int32_t> counts(byIndex_.size(), 0);
+  for (auto it = walk.rbegin(); it != walk.rend(); ++it) {
+    const Modality* node = *it;
+    if (!node->firstChild) counts[static_cast<size_t>(node->index)] = 1;
+    if (node->parent) counts[static_cast<size_t>(node->parent->index)] += counts[static_cast<size_t>(node->index)];
+  }
+  return counts;
+}
+
+void CategoricalVariable::writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
+                                           const DeclarationStyle& style) const {
+  const auto letters = static_cast<uint32_t>(number);
+  out << "  (" << number << ", " << declarationKind(*this) << ", \"\", ";
+  style.writeQuoted(out, style.code(letters, 0));
+  out << ", ";
+  style.writeQuoted(out, name);
+  out << ", ";
+  if (multiple && mode != MODE_BOOLEAN) out << (mode == MODE_CARDINALITY ? "cardinal, " : "proba, ");
+  const auto m = static_cast<int32_t>(modalityCount());
+  out << naCount << ", " << nuCount << ", " << m << ",\n     (";
+  const std::vector<int32_t> leaves = leafCounts();
+  for (int32_t k = 1; k <= m; ++k) {
+    const Modality* category = byIndex(k - 1);
+    if (k > 1) out << ", \n      ";
+    out << '(' << k << ", ";
+    style.writeQuoted(out, style.code(letters, static_cast<uint32_t>(k)));
+    out << ", ";
+    style.writeQuoted(out, category ? std::string_view(category->name) : std::string_view());
+    out << ", " << (category ? leaves[static_cast<size_t>(k - 1)] : 1) << " )";
+  }
+  out << ")\n  )";
 }
 
 std::unique_ptr<SymbolicValue> CategoricalVariable::newSymbolicValue() const {

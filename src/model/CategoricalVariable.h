@@ -29,6 +29,8 @@ class CategoricalVariable final : public SymbolicVariable {
   bool isCategorical() const override { return true; }
   int addCell(const char* text, CellValue& cell) override;
   void writeDescription(std::ostream& out) const override;
+  void writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
+                        const DeclarationStyle& style) const override;
   std::unique_ptr<SymbolicValue> newSymbolicValue() const override;
 
   size_t modalityCount() const { return modalities.size(); }
@@ -52,6 +54,9 @@ class CategoricalVariable final : public SymbolicVariable {
   void clearTaxonomy();
   // Rehashes the modality table to as many buckets as modalities.
   void compact();
+  // Per index, the number of leaves (nodes without children) in the node's
+  // subtree of the taxonomy: 1 for a node without children.
+  std::vector<int32_t> leafCounts() const;
 
   int32_t mode;
   Modality* taxonomyRoot = nullptr;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "common/Decimal.h"
+#include "model/DeclarationStyle.h"
 #include "model/QuantitativeValue.h"
 
 namespace velda {
@@ -29,6 +30,16 @@ void QuantitativeVariable::writeDescription(std::ostream& out) const {
   else
     out << "NULL";
   out << '\n' << (multiple ? "  interval;" : "  unique;") << '\n';
+}
+
+void QuantitativeVariable::writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
+                                            const DeclarationStyle& style) const {
+  const auto letters = static_cast<uint32_t>(number);
+  out << "  (" << number << ", " << (multiple ? "inter_continue" : "continue") << ", \"\", ";
+  style.writeQuoted(out, style.code(letters, 0));
+  out << ", ";
+  style.writeQuoted(out, name);
+  out << ", " << naCount << ", " << nuCount << ", " << min << ", " << max << ')';
 }
 
 std::unique_ptr<SymbolicValue> QuantitativeVariable::newSymbolicValue() const {

@@ -15,6 +15,8 @@ class QuantitativeVariable final : public SymbolicVariable {
   bool isCategorical() const override { return false; }
   int addCell(const char* text, CellValue& cell) override;
   void writeDescription(std::ostream& out) const override;
+  void writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
+                        const DeclarationStyle& style) const override;
   std::unique_ptr<SymbolicValue> newSymbolicValue() const override;
 
   bool hasValues() const { return min <= max; }

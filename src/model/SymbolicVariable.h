@@ -9,6 +9,7 @@
 
 namespace velda {
 
+class DeclarationStyle;
 class SymbolicValue;
 struct DependenceRule;
 
@@ -25,6 +26,11 @@ class SymbolicVariable {
   // growing the variable's domain. Returns 0 when memory runs out.
   virtual int addCell(const char* text, CellValue& cell) = 0;
   virtual void writeDescription(std::ostream& out) const = 0;
+  // Writes the variable's item of the symbolic text file's VARIABLES block,
+  // under its number in the file, with its NA and NU counts over the rows
+  // written.
+  virtual void writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
+                                const DeclarationStyle& style) const = 0;
   virtual std::unique_ptr<SymbolicValue> newSymbolicValue() const = 0;
 
   std::string name;
