@@ -1,0 +1,125 @@
+#include "model/TaxonomyBuilder.h"
+
+#include <new>
+#include <vector>
+
+#include "common/LastError.h"
+#include "model/CategoricalVariable.h"
+
+namespace velda {
+
+TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(variable) { variable_.clearTaxonomy(); }
+
+TaxonomyBuilder::~TaxonomyBuilder() {
+  if (!finished_) variable_.clearTaxonomy();
+}
+
+int TaxonomyBuilder::fail() {
+  failed_ = true;
+  variable_.clearTaxonomy();
+  return 0;
+}
+
+bool TaxonomyBuilder::isLeaf(const Modality& node) const { return variable_.modalities.find(node.name) == &node; }
+
+Modality* TaxonomyBuilder::nodeNamed(std::string_view name) {
+  if (Modality* known = variable_.findNode(name)) return known;
+  try {
+    return &variable_.addNode(std::string(name));
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+int TaxonomyBuilder::addRow(TaxonomyRow row) {
+  if (failed_ || finished_) return 0;
+  ++line_;
+  for (size_t column = 0; column < row.size(); ++column) {
+    if (row[column]) continue;
+    setError("Error at line %d: column %d is null", line_, static_cast<int>(column));
+    return fail();
+  }
+  for (size_t column = 1; column < row.size(); ++column) {
+    Modality* child = nodeNamed(*row[column - 1]);
+    Modality* parent = child ? nodeNamed(*row[column]) : nullptr;
+    if (!parent) {
+      setError("Memory allocation failed");
+      return fail();
+    }
+    if (!link(*child, *parent)) return fail();
+  }
+  return 1;
+}
+
+int TaxonomyBuilder::link(Modality& child, Modality& parent) {
+  if (&child == &parent) {
+    setError("Error at line %d: definition of parent of '%s' is itself", line_, child.name.c_str());
+    return 0;
+  }
+  if (child.parent) {
+    if (child.parent == &parent) return 1;
+    setError("Error at line %d: definition of parent of '%s' differs from its previous definition", line_,
+             child.name.c_str());
+    return 0;
+  }
+  // The child has no parent yet, so it is the top of its own chain: the
+  // link closes a cycle exactly when the parent's chain ends at the child.
+  const Modality* top = &parent;
+  while (top->parent) top = top->parent;
+  if (top == &child) {
+    setError("Error at line %d: query generates a cycle\n'%s' is on the path of '%s'", line_, child.name.c_str(),
+             parent.name.c_str());
+    return 0;
+  }
+  child.parent = &parent;
+  child.nextSibling = parent.firstChild;
+  parent.firstChild = &child;
+  if (isLeaf(child) || isLeaf(parent)) leafReached_ = true;
+  return 1;
+}
+
+int TaxonomyBuilder::finish() {
+  if (failed_ || finished_) return 0;
+  if (!leafReached_) {
+    setError("No modalities of initial domain are covered by the query");
+    return fail();
+  }
+  std::vector<Modality*> tops;
+  try {
+    for (Modality& leaf : variable_.modalities)
+      if (!leaf.parent) tops.push_back(&leaf);
+    for (Modality& node : variable_.nodes)
+      if (!node.parent) tops.push_back(&node);
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return fail();
+  }
+  if (tops.size() == 1) {
+    variable_.taxonomyRoot = tops.front();
+    finished_ = true;
+    return 1;
+  }
+  // A name that is already taken cannot become the root: two nodes of one
+  // variable never share a name.
+  Modality* root = nullptr;
+  if (!variable_.findNode(kRootName)) {
+    try {
+      root = &variable_.addNode(kRootName);
+    } catch (const std::bad_alloc&) {
+    }
+  }
+  if (!root) {
+    setError("Creation of root modality failed");
+    return fail();
+  }
+  for (Modality* top : tops) {
+    top->parent = root;
+    top->nextSibling = root->firstChild;
+    root->firstChild = top;
+  }
+  variable_.taxonomyRoot = root;
+  finished_ = true;
+  return static_cast<int>(tops.size());
+}
+
+}  // namespace velda

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string_view>
+
+namespace velda {
+
+class CategoricalVariable;
+class Modality;
+
+// One row of a taxonomy query: a node's name, then the names of its
+// ancestors upwards. An empty optional is a NULL column.
+using TaxonomyRow = std::span<const std::optional<std::string_view>>;
+
+// Builds the hierarchy of a categorical variable from the rows of a taxonomy
+// query, row by row. Making a builder removes the variable's previous
+// hierarchy. Every failure sets the last-error text and discards everything
+// linked so far; a builder that is dropped before finish() succeeded
+// discards its work too, so the variable never keeps half a hierarchy.
+class TaxonomyBuilder {
+ public:
+  static constexpr const char* kRootName = "root_";
+
+  explicit TaxonomyBuilder(CategoricalVariable& variable);
+  ~TaxonomyBuilder();
+  TaxonomyBuilder(const TaxonomyBuilder&) = delete;
+  TaxonomyBuilder& operator=(const TaxonomyBuilder&) = delete;
+
+  // Links the path of the next row (lines are numbered from 1). Returns 1,
+  // or 0 after a failure (and for every row after one).
+  int addRow(TaxonomyRow row);
+
+  // Completes the hierarchy and gives the variable its root. Returns the
+  // number of nodes that cover the initial domain (at least 1), or 0.
+  //
+  // The covering nodes are the tops of the hierarchy after the last row:
+  // the modalities and inner nodes without a parent, a modality that no row
+  // named counting as a top of its own. With more than one top, a node
+  // "root_" (the next index, so the last node) is made the parent of every
+  // top: the modalities in table order, then the inner nodes, each put in
+  // front of root_'s children as any link does.
+  int finish();
+
+ private:
+  int link(Modality& child, Modality& parent);
+  // The leaf modality or inner node with this name, created as an inner
+  // node when missing; null when memory runs out.
+  Modality* nodeNamed(std::string_view name);
+  bool isLeaf(const Modality& node) const;
+  int fail();
+
+  CategoricalVariable& variable_;
+  int line_ = 0;
+  bool failed_ = false;
+  bool finished_ = false;
+  bool leafReached_ = false;
+};
+
+}  // namespace velda
