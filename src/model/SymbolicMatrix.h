@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/ChainedHashTable.h"
+#include "model/AnalysisResults.h"
 #include "model/Assertion.h"
 #include "model/DependenceRule.h"
 #include "model/Individual.h"
@@ -132,6 +133,17 @@ class SymbolicMatrix {
   // in orderedAssertions, each with one value per variable. Empty when no
   // reduction was made.
   std::vector<std::unique_ptr<Assertion>> reducedAssertions;
+
+  // Results of the analysis operations, kept until the same operation runs
+  // again or the matrix is replaced (never saved in project files).
+  // Reduction: the volume matrices over the assertions ("before") and over
+  // reducedAssertions ("after"), in number order; empty when none.
+  TriangularMatrix volumesBefore;
+  TriangularMatrix volumesAfter;
+  // Division: one horde per assertion, at the slot of its number (its classes
+  // and, after "Reduce Hordes", its reduced classes). Empty when no division
+  // succeeded.
+  std::vector<Horde> hordes;
 
   // The variables that can be the mother of a dependence: the categorical
   // variables among the first cellCount (rules change cells). Stored as the
