@@ -1,0 +1,74 @@
+#include "db/TaxonomyQuery.h"
+
+#include <new>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "common/LastError.h"
+#include "db/QueryStatement.h"
+#include "model/CategoricalVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "model/Taxonomy.h"
+#include "model/TaxonomyBuilder.h"
+
+namespace velda {
+
+namespace {
+
+int checkCharacterColumns(const QueryStatement& statement) {
+  for (int column = 0; column < statement.columnCount(); ++column) {
+    if (statement.columnKind(column) == COLUMN_CHARACTER) continue;
+    setError("Column %d must be of char type", column);
+    return 0;
+  }
+  return 1;
+}
+
+int readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
+  std::vector<std::optional<std::string_view>> row(static_cast<size_t>(statement.columnCount()));
+  while (statement.fetch()) {
+    for (int column = 0; column < statement.columnCount(); ++column) {
+      auto& name = row[static_cast<size_t>(column)];
+      if (statement.isNull(column))
+        name.reset();
+      else
+        name = statement.text(column);
+    }
+    if (!builder.addRow(row)) return 0;
+  }
+  if (statement.status() == STATUS_OK) return 1;
+  setError("%s", statement.errorText().c_str());
+  return 0;
+}
+
+}  // namespace
+
+int buildTaxonomy(CategoricalVariable& variable, QueryStatement& statement) {
+  TaxonomyBuilder builder(variable);
+  if (!checkCharacterColumns(statement)) return 0;
+  try {
+    if (!readRows(builder, statement)) return 0;
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return 0;
+  }
+  return builder.finish();
+}
+
+int applyTaxonomy(SymbolicMatrix& matrix, QueryStatement& statement, int32_t variableIndex) {
+  if (variableIndex < 0 || static_cast<size_t>(variableIndex) >= matrix.variableCount()) {
+    setError("No variable selected");
+    return 0;
+  }
+  SymbolicVariable& variable = matrix.variable(static_cast<size_t>(variableIndex));
+  if (!variable.isCategorical()) {
+    setError("Variable '%s' is not categorical", variable.name.c_str());
+    return 0;
+  }
+  const int covering = buildTaxonomy(static_cast<CategoricalVariable&>(variable), statement);
+  settleTaxonomy(matrix, static_cast<size_t>(variableIndex));
+  return covering;
+}
+
+}  // namespace velda
