@@ -1,0 +1,199 @@
+#include "db/ExtractionBuilder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+#include <string_view>
+
+#include "common/Decimal.h"
+#include "common/LastError.h"
+#include "common/Random15.h"
+#include "db/VariableNamer.h"
+#include "model/CategoricalVariable.h"
+#include "model/QuantitativeVariable.h"
+
+namespace velda {
+
+namespace {
+
+constexpr size_t kModalityBuckets = 19;
+// Turns a draw of the 15-bit generator into a number of [0, 1].
+constexpr double kRandomScale = 3.051850947599719e-5;
+
+std::unique_ptr<SymbolicVariable> variableFor(const std::string& name, ColumnKind kind) {
+  if (kind == COLUMN_CHARACTER) return std::make_unique<CategoricalVariable>(name, 1, kModalityBuckets);
+  return std::make_unique<QuantitativeVariable>(name, 1);
+}
+
+// A NULL weight reads as 0; anything but a positive finite number is
+// refused by the caller.
+double readWeight(const char* text) { return text ? parseDecimal(text) : 0.0; }
+bool isValidWeight(double weight) { return weight > 0.0 && std::isfinite(weight); }
+
+}  // namespace
+
+ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, size_t variableCount,
+                                     const ExtractionOptions& options)
+    : matrix_(std::move(matrix)),
+      variableCount_(variableCount),
+      weighted_(options.lastColumnIsWeight),
+      sampleSize_(std::max<int32_t>(options.sampleSize, 0)),
+      rowCells_(new CellValue[variableCount]) {}
+
+std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
+                                                              const ExtractionOptions& options) {
+  const long weightColumns = options.lastColumnIsWeight ? 1 : 0;
+  const long variableCount = static_cast<long>(columns.size()) - 2 - weightColumns;
+  if (variableCount < 1) {
+    setError("Insufficient number of columns");
+    return nullptr;
+  }
+  if (columns[1].kind != COLUMN_CHARACTER) {
+    setError("Invalid assertion column type");
+    return nullptr;
+  }
+  if (options.lastColumnIsWeight && columns.back().kind == COLUMN_CHARACTER) {
+    setError("Invalid ponderation column type");
+    return nullptr;
+  }
+  try {
+    std::unique_ptr<SymbolicMatrix> matrix = SymbolicMatrix::create();
+    if (!matrix) throw std::bad_alloc();
+    matrix->individualColumn = columns[0].name;
+    matrix->assertionColumn = columns[1].name;
+    if (options.lastColumnIsWeight) matrix->weightColumn = columns.back().name;
+    VariableNamer namer(*matrix);
+    for (long i = 0; i < variableCount; ++i) {
+      const ExtractionColumn& column = columns[static_cast<size_t>(i + 2)];
+      matrix->appendVariable(variableFor(namer.nameFor(column.name), column.kind));
+    }
+    matrix->cellCount = static_cast<size_t>(variableCount);
+    return std::unique_ptr<ExtractionBuilder>(
+        new ExtractionBuilder(std::move(matrix), static_cast<size_t>(variableCount), options));
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return nullptr;
+  }
+}
+
+int ExtractionBuilder::processRow(const char* const* texts) {
+  try {
+    return addRow(texts);
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return 0;
+  }
+}
+
+int ExtractionBuilder::addRow(const char* const* texts) {
+  const char* individualId = texts[0];
+  const char* assertionId = texts[1];
+  if (!individualId || !assertionId) return 1;
+
+  if (!readCells(texts)) {
+    setError("Memory allocation failed");
+    return 0;
+  }
+  const double weight = weighted_ ? readWeight(texts[variableCount_ + 2]) : 1.0;
+
+  Individual* individual = matrix_->findIndividual(individualId);
+  if (individual) {
+    if (!checkRepeat(*individual, weight)) return 0;
+  } else {
+    if (!isValidWeight(weight)) {
+      setError("Ponderation of individual '%s' is null or negative", individualId);
+      return 0;
+    }
+    individual = &insertIndividual(individualId, weight);
+  }
+
+  Assertion& assertion = assertionNamed(assertionId);
+  if (matrix_->isMember(*individual, assertion)) return 1;  // a duplicate row
+  matrix_->link(*individual, assertion);
+  if (sampleSize_ > 0) {
+    sample(*individual, assertion);
+    return 1;
+  }
+  if (!matrix_->addMember(assertion, *individual)) {
+    setError("Memory allocation failed");
+    return 0;
+  }
+  return 1;
+}
+
+int ExtractionBuilder::readCells(const char* const* texts) {
+  for (size_t v = 0; v < variableCount_; ++v)
+    if (!matrix_->variable(v).addCell(texts[v + 2], rowCells_[v])) return 0;
+  return 1;
+}
+
+// A repeated individual must come with the same cells and the same weight.
+int ExtractionBuilder::checkRepeat(const Individual& individual, double weight) const {
+  for (size_t v = 0; v < variableCount_; ++v) {
+    if (rowCells_[v].sameAs(individual.cells[v])) continue;
+    setError("Value of column '%s' differ from previous definition of '%s'", matrix_->variable(v).name.c_str(),
+             individual.id.c_str());
+    return 0;
+  }
+  if (!isValidWeight(weight)) {
+    setError("Ponderation of individual '%s' is null or negative", individual.id.c_str());
+    return 0;
+  }
+  if (weight != individual.weight) {
+    setError("Ponderation differ from previous definition of '%s'", individual.id.c_str());
+    return 0;
+  }
+  return 1;
+}
+
+Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
+  Individual fresh(id, variableCount_, weight);
+  std::copy(rowCells_.get(), rowCells_.get() + variableCount_, fresh.cells.get());
+  return matrix_->insertIndividual(std::move(fresh));
+}
+
+Assertion& ExtractionBuilder::assertionNamed(const char* id) {
+  if (lastAssertion_ && lastAssertion_->id == id) return *lastAssertion_;
+  Assertion* assertion = matrix_->findAssertion(id);
+  if (!assertion) assertion = &matrix_->createAssertion(id);
+  lastAssertion_ = assertion;
+  return *assertion;
+}
+
+// Reservoir sampling: the k-th individual linked to a group is kept with
+// probability N / k, in place of a member chosen at random. The members kept
+// so far are the sample, in link order, and the newcomer was linked last.
+void ExtractionBuilder::sample(Individual& newcomer, Assertion& assertion) {
+  const int32_t seen = ++matrix_->sampleCounter(assertion.number);
+  if (seen <= sampleSize_) return;
+  const double u = random15() * kRandomScale;
+  if (static_cast<double>(sampleSize_) / seen < u) {
+    dropMembership(newcomer, assertion);
+    return;
+  }
+  auto& members = assertion.members;
+  const auto slot = static_cast<size_t>(random15() % sampleSize_);
+  Individual* replaced = members[slot];
+  members[slot] = &newcomer;
+  members.back() = replaced;
+  dropMembership(*replaced, assertion);
+}
+
+// Unlinks a member that is last among the assertion's members (found at
+// once) and destroys it when it belongs to no other assertion.
+void ExtractionBuilder::dropMembership(Individual& individual, Assertion& assertion) {
+  matrix_->unlink(individual, assertion);
+  if (!individual.hasMembership()) matrix_->removeIndividual(individual);
+}
+
+std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
+  matrix_->rowsRead = rowsRead;
+  if (!matrix_->finish(sampleSize_ > 0)) return nullptr;
+  if (!matrix_->indexAssertions()) {
+    setError("Memory allocation failed");
+    return nullptr;
+  }
+  return std::move(matrix_);
+}
+
+}  // namespace velda

@@ -1,0 +1,55 @@
+#include "document/ExtractionEnding.h"
+
+#include "common/ConsoleLog.h"
+#include "common/LastError.h"
+#include "common/MessageBox.h"
+#include "model/SymbolicMatrix.h"
+#include "ops/PrivacyThreshold.h"
+
+namespace velda {
+
+namespace {
+
+constexpr long kTicksPerSecond = 10;
+
+void printSummary(const SymbolicMatrix& matrix, long ticks, ConsoleLog& console) {
+  console.print("Extraction done in %.1f second%c.", static_cast<double>(ticks) * 0.1,
+                ticks == kTicksPerSecond ? ' ' : 's');
+  console.print("Symbolic data matrix is composed by:");
+  console.print("%d variables (%d qualitatives, %d quantitatives)", static_cast<int>(matrix.variableCount()),
+                static_cast<int>(matrix.categoricalCount()), static_cast<int>(matrix.quantitativeCount()));
+  console.print("%d assertions build from %d individuals", static_cast<int>(matrix.assertionCount()),
+                static_cast<int>(matrix.individualCount()));
+}
+
+}  // namespace
+
+long elapsedTicks(std::chrono::steady_clock::time_point start, std::chrono::steady_clock::time_point end) {
+  if (end <= start) return 0;
+  return static_cast<long>((end - start) / std::chrono::milliseconds(100));
+}
+
+int endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
+                  const ExtractionEndingHooks& hooks) {
+  if (!result.matrix) {
+    showMessage(lastError(), MessageIcon::Warning);
+    return 0;
+  }
+  if (result.matrix->individualCount() == 0) {
+    showMessage("No individual extracted", MessageIcon::Warning);
+    return 0;
+  }
+  if (result.stopped) console.print("*stopped*");
+
+  SymbolicMatrix& matrix = *result.matrix;
+  if (!hooks.install || !hooks.install(std::move(result.matrix))) {
+    showMessage("Internal error: cannot assert", MessageIcon::Warning);
+    return 0;
+  }
+  printSummary(matrix, elapsedTicks(result.startedAt, result.finishedAt), console);
+  if (privacyThreshold > 0) ApplyPrivacyThreshold(matrix, console, privacyThreshold);
+  if (hooks.resetDescriptiveFields) hooks.resetDescriptiveFields();
+  return 1;
+}
+
+}  // namespace velda

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+
+namespace velda {
+
+class ConsoleLog;
+class SymbolicMatrix;
+
+// Deletes every assertion with fewer than `threshold` individuals (one with
+// exactly `threshold` is kept), erases the individuals left without any
+// assertion, renumbers the remaining assertions densely in their previous
+// order and reports everything as console lines.
+void ApplyPrivacyThreshold(SymbolicMatrix& matrix, ConsoleLog& console, int32_t threshold);
+
+}  // namespace velda
