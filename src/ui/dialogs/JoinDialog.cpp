@@ -1,0 +1,55 @@
+#include "ui/dialogs/JoinDialog.h"
+
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QVBoxLayout>
+
+#include "ui/widgets/FileField.h"
+#include "ui/widgets/Latin1.h"
+#include "ui/widgets/MessageBoxes.h"
+
+namespace velda::ui {
+
+namespace {
+
+// The browse dialog of a joined file: its filter text names ".kvf" files
+// and has no pattern part; the file-name field proposes "*.gaj".
+FileRequest joinFileRequest() {
+  FileRequest request;
+  request.mode = FileRequest::Mode::Open;
+  request.filter = "Korva file (*.kvf)";
+  request.defaultSuffix = "gaj";
+  return request;
+}
+
+}  // namespace
+
+JoinDialog::JoinDialog(const JoinValues& values, QWidget* parent) : QDialog(parent), values_(values) {
+  setWindowTitle(QStringLiteral("Select files to join"));
+  first_ = new FileField(joinFileRequest(), this);
+  second_ = new FileField(joinFileRequest(), this);
+  first_->setText(toQt(values.firstFile));
+  second_->setText(toQt(values.secondFile));
+
+  auto* form = new QFormLayout;
+  form->addRow(QStringLiteral("First .gaj file"), first_);
+  form->addRow(QStringLiteral("Second .gaj file"), second_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(form);
+  layout->addWidget(buttons);
+}
+
+void JoinDialog::accept() {
+  if (first_->text().isEmpty() || second_->text().isEmpty()) {
+    showMessageBox(this, QStringLiteral("You must select file name"), MessageIcon::Warning);
+    return;
+  }
+  values_.firstFile = fromQt(first_->text());
+  values_.secondFile = fromQt(second_->text());
+  QDialog::accept();
+}
+
+}  // namespace velda::ui

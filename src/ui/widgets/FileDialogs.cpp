@@ -1,0 +1,67 @@
+#include "ui/widgets/FileDialogs.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <algorithm>
+#include <cctype>
+
+#include "ui/widgets/Latin1.h"
+
+namespace velda::ui {
+
+namespace {
+
+// A pattern list such as "*.xml;*.XML" in Qt's space-separated form.
+QString qtPatterns(const QString& patterns) {
+  QString spaced = patterns;
+  spaced.replace(QLatin1Char(';'), QLatin1Char(' '));
+  return spaced.trimmed().isEmpty() ? QStringLiteral("*") : spaced.trimmed();
+}
+
+bool isPlainSuffix(const std::string& suffix) {
+  return !suffix.empty() && std::all_of(suffix.begin(), suffix.end(), [](unsigned char c) { return std::isalnum(c); });
+}
+
+}  // namespace
+
+QStringList qtNameFilters(const std::string& filter) {
+  // Each filter carries its patterns in a trailing "(...)" that the dialog
+  // hides (HideNameFilterDetails), so the visible text is the program's own.
+  const QStringList parts = toQt(filter).split(QLatin1Char('|'));
+  QStringList filters;
+  for (qsizetype i = 0; i < parts.size(); i += 2) {
+    if (parts[i].isEmpty()) continue;
+    const QString patterns = i + 1 < parts.size() ? parts[i + 1] : QString();
+    filters << parts[i] + QStringLiteral(" (") + qtPatterns(patterns) + QLatin1Char(')');
+  }
+  return filters;
+}
+
+bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice) {
+  QFileDialog dialog(parent, toQt(request.title));
+  dialog.setOption(QFileDialog::DontUseNativeDialog);
+  dialog.setOption(QFileDialog::HideNameFilterDetails);
+  const bool saving = request.mode == FileRequest::Mode::Save;
+  dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+  dialog.setNameFilters(qtNameFilters(request.filter));
+  if (isPlainSuffix(request.defaultSuffix)) {
+    dialog.setDefaultSuffix(toQt(request.defaultSuffix));
+    dialog.selectFile(QStringLiteral("*.") + toQt(request.defaultSuffix));
+  }
+
+  QCheckBox* ignoreMetadata = nullptr;
+  if (request.offerIgnoreMetadata) {
+    ignoreMetadata = new QCheckBox(QStringLiteral("Ignore MetaData"), &dialog);
+    ignoreMetadata->setObjectName(QStringLiteral("ignoreMetadata"));
+    if (auto* grid = qobject_cast<QGridLayout*>(dialog.layout())) grid->addWidget(ignoreMetadata, grid->rowCount(), 0, 1, -1);
+  }
+
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
+  choice.path = fromQt(dialog.selectedFiles().first());
+  choice.ignoreMetadata = ignoreMetadata && ignoreMetadata->isChecked();
+  return true;
+}
+
+}  // namespace velda::ui

@@ -1,0 +1,33 @@
+#include "ui/widgets/FileField.h"
+
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "ui/widgets/FileDialogs.h"
+#include "ui/widgets/Latin1.h"
+
+namespace velda::ui {
+
+FileField::FileField(const FileRequest& request, QWidget* parent) : QWidget(parent), request_(request) {
+  edit_ = new QLineEdit(this);
+  edit_->setMinimumWidth(280);
+  select_ = new QPushButton(QStringLiteral("Select..."), this);
+  connect(select_, &QPushButton::clicked, this, &FileField::select);
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(edit_, 1);
+  layout->addWidget(select_);
+}
+
+QString FileField::text() const { return edit_->text(); }
+void FileField::setText(const QString& text) { edit_->setText(text); }
+
+void FileField::select() {
+  FileChoice choice;
+  if (!chooseFile(this, request_, choice)) return;
+  edit_->setText(toQt(choice.path));
+  emit fileChosen(edit_->text());
+}
+
+}  // namespace velda::ui
