@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace velda {
+
+class Connection;
+
+// A table or view of the data source, as the query dialogs list them.
+struct CatalogEntry {
+  std::string name;
+  std::string type;  // "TABLE" or "VIEW"
+};
+
+// The tables and views of the data source, tables first, each sorted by
+// name. Returns 1 (entries replaced), or 0 with the driver's message in the
+// last-error text (entries unchanged).
+int listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& entries);
+
+}  // namespace velda

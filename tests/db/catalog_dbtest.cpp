@@ -1,0 +1,80 @@
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "common/LastError.h"
+#include "db/Connection.h"
+#include "db/TableCatalog.h"
+#include "support/OpenConnection.h"
+#include "support/SqliteDatabase.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+using test::openConnection;
+using test::SqliteDatabase;
+
+std::vector<std::string> describe(const std::vector<CatalogEntry>& entries) {
+  std::vector<std::string> lines;
+  for (const CatalogEntry& entry : entries) lines.push_back(entry.type + " " + entry.name);
+  return lines;
+}
+
+TEST(TableCatalog, ListsTablesThenViewsButNoIndexes) {
+  SqliteDatabase db(
+      "create table towns(town varchar(40), region varchar(40));"
+      "create table \"people list\"(id integer, town varchar(40));"
+      "create index towns_by_region on towns(region);"
+      "create view big_towns as select town from towns;"
+      "create view \"a-view\" as select id from \"people list\";");
+  auto connection = openConnection(db.connectionString());
+  ASSERT_TRUE(connection);
+  std::vector<CatalogEntry> entries = {{"stale", "TABLE"}};
+  ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
+  // Sorted by type then name, whatever order the driver keeps.
+  EXPECT_EQ(describe(entries), (std::vector<std::string>{"TABLE people list", "TABLE towns", "VIEW a-view",
+                                                         "VIEW big_towns"}));
+}
+
+TEST(TableCatalog, AnEmptyDatabaseHasNoEntries) {
+  SqliteDatabase db;
+  auto connection = openConnection(db.connectionString());
+  ASSERT_TRUE(connection);
+  std::vector<CatalogEntry> entries;
+  ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
+  EXPECT_TRUE(entries.empty());
+}
+
+TEST(DataSourceName, IsTheDsnOrNotAvailable) {
+  SqliteDatabase db("create table t(a integer);");
+  auto direct = openConnection(db.connectionString());
+  ASSERT_TRUE(direct);
+  EXPECT_EQ(dataSourceName(*direct), "not available");
+  EXPECT_EQ(databaseName(*direct), db.path());
+
+  // A data source declared in an odbc.ini file that the driver manager reads.
+  // The SQLite driver keeps what it reads from that file after it is
+  // unloaded, so the connection lives in a child process that ends at once.
+  test::TempDir home;
+  const std::string ini = home.file("odbc.ini");
+  std::ofstream(ini) << "[velda_sample]\nDriver=SQLite3\nDatabase=" << db.path() << "\n";
+  EXPECT_EXIT(
+      {
+        setenv("ODBCINI", ini.c_str(), 1);
+        auto named = Connection::open("ODBC;DSN=velda_sample");
+        if (!named) _exit(1);
+        fprintf(stderr, "[%s]", dataSourceName(*named).c_str());
+        _exit(0);
+      },
+      testing::ExitedWithCode(0), "\\[velda_sample\\]");
+}
+
+}  // namespace
+}  // namespace velda
