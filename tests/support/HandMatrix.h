@@ -1,0 +1,63 @@
+#pragma once
+
+#include <initializer_list>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "model/CategoricalVariable.h"
+#include "model/QuantitativeVariable.h"
+#include "model/SymbolicMatrix.h"
+
+namespace velda::test {
+
+// A symbolic data matrix built by hand through the model's own calls. Its
+// tables have one bucket, so individuals and assertions are walked in the
+// order they were made; categorical variables get one-bucket modality tables
+// unless told otherwise, so modalities are walked in the order met.
+struct HandMatrix {
+  HandMatrix() : matrix(SymbolicMatrix::create(1, 1)) {}
+
+  CategoricalVariable& categorical(const char* name, int32_t multiple = 0, size_t buckets = 1) {
+    matrix->appendVariable(std::make_unique<CategoricalVariable>(name, multiple, buckets));
+    return static_cast<CategoricalVariable&>(matrix->variable(matrix->variableCount() - 1));
+  }
+  QuantitativeVariable& quantitative(const char* name, int32_t interval = 1) {
+    matrix->appendVariable(std::make_unique<QuantitativeVariable>(name, interval));
+    return static_cast<QuantitativeVariable&>(matrix->variable(matrix->variableCount() - 1));
+  }
+  // Every variable made so far holds its cells in the individuals.
+  void holdCells() { matrix->cellCount = matrix->variableCount(); }
+
+  // An individual with one text per cell-holding variable (null: NULL).
+  Individual& person(const char* id, std::initializer_list<const char*> texts, double weight = 1.0) {
+    Individual individual(id, matrix->cellCount, weight);
+    size_t v = 0;
+    for (const char* text : texts) {
+      matrix->variable(v).addCell(text, individual.cells[v]);
+      ++v;
+    }
+    return matrix->insertIndividual(std::move(individual));
+  }
+
+  // An assertion whose members are added as the extraction adds them.
+  Assertion& group(const char* id, std::initializer_list<Individual*> members) {
+    Assertion& assertion = matrix->createAssertion(id);
+    for (Individual* member : members) {
+      matrix->link(*member, assertion);
+      matrix->addMember(assertion, *member);
+    }
+    return assertion;
+  }
+
+  // The value as the symbolic text file writes it.
+  static std::string written(const Assertion& assertion, size_t variable) {
+    std::ostringstream out;
+    assertion.value(variable).writeValue(out);
+    return out.str();
+  }
+
+  std::unique_ptr<SymbolicMatrix> matrix;
+};
+
+}  // namespace velda::test
