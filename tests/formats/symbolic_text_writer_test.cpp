@@ -1,0 +1,407 @@
+#include <gtest/gtest.h>
+
+#include <array>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "common/ConsoleLog.h"
+#include "common/LastError.h"
+#include "formats/SymbolicTextWriter.h"
+#include "model/CategoricalValue.h"
+#include "model/CategoricalVariable.h"
+#include "model/Dependence.h"
+#include "model/QuantitativeVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "model/Taxonomy.h"
+#include "model/TaxonomyBuilder.h"
+
+namespace velda {
+namespace {
+
+constexpr const char* kFiles =
+    "FILES = (\n"
+    "procedure_name = \"velda\",\n"
+    "version = \"sans\",\n"
+    "create_date = \"\",\n"
+    "filiere_name = \"\",\n"
+    "filiere_path = \"\",\n"
+    "base = \"\"\n"
+    "),\n\n";
+
+class WriterTest : public ::testing::Test {
+ protected:
+  void SetUp() override { matrix = SymbolicMatrix::create(); }
+
+  size_t quantitative(const char* name, int32_t interval) {
+    matrix->appendVariable(std::make_unique<QuantitativeVariable>(name, interval));
+    return matrix->variableCount() - 1;
+  }
+  size_t categorical(const char* name, int32_t multiple, int32_t mode = MODE_BOOLEAN) {
+    auto variable = std::make_unique<CategoricalVariable>(name, multiple, 1);
+    if (multiple) variable->mode = mode;
+    matrix->appendVariable(std::move(variable));
+    return matrix->variableCount() - 1;
+  }
+  CategoricalVariable& category(size_t v) { return static_cast<CategoricalVariable&>(matrix->variable(v)); }
+
+  // Adds one member's database text (null: NULL) to an assertion's value,
+  // marked NA when asked, growing the variable's domain as a row would.
+  void add(Assertion& a, size_t v, const char* text, double weight = 1.0, bool na = false) {
+    CellValue cell;
+    ASSERT_EQ(matrix->variable(v).addCell(text, cell), 1);
+    if (na) cell.flags |= CELL_NA;
+    ASSERT_EQ(a.value(v).addCell(cell, weight), 1);
+  }
+
+  void taxonomy(size_t v, std::initializer_list<std::pair<const char*, const char*>> links) {
+    TaxonomyBuilder builder(category(v));
+    for (const auto& [child, parent] : links) {
+      const std::array<std::optional<std::string_view>, 2> row{child, parent};
+      ASSERT_EQ(builder.addRow(row), 1);
+    }
+    ASSERT_GT(builder.finish(), 0);
+    settleTaxonomy(*matrix, v);
+  }
+
+  std::string write(bool reduced = false) {
+    std::ostringstream out;
+    EXPECT_TRUE(WriteSymbolicText(out, *matrix, reduced));
+    return out.str();
+  }
+
+  std::unique_ptr<SymbolicMatrix> matrix;
+};
+
+TEST_F(WriterTest, WritesEveryKindOfValueWithCountsAndRenumbering) {
+  const size_t age = quantitative("age", 0);
+  const size_t height = quantitative("height", 1);
+  const size_t skipped = categorical("skipped", 0);
+  const size_t color = categorical("color", 0);
+  const size_t sport = categorical("sport", 1, MODE_CARDINALITY);
+  matrix->variable(skipped).active = 0;
+  matrix->title = "Sports \"2024\"";
+  matrix->subtitle = "first\tsecond";
+
+  // Created b, a, c: the table lists a, b, c but the file follows the numbers.
+  Assertion& b = matrix->createAssertion("b");
+  Assertion& a = matrix->createAssertion("a");
+  Assertion& c = matrix->createAssertion("c");
+  add(b, age, "30");
+  add(b, height, "1.5");
+  add(b, height, "1.8");
+  add(b, skipped, "x");
+  add(b, color, "red");
+  add(b, sport, "ski");
+  add(b, sport, "foot");
+  add(b, sport, "ski");
+
+  add(a, age, nullptr);
+  add(a, height, "1.6", 1.0, true);
+  add(a, skipped, nullptr);
+  add(a, color, "red", 1.0, true);
+  add(a, sport, nullptr);
+
+  add(c, age, "12.5");
+  add(c, height, "2");
+  add(c, skipped, "y");
+  add(c, color, "blue");
+  add(c, sport, "foot", 2.0);
+
+  const std::string expected = std::string(
+                                   "KORVA = (\n"
+                                   "\n"
+                                   "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RECTANGLE_MATRIX),\n"
+                                   "\n") +
+                               kFiles +
+                               "HEADER = (\n"
+                               "title = \"Sports '2024'\",\n"
+                               "sub_title = \"first second\",\n"
+                               "indiv_nb = 3,\n"
+                               "var_nb = 4,\n"
+                               "rules_nb = 0,\n"
+                               "nb_var_set = 0,\n"
+                               "nb_indiv_set = 0,\n"
+                               "nb_var_nom = 0,\n"
+                               "nb_var_cont = 0,\n"
+                               "nb_var_text = 0,\n"
+                               "nb_var_cont_symb = 2,\n"
+                               "nb_var_nom_symb = 1,\n"
+                               "nb_var_nom_mod = 1,\n"
+                               "nb_na = 2,\n"
+                               "nb_nu = 2,\n"
+                               "nb_hierarchies = 0\n"
+                               "),\n"
+                               "\n"
+                               "INDIVIDUALS = (\n"
+                               "  (1, \"AA00\", \"b\"),\n"
+                               "  (2, \"AA01\", \"a\"),\n"
+                               "  (3, \"AA02\", \"c\")\n"
+                               "),\n"
+                               "\n"
+                               "VARIABLES = (\n"
+                               "  (1, continue, \"\", \"AB00\", \"age\", 0, 1, 12.5, 30),\n"
+                               "  (2, inter_continue, \"\", \"AC00\", \"height\", 1, 0, 1.5, 2),\n"
+                               "  (3, nominal, \"\", \"AD00\", \"color\", 1, 0, 2,\n"
+                               "     ((1, \"AD01\", \"red\", 1 ), \n"
+                               "      (2, \"AD02\", \"blue\", 1 ))\n"
+                               "  ),\n"
+                               "  (4, mult_nominal_Modif, \"\", \"AE00\", \"sport\", cardinal, 0, 1, 2,\n"
+                               "     ((1, \"AE01\", \"ski\", 1 ), \n"
+                               "      (2, \"AE02\", \"foot\", 1 ))\n"
+                               "  )\n"
+                               "),\n"
+                               "\n"
+                               "RECTANGLE_MATRIX = (\n"
+                               "  (30, \n"
+                               "   (1.5:1.8), \n"
+                               "   1, \n"
+                               "   (1(2),2(1))),\n"
+                               "  (NU, \n"
+                               "   NA, \n"
+                               "   NA, \n"
+                               "   NU),\n"
+                               "  (12.5, \n"
+                               "   (2:2), \n"
+                               "   2, \n"
+                               "   (2(2)))\n"
+                               ")\n"
+                               "\n"
+                               ")\n"
+                               "END\n"
+                               "\n";
+  EXPECT_EQ(write(), expected);
+  // The list of assertions by number was built on the way.
+  ASSERT_EQ(matrix->orderedAssertions.size(), 3u);
+  EXPECT_EQ(matrix->orderedAssertions[0], &b);
+}
+
+TEST_F(WriterTest, WritesEachSetValuedModeAndBreaksLongLists) {
+  const size_t tags = categorical("tags", 1, MODE_BOOLEAN);
+  const size_t share = categorical("share", 1, MODE_PROBABILIST);
+  const size_t guess = categorical("guess", 1, MODE_KT_ESTIMATE);
+  Assertion& row = matrix->createAssertion("only");
+  for (int i = 1; i <= 25; ++i) add(row, tags, std::to_string(i).c_str());
+  static_cast<CategoricalValue&>(row.value(tags)).rebuild();
+  add(row, share, "p", 2.0);
+  add(row, share, "q", 1.0);
+  add(row, share, nullptr, 1.0);  // NULL weight stays out of the proportions
+  // KT-estimate over three categories, a and c present once each: every
+  // category walks the entries up to its own, with zero weights on the way.
+  CellValue unused;
+  ASSERT_EQ(matrix->variable(guess).addCell("a", unused), 1);
+  ASSERT_EQ(matrix->variable(guess).addCell("b", unused), 1);
+  add(row, guess, "c");
+  add(row, guess, "a");
+
+  const std::string text = write();
+  const std::string variables =
+      "VARIABLES = (\n"
+      "  (1, mult_nominal, \"\", \"AB00\", \"tags\", 0, 0, 25,\n"
+      "     ((1, \"AB01\", \"1\", 1 ), \n";
+  EXPECT_NE(text.find(variables), std::string::npos) << text;
+  EXPECT_NE(text.find("      (25, \"AB25\", \"25\", 1 ))\n  ),\n"
+                      "  (2, mult_nominal_Modif, \"\", \"AC00\", \"share\", proba, 0, 0, 2,\n"),
+            std::string::npos);
+  EXPECT_NE(text.find("  (3, mult_nominal_Modif, \"\", \"AD00\", \"guess\", proba, 0, 0, 3,\n"), std::string::npos);
+  const std::string rows =
+      "RECTANGLE_MATRIX = (\n"
+      "  ((1,2,3,4,5,6,7,8,9,\n"
+      "    10,11,12,13,14,15,16,17,18,19,\n"
+      "    20,21,22,23,24,25), \n"
+      "   (1(0.666667),2(0.333333)), \n"
+      "   (1(0.428571),2(0.142857),2(0.142857),3(0.142857),3(0.428571)))\n"
+      ")\n";
+  EXPECT_NE(text.find(rows), std::string::npos) << text;
+}
+
+TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
+  const size_t region = categorical("region", 0);
+  const size_t hidden = categorical("hidden", 0);
+  const size_t size = quantitative("size", 1);
+  matrix->cellCount = matrix->variableCount();
+  Assertion& a = matrix->createAssertion("a");
+  Assertion& b = matrix->createAssertion("b");
+  add(a, region, "north");
+  add(b, region, "south");
+  CellValue unused;
+  ASSERT_EQ(matrix->variable(region).addCell("east", unused), 1);
+  ASSERT_EQ(matrix->variable(region).addCell("west", unused), 1);
+  add(a, hidden, "x");
+  add(b, hidden, "y");
+  add(a, size, "3");
+  add(a, size, "7.5");
+  add(b, size, "5", 1.0, true);
+
+  // east above north and south; coast above west; root_ above east and coast.
+  taxonomy(region, {{"north", "east"}, {"south", "east"}, {"west", "coast"}});
+  taxonomy(hidden, {{"x", "y"}});
+  matrix->variable(hidden).active = 0;
+
+  const std::array<int32_t, 1> applicable{0};  // north
+  const std::array<int32_t, 2> daughters{static_cast<int32_t>(size), static_cast<int32_t>(hidden)};
+  RuleGroup group;
+  ASSERT_EQ(makeRuleGroup(*matrix, static_cast<int32_t>(region), applicable, daughters, group), 1);
+  // Recorded as applying would, without recomputing the values from members
+  // (these assertions have none).
+  for (auto& rule : group) matrix->rules.push_back(std::move(rule));
+
+  // The node table lists root_ before coast: they are numbered 5 and 6.
+  const std::string expected = std::string(
+                                   "KORVA = (\n"
+                                   "\n"
+                                   "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, "
+                                   "RECTANGLE_MATRIX),\n"
+                                   "\n") +
+                               kFiles +
+                               "HEADER = (\n"
+                               "title = \"\",\n"
+                               "sub_title = \"\",\n"
+                               "indiv_nb = 2,\n"
+                               "var_nb = 2,\n"
+                               "rules_nb = 1,\n"
+                               "nb_var_set = 0,\n"
+                               "nb_indiv_set = 0,\n"
+                               "nb_var_nom = 0,\n"
+                               "nb_var_cont = 0,\n"
+                               "nb_var_text = 0,\n"
+                               "nb_var_cont_symb = 1,\n"
+                               "nb_var_nom_symb = 1,\n"
+                               "nb_var_nom_mod = 0,\n"
+                               "nb_na = 1,\n"
+                               "nb_nu = 0,\n"
+                               "nb_hierarchies = 1\n"
+                               "),\n"
+                               "\n"
+                               "INDIVIDUALS = (\n"
+                               "  (1, \"AA00\", \"a\"),\n"
+                               "  (2, \"AA01\", \"b\")\n"
+                               "),\n"
+                               "\n"
+                               "VARIABLES = (\n"
+                               "  (1, nominal, \"\", \"AB00\", \"region\", 0, 0, 4,\n"
+                               "     ((1, \"AB01\", \"north\", 1 ), \n"
+                               "      (2, \"AB02\", \"south\", 1 ), \n"
+                               "      (3, \"AB03\", \"east\", 2 ), \n"
+                               "      (4, \"AB04\", \"west\", 1 ))\n"
+                               "  ),\n"
+                               "  (2, inter_continue, \"\", \"AC00\", \"size\", 1, 0, 3, 7.5)\n"
+                               "),\n"
+                               "\n"
+                               "HIERARCHIE = (\n"
+                               "  (VAR = 1, 2(\n"
+                               "      (5, \"AB05\", \"root_\", 0), \n"
+                               "      (6, \"AB06\", \"coast\", 0)),\n"
+                               "      (3 = (2,1), \n"
+                               "       5 = (6,3), \n"
+                               "       6 = (4)\n"
+                               ")  )\n"
+                               "),\n"
+                               "\n"
+                               "RULES = (\n"
+                               "  ((1 = (2))  (2 = NA))\n"
+                               "),\n"
+                               "\n"
+                               "RECTANGLE_MATRIX = (\n"
+                               "  (1, \n"
+                               "   (3:7.5)),\n"
+                               "  (2, \n"
+                               "   NA)\n"
+                               ")\n"
+                               "\n"
+                               ")\n"
+                               "END\n"
+                               "\n";
+  EXPECT_EQ(write(), expected);
+
+  // Without its daughter the rule goes, and so do RULES and its block.
+  matrix->variable(size).active = 0;
+  const std::string alone = write();
+  EXPECT_NE(alone.find("CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, HIERARCHIE, RECTANGLE_MATRIX),\n"),
+            std::string::npos);
+  EXPECT_NE(alone.find("rules_nb = 0,\n"), std::string::npos);
+  EXPECT_EQ(alone.find("RULES = ("), std::string::npos);
+}
+
+TEST_F(WriterTest, BreaksChildListsBeforeTheReaderLineLimit) {
+  const size_t many = categorical("many", 0);
+  Assertion& a = matrix->createAssertion("a");
+  add(a, many, "0");
+  CellValue unused;
+  for (int i = 1; i < 900; ++i) ASSERT_EQ(matrix->variable(many).addCell(std::to_string(i).c_str(), unused), 1);
+  taxonomy(many, {{"0", "top"}, {"1", "other"}});
+  // root_ holds the 898 modalities that no row named, then other and top.
+  const std::string text = write();
+  size_t start = 0;
+  size_t longest = 0;
+  while (start < text.size()) {
+    const size_t end = text.find('\n', start);
+    longest = std::max(longest, end - start);
+    start = end + 1;
+  }
+  EXPECT_LE(longest, 2500u);
+  // The break comes right after a comma and goes on at the entries' indent.
+  const size_t hierarchy = text.find("HIERARCHIE = (");
+  const size_t broken = text.find(",\n       ", hierarchy);
+  ASSERT_NE(broken, std::string::npos);
+  EXPECT_LT(broken, text.find("RECTANGLE_MATRIX = ("));
+}
+
+TEST_F(WriterTest, ReducedRowsGiveTheValuesAndTheCounts) {
+  const size_t age = quantitative("age", 1);
+  Assertion& a = matrix->createAssertion("a");
+  Assertion& b = matrix->createAssertion("b");
+  add(a, age, "1");
+  add(a, age, "9");
+  add(b, age, nullptr);
+  for (const Assertion* row : {&a, &b}) {
+    auto reduced = std::make_unique<Assertion>(row->id + "_reduced", row->number);
+    reduced->values.push_back(matrix->variable(age).newSymbolicValue());
+    matrix->reducedAssertions.push_back(std::move(reduced));
+  }
+  add(*matrix->reducedAssertions[0], age, "2");
+  add(*matrix->reducedAssertions[1], age, "4", 1.0, true);
+
+  std::ostringstream out;
+  ASSERT_TRUE(IndexAndWriteSymbolicText(out, *matrix, true));
+  const std::string text = out.str();
+  EXPECT_NE(text.find("  (1, \"AA00\", \"a\"),\n  (2, \"AA01\", \"b\")\n"), std::string::npos);
+  EXPECT_NE(text.find("nb_na = 1,\nnb_nu = 0,\n"), std::string::npos);
+  EXPECT_NE(text.find("\"age\", 1, 0, 1, 9)"), std::string::npos);
+  EXPECT_NE(text.find("RECTANGLE_MATRIX = (\n  ((2:2)),\n  (NA)\n)\n"), std::string::npos) << text;
+
+  // Plain rows count the assertions' own values.
+  EXPECT_NE(write(false).find("nb_na = 0,\nnb_nu = 1,\n"), std::string::npos);
+
+  // Reduced rows that no longer match the assertions write nothing.
+  matrix->reducedAssertions.pop_back();
+  std::ostringstream refused;
+  EXPECT_FALSE(WriteSymbolicText(refused, *matrix, true));
+  EXPECT_TRUE(refused.str().empty());
+}
+
+TEST_F(WriterTest, NoActiveVariableWritesNothing) {
+  const size_t age = quantitative("age", 0);
+  matrix->createAssertion("a");
+  matrix->variable(age).active = 0;
+  ConsoleLog console;
+  std::ostringstream out;
+  clearError();
+  EXPECT_FALSE(IndexAndWriteSymbolicText(out, *matrix, false, &console));
+  EXPECT_TRUE(out.str().empty());
+  EXPECT_EQ(lastError(), "No active variable");
+  ASSERT_EQ(console.count(), 1u);
+  EXPECT_EQ(*console.lineAt(0), "No active variable");
+}
+
+TEST_F(WriterTest, AnEmptyMatrixStillWritesEveryBlock) {
+  quantitative("age", 0);
+  const std::string text = write();
+  EXPECT_NE(text.find("INDIVIDUALS = (\n),\n\nVARIABLES = (\n"), std::string::npos);
+  EXPECT_NE(text.find("\"age\", 0, 0, 1.79769e+308, -1.79769e+308)\n),\n\n"), std::string::npos);
+  EXPECT_NE(text.find("RECTANGLE_MATRIX = (\n)\n\n)\nEND\n\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace velda
