@@ -196,15 +196,17 @@ TEST(ExtractionSqlite, VariableNamesAvoidClashesInOnePass) {
   SqliteDatabase db(
       "create table t(id varchar(5), grp varchar(5), x real, y real, z real, v real, p real, q real);"
       "insert into t values('a','g',1,2,3,4,5,6);");
-  ExtractionResult result = extract(
-      db, "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp_1, q as grp from t");
+  ExtractionResult result = extract(db,
+                                     "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp,"
+                                     " q as v_1, x as v, y as v from t");
   ASSERT_TRUE(result.matrix) << lastError();
   // "a b" -> a_b; a_b clashes with it -> a_b_1; id clashes with the individual
-  // column -> id_1; the second "a b" clashes with a_b -> "a b_1" (blanks kept);
-  // grp clashes with the assertion column -> grp_1, which is only checked
-  // against the names after it: the duplicate is the rule's own result.
+  // column -> id_1; the second "a b" clashes with a_b -> "a b_1" (blanks
+  // kept); grp clashes with the assertion column -> grp_1. The last v clashes
+  // with v and becomes v_1, which is not compared again with the v_1 passed
+  // before: the duplicate is the one-pass rule's own result.
   EXPECT_EQ(variableNames(*result.matrix),
-            (std::vector<std::string>{"a_b", "a_b_1", "id_1", "a b_1", "grp_1", "grp_1"}));
+            (std::vector<std::string>{"a_b", "a_b_1", "id_1", "a b_1", "grp_1", "v_1", "v", "v_1"}));
 }
 
 // Records the progress lines and asks to cancel at the given poll.
