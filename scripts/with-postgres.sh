@@ -55,7 +55,7 @@ trap stop_and_delete EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-if ! as_owner "$pg_bin/initdb" -D "$data" -U postgres --auth=trust -E UTF8 --locale=C >"$cluster/initdb.log" 2>&1; then
+if ! as_owner "$pg_bin/initdb" -D "$data" -U postgres --auth=trust -E UTF8 --locale=C --no-sync >"$cluster/initdb.log" 2>&1; then
   echo "with-postgres: initdb failed:" >&2
   cat "$cluster/initdb.log" >&2
   exit 1
