@@ -100,7 +100,12 @@ class Document {
 
  private:
   bool save(bool askForName);
-  bool writeProject(const std::string& path);
+  void loadMetadata(const std::string& name, bool ignore);
+  void printSummary();
+  // Shows the last-error text with the warning icon; returns false.
+  bool showFailure();
+  // A command whose operation has not been built into this program.
+  bool unavailable(const char* command);
   void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record);
   void resetMetadata();
   void setModified() { modified_ = true; }

@@ -1,1 +1,140 @@
-int main() { return 0; }
+// velda-cli: every command of the document, without a display.
+//   velda-cli [--seed N] COMMAND [ARGS...] [then COMMAND [ARGS...]]...
+#include <cstdio>
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include "app/cli/CliCommands.h"
+#include "app/cli/CliUserInterface.h"
+#include "common/MessageBox.h"
+#include "common/Random15.h"
+#include "document/Document.h"
+
+using namespace velda;
+using namespace velda::cli;
+
+namespace {
+
+constexpr int kExitFailure = 1;
+constexpr int kExitUsage = 2;
+
+void printUsage(std::FILE* out) {
+  std::fprintf(out,
+               "usage: velda-cli [--seed N] COMMAND [ARGS...] [then COMMAND [ARGS...]]...\n"
+               "\n"
+               "The commands of one call run in order on one document, as the menu\n"
+               "commands would. Reductions, divisions and hordes are not kept in project\n"
+               "files, so chain them with their export in one call. Console lines go to\n"
+               "standard output, messages to standard error. The first failing command\n"
+               "stops the chain (exit status 1); a usage error exits with 2 before\n"
+               "anything runs.\n"
+               "\n"
+               "Questions are answered without asking: \"save current data?\" is No, so a\n"
+               "command that replaces changed data without an explicit save discards the\n"
+               "changes; the dependence confirmation is No unless --yes; replacing an\n"
+               "existing taxonomy is Yes.\n"
+               "\n"
+               "  --seed N    seed the sampling's random generator (default: the time)\n"
+               "  --help      this text\n"
+               "\n"
+               "Commands:\n");
+  for (const CommandSpec& spec : commandSpecs()) {
+    std::string head = std::string(spec.name) + (*spec.synopsis ? " " : "") + spec.synopsis;
+    std::fprintf(out, "  %s\n      %s\n", head.c_str(), spec.summary);
+  }
+}
+
+int usageError(const std::string& text) {
+  std::fprintf(stderr, "velda-cli: %s\n\n", text.c_str());
+  printUsage(stderr);
+  return kExitUsage;
+}
+
+// The chain's commands, each parsed; a usage error stops before any runs.
+struct ParsedChain {
+  std::vector<std::string> names;
+  std::vector<Action> actions;
+};
+
+// Parses one command's words; returns the usage error text, empty on success.
+std::string parseCommand(const std::vector<std::string>& words, ParsedChain& chain) {
+  if (words.empty()) return "a command is missing (around \"then\")";
+  const CommandSpec* spec = findCommandSpec(words[0]);
+  if (!spec) return "unknown command '" + words[0] + "'";
+  Arguments arguments(std::vector<std::string>(words.begin() + 1, words.end()));
+  Action action = spec->parse(arguments);
+  if (arguments.failed() || !action) return words[0] + ": " + arguments.error();
+  chain.names.push_back(words[0]);
+  chain.actions.push_back(std::move(action));
+  return {};
+}
+
+class StandardErrorMessages final : public MessageBoxTarget {
+ public:
+  explicit StandardErrorMessages(CliUserInterface& ui) : ui_(ui) {}
+  void showMessage(const std::string& text, MessageIcon icon) override { ui_.showMessage(text, icon); }
+
+ private:
+  CliUserInterface& ui_;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<std::string> args(argv + 1, argv + argc);
+  size_t first = 0;
+  bool seeded = false;
+  for (; first < args.size(); ++first) {
+    if (args[first] == "--help" || args[first] == "-h") {
+      printUsage(stdout);
+      return 0;
+    }
+    if (args[first] != "--seed") break;
+    if (first + 1 >= args.size()) return usageError("--seed needs a value");
+    const std::optional<int32_t> seed = parseInteger(args[++first]);
+    if (!seed || *seed < 0) return usageError("--seed needs a non-negative integer");
+    seedRandom15(static_cast<uint32_t>(*seed));
+    seeded = true;
+  }
+  if (first >= args.size()) return usageError("no command given");
+  if (!seeded) seedRandom15(static_cast<uint32_t>(std::time(nullptr)));
+
+  ParsedChain chain;
+  std::vector<std::string> words;
+  for (size_t i = first; i <= args.size(); ++i) {
+    if (i < args.size() && args[i] != "then") {
+      words.push_back(args[i]);
+      continue;
+    }
+    const std::string error = parseCommand(words, chain);
+    if (!error.empty()) return usageError(error);
+    words.clear();
+  }
+
+  CliUserInterface ui;
+  StandardErrorMessages messages(ui);
+  setMessageBoxTarget(&messages);
+  Document document(ui);
+  ui.attach(document);
+  document.console().setListener([&document](ConsoleLog::Change change) {
+    if (change != ConsoleLog::Change::LineAdded) return;
+    const ConsoleLog& console = document.console();
+    std::fwrite(console.lines().back().data(), 1, console.lines().back().size(), stdout);
+    std::fputc('\n', stdout);
+  });
+
+  Session session{document, ui};
+  int status = 0;
+  for (size_t i = 0; i < chain.actions.size(); ++i) {
+    ui.resetScript();
+    if (chain.actions[i](session)) continue;
+    std::fflush(stdout);
+    std::fprintf(stderr, "velda-cli: %s failed\n", chain.names[i].c_str());
+    status = kExitFailure;
+    break;
+  }
+  std::fflush(stdout);
+  setMessageBoxTarget(nullptr);
+  return status;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <signal.h>
+
+#include <string>
+
+#include "common/Progress.h"
+
+namespace velda::cli {
+
+// The progress dialog of the command-line program: while it lives, Ctrl-C
+// (SIGINT) is the Cancel button, and the two progress lines are shown on
+// one line of standard error when standard error is a terminal.
+class TerminalProgress final : public ProgressTarget {
+ public:
+  TerminalProgress();
+  ~TerminalProgress() override;
+  TerminalProgress(const TerminalProgress&) = delete;
+  TerminalProgress& operator=(const TerminalProgress&) = delete;
+
+  void setLine1(const std::string& text) override;
+  void setLine2(const std::string& text) override;
+  void enableCancel(bool enabled) override { cancelEnabled_ = enabled; }
+  bool cancelRequested() override;
+
+  bool cancelled() const { return cancelled_; }
+
+ private:
+  void show();
+
+  bool terminal_;
+  bool shown_ = false;
+  bool cancelEnabled_ = true;
+  bool cancelled_ = false;
+  std::string line1_;
+  std::string line2_;
+  struct sigaction previous_ = {};
+};
+
+}  // namespace velda::cli

@@ -1,0 +1,146 @@
+// The document's file commands: close, save, save as, open.
+#include <cstdio>
+
+#include "common/LastError.h"
+#include "document/BusyScope.h"
+#include "document/Document.h"
+#include "document/DocumentMetadata.h"
+#include "document/ProjectStore.h"
+#include "model/SymbolicMatrix.h"
+
+namespace velda {
+
+namespace {
+
+FileRequest projectFileRequest(FileRequest::Mode mode) {
+  FileRequest request;
+  request.mode = mode;
+  request.filter = "VELDA file (*.gaj)";
+  request.defaultSuffix = "gaj";
+  request.offerIgnoreMetadata = mode == FileRequest::Mode::Open;
+  return request;
+}
+
+}  // namespace
+
+void Document::printSummary() {
+  const SymbolicMatrix& m = *matrix_;
+  console_.print("Symbolic data matrix is composed by:");
+  console_.print("%d variables (%d qualitatives, %d quantitatives)", static_cast<int>(m.variableCount()),
+                 static_cast<int>(m.categoricalCount()), static_cast<int>(m.quantitativeCount()));
+  console_.print("%d assertions build from %d individuals", static_cast<int>(m.assertionCount()),
+                 static_cast<int>(m.individualCount()));
+}
+
+bool Document::closeData() {
+  if (!matrix_) return true;
+  if (modified_) {
+    const Answer answer = ui_.ask("Do you want to save current data ?", QuestionButtons::YesNoCancel,
+                                  MessageIcon::Warning);
+    if (answer == Answer::Cancel) return false;
+    if (answer == Answer::Yes && !save(false)) return false;
+  }
+  matrix_.reset();
+  assertionsOutOfDate_ = false;
+  ui_.clearDisplay(Display::Variables);
+  ui_.clearDisplay(Display::Individuals);
+  ui_.clearDisplay(Display::Dependences);
+  modified_ = false;
+  fileRecord_.valid = false;
+  resetMetadata();
+  metadataFileName_ = "metatest.xml";
+  console_.clear();
+  updateTitle();
+  finishCommand();
+  return true;
+}
+
+bool Document::save() { return save(false); }
+bool Document::saveAs() { return save(true); }
+
+bool Document::save(bool askForName) {
+  if (!matrix_) return false;
+  FileRecord record = fileRecord_;
+  if (askForName || !fileRecord_.valid) {
+    FileChoice choice;
+    if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Save), choice)) return false;
+    record = FileRecord::fromPath(choice.path);
+  }
+  std::FILE* file = std::fopen(record.path.c_str(), "wb");
+  if (!file) {
+    setError("Can not open file %s", record.path.c_str());
+    ui_.showMessage(lastError(), MessageIcon::Warning);
+    return false;
+  }
+  bool written;
+  {
+    BusyScope busy(ui_, "Saving file...");
+    written = writeProjectFile(file, *matrix_);
+    written = std::fclose(file) == 0 && written;
+  }
+  if (!written) {
+    ui_.showMessage("Save failed", MessageIcon::None);
+    return false;
+  }
+  modified_ = false;
+  fileRecord_ = record;
+  updateTitle();
+  metadataFileName_ = record.path + ".xml";
+  if (!metadata_->write(metadataFileName_, *matrix_)) ui_.showMessage(lastError(), MessageIcon::Warning);
+  finishCommand();
+  return true;
+}
+
+bool Document::open() {
+  if (!closeData()) return false;
+  FileChoice choice;
+  if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Open), choice)) return false;
+  std::FILE* file = std::fopen(choice.path.c_str(), "rb");
+  if (!file) {
+    setError("Can not open file %s", choice.path.c_str());
+    ui_.showMessage(lastError(), MessageIcon::Warning);
+    return false;
+  }
+  std::unique_ptr<SymbolicMatrix> loaded;
+  {
+    BusyScope busy(ui_, "Loading file...");
+    loaded = readProjectFile(file);
+  }
+  std::fclose(file);
+  loadMetadata(choice.path + ".xml", choice.ignoreMetadata);
+  if (!loaded) {
+    ui_.showMessage("Load failed", MessageIcon::None);
+    finishCommand();
+    return false;
+  }
+  matrix_ = std::move(loaded);
+  assertionsOutOfDate_ = false;
+  if (matrix_->indexAssertions()) refreshDisplays();
+  printSummary();
+  fileRecord_ = FileRecord::fromPath(choice.path);
+  updateTitle();
+  finishCommand();
+  return true;
+}
+
+void Document::loadMetadata(const std::string& name, bool ignore) {
+  metadataFileName_ = name;
+  std::FILE* probe = ignore ? nullptr : std::fopen(name.c_str(), "r");
+  if (!probe) {
+    resetMetadata();
+    console_.print("MetaData not found or ignored");
+    return;
+  }
+  std::fclose(probe);
+  std::printf("Parsing the Metadata file %s\n", name.c_str());
+  std::fflush(stdout);
+  if (!metadata_->load(name)) {
+    resetMetadata();
+    console_.print("MetaData not found or ignored");
+    return;
+  }
+  metadataLoaded_ = true;
+  console_.print("MetaData Loaded and transfered");
+}
+
+}  // namespace velda

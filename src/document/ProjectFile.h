@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <string>
+
+namespace velda {
+
+class SymbolicMatrix;
+
+// The project file (.gaj): one symbolic data matrix in full, so that a
+// later run goes on without the database. A flat little-endian binary file
+// that starts with the string "$KORVA$".
+
+// Writes the project to a stream open for binary writing. Returns false,
+// with "Save failed" in the last-error text, at the first write that does
+// not complete or when the matrix holds a value that the file cannot (more
+// than 65535 variables or modalities of one variable, a text longer than
+// 65534 bytes).
+bool writeProject(std::FILE* file, const SymbolicMatrix& matrix);
+
+// Reads a project from the rest of a stream open for binary reading, or
+// from bytes in memory. Returns null with the reason in the last-error text:
+// "Incorrect file type" when the file does not start with the magic string
+// and the two counts, "Load failed" for anything else that is short,
+// malformed or inconsistent, or when memory runs out.
+std::unique_ptr<SymbolicMatrix> readProject(std::FILE* file);
+std::unique_ptr<SymbolicMatrix> readProject(std::span<const unsigned char> bytes);
+
+enum class ProjectSave { Saved, CannotOpen, Failed };
+
+// Writes the project to a new file beside path and renames it over path
+// once complete, so that a failed save leaves the previous file as it was.
+// CannotOpen: "Can not open file %s" (the temporary file could not be made);
+// Failed: "Save failed".
+ProjectSave saveProject(const std::string& path, const SymbolicMatrix& matrix);
+
+}  // namespace velda
