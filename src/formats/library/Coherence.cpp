@@ -1,0 +1,71 @@
+#include "formats/library/Coherence.h"
+
+#include <string>
+
+#include "formats/library/LibraryLog.h"
+
+namespace velda::symlib {
+
+namespace {
+
+std::string str(long long n) { return std::to_string(n); }
+
+void compareCount(Diagnostics& diag, const char* what, long long declared, size_t described) {
+  const long long count = static_cast<long long>(described);
+  if (declared == count) return;
+  diag.semanticError(std::string("ERROR the number of") + what + " declared in the header (" + str(declared) +
+                     " is different of the number of" + what + " described in the file (" + str(count));
+}
+
+// Reals are written with six significant digits: two counts agree when
+// they print alike.
+bool sameAsWritten(double a, double b) { return FormatReal(a) == FormatReal(b); }
+
+void compareMissing(Diagnostics& diag, const char* which, double found, double sumOfVariables,
+                    const KeyValue& header) {
+  const std::string values = std::string("the number of ") + which + " values within the MATRIX" + FormatReal(found);
+  if (!sameAsWritten(found, sumOfVariables)) {
+    diag.semanticError(values + " \t is different of the SUM of element" + FormatReal(sumOfVariables) +
+                       " declared within the variables");
+  }
+  if (header.set && !sameAsWritten(found, header.real)) {
+    diag.semanticError(values + " \t is different of the number declared in the header" + FormatReal(header.real));
+  }
+}
+
+}  // namespace
+
+void VerifyCoherence(const SymbolicFile& model, Diagnostics& diag) {
+  const KeyValueBlock& h = model.header;
+  compareCount(diag, "individuals", h.value(kIndivNb).integer, model.individuals.size());
+  compareCount(diag, "variables", h.value(kVarNb).integer, model.variables.size());
+  compareCount(diag, "rules", h.value(kRulesNb).integer, model.rules.size());
+  compareCount(diag, "hierarchies", h.value(kNbHierarchies).integer, model.hierarchies.size());
+
+  double naFound = 0;
+  double nuFound = 0;
+  for (const SymRow& row : model.matrix) {
+    for (const SymValue& value : row) {
+      naFound += value.kind == SymValue::Kind::NA;
+      nuFound += value.kind == SymValue::Kind::NU;
+    }
+  }
+  double naDeclared = 0;
+  double nuDeclared = 0;
+  for (const SymVariable& variable : model.variables) {
+    naDeclared += variable.naCount;
+    nuDeclared += variable.nuCount;
+  }
+  compareMissing(diag, "NA", naFound, naDeclared, h.value(kNbNa));
+  compareMissing(diag, "NU", nuFound, nuDeclared, h.value(kNbNu));
+
+  diag.note("this Base file contain");
+  diag.note("\t" + str(static_cast<long long>(model.individuals.size())) + " individuals");
+  diag.note("\t" + str(static_cast<long long>(model.variables.size())) + " variables");
+  diag.note("\t" + str(static_cast<long long>(model.rules.size())) + " rules");
+  diag.note("\t" + str(static_cast<long long>(model.hierarchies.size())) + " hierarchies");
+  diag.note("\t" + FormatReal(naFound) + " NA values");
+  diag.note("\t" + FormatReal(nuFound) + " NU values");
+}
+
+}  // namespace velda::symlib

@@ -1,0 +1,238 @@
+#include "formats/library/Keywords.h"
+
+#include <string_view>
+#include <unordered_map>
+
+#include "SymbolicGrammar.h"
+
+namespace velda::symlib {
+
+namespace {
+
+using T = SymbolicGrammar::token;
+
+template <typename Value>
+using Table = std::unordered_map<std::string_view, Value>;
+
+// One entry per spelling, current and old-style names side by side.
+const Table<WordToken>& keywords() {
+  static const Table<WordToken> table = {
+      {"KORVA", {T::KORVA, false, nullptr}},
+      {"UTILE", {T::KORVA, false, nullptr}},
+      {"END", {T::END, false, nullptr}},
+      {"CONTAINS", {T::CONTAIN, false, nullptr}},
+      {"CONTENU", {T::CONTAIN, false, "WARNING the term CONTENU is old styled use CONTAINS"}},
+      {"FILES", {T::CFILES, false, nullptr}},
+      {"FICHIER", {T::CFILES, false, nullptr}},
+      {"HEADER", {T::CHEADER, false, nullptr}},
+      {"ENTETE", {T::CHEADER, false, nullptr}},
+      {"INDIVIDUALS", {T::CINDIVIDUALS, false, nullptr}},
+      {"INDIVIDUS", {T::CINDIVIDUALS, false, nullptr}},
+      {"VARIABLES", {T::CVARIABLES, false, nullptr}},
+      {"VARIABLES_SET", {T::CVARIABLES_SET, false, nullptr}},
+      {"HIERARCHIE", {T::CHIERARCHIE, false, nullptr}},
+      {"RULES", {T::CRULES, false, nullptr}},
+      {"RELATIONS", {T::CRULES, false, nullptr}},
+      {"RECTANGLE_MATRIX", {T::REC_MATRIX, false, nullptr}},
+      {"MATRICE_RECTANGLE",
+       {T::REC_MATRIX, false, "WARNING the term MATRICE_RECTANGLE is old styled use RECTANGLE_MATRIX"}},
+      {"DIST_MATRIX", {T::CDISTANCE_MATRIX, false, nullptr}},
+      {"MATRICE_TRIANGLE", {T::CDISTANCE_MATRIX, false, nullptr}},
+      {"MATCH_MATRIX", {T::CMATCH_MATRIX, false, nullptr}},
+      {"MATRICE_DEPENDANCE", {T::CMATCH_MATRIX, false, nullptr}},
+      {"VAR", {T::VAR, false, nullptr}},
+      {"NA", {T::NA, false, nullptr}},
+      {"NU", {T::NU, false, nullptr}},
+      {"procedure_name", {T::PROC_NAME, true, nullptr}},
+      {"version", {T::VERSION, true, nullptr}},
+      {"create_date", {T::CREAT_DATE, true, nullptr}},
+      {"filiere_name", {T::FIL_NAME, true, nullptr}},
+      {"filiere_path", {T::FIL_PATH, true, nullptr}},
+      {"array", {T::ARRAY, true, nullptr}},
+      {"base", {T::BASE, true, nullptr}},
+      {"title", {T::TITLE, true, nullptr}},
+      {"sub_title", {T::SUB_TITLE, true, nullptr}},
+      {"indiv_nb", {T::NB_INDIV, true, nullptr}},
+      {"var_nb", {T::NB_VAR, true, nullptr}},
+      {"rules_nb", {T::RULES_NB, true, nullptr}},
+      {"nb_var_set", {T::SET_VAR_NB, true, nullptr}},
+      {"nb_indiv_set", {T::SET_INDIV_NB, true, nullptr}},
+      {"nb_var_nom", {T::NB_VAR_NOM, true, nullptr}},
+      {"nb_var_cont", {T::NB_VAR_CONT, true, nullptr}},
+      {"nb_var_text", {T::NB_VAR_TEXT, true, nullptr}},
+      {"nb_var_cont_symb", {T::NB_VAR_CONT_SYMB, true, nullptr}},
+      {"nb_var_nom_symb", {T::NB_VAR_NOM_SYMB, true, nullptr}},
+      {"nb_var_nom_mod", {T::NB_VAR_NOM_MOD, true, nullptr}},
+      {"nb_na", {T::NB_NA, true, nullptr}},
+      {"nb_null", {T::NB_NULL, true, nullptr}},
+      {"nb_hierarchies", {T::NB_HIERARCHIES, true, nullptr}},
+      {"weight_indiv", {T::WEIGHT_INDIV, true, nullptr}},
+      {"nb_nu", {T::NB_NU, true, nullptr}},
+      {"continue", {T::CONTINUE, false, nullptr}},
+      {"inter_continue", {T::INTER_CONT, false, nullptr}},
+      {"nominal", {T::NOMINAL, false, nullptr}},
+      {"mult_nominal", {T::MULT_NOMINAL, false, nullptr}},
+      {"mult_nominal_Modif", {T::MULT_NOMINAL_M, false, nullptr}},
+      {"binary", {T::BINARY, true, nullptr}},
+      {"ordered", {T::ORDERED, true, nullptr}},
+      {"unordered", {T::UNORDERED, true, nullptr}},
+      {"cardinal", {T::CARDINAL, false, nullptr}},
+      {"proba", {T::PROBA, false, nullptr}},
+  };
+  return table;
+}
+
+const Table<ElementTokens>& ulmeElements() {
+  static const Table<ElementTokens> table = {
+      {"ulmefile", {T::ULMEFILE, T::FINULMEFILE, false}},
+      {"contains", {T::XMLCONTAINS, T::FINXMLCONTAINS, true}},
+      {"Procedure", {T::XMLPROCEDURE, T::FINXMLPROCEDURE, false}},
+      {"date_creat", {T::XMLDATE_CREAT, T::FINXMLDATE_CREAT, false}},
+      {"header", {T::XMLHEADER, T::FINXMLHEADER, true}},
+      {"individus", {T::XMLINDIVIDUS, T::FINXMLINDIVIDUS, false}},
+      {"stindiv", {T::XMLSTINDIV, T::FINXMLSTINDIV, false}},
+      {"num", {T::XMLNUM, T::FINXMLNUM, false}},
+      {"name", {T::XMLNAME, T::FINXMLNAME, false}},
+      {"label", {T::XMLLABEL, T::FINXMLLABEL, false}},
+      {"variables", {T::XMLVARIABLES, T::FINXMLVARIABLES, false}},
+      {"stvar", {T::XMLSTVAR, T::FINXMLSTVAR, false}},
+      {"ident", {T::XMLIDENT, T::FINXMLIDENT, false}},
+      {"continue", {T::XMLCONTINUE, T::FINXMLCONTINUE, false}},
+      {"continue-desc", {T::XMLCONTINUE_DESC, T::FINXMLCONTINUE_DESC, true}},
+      {"inter-cont", {T::XMLINTER_CONT, T::FINXMLINTER_CONT, false}},
+      {"nominal", {T::XMLNOMINAL, T::FINXMLNOMINAL, false}},
+      {"mult_nominal", {T::XMLMULT_NOMINAL, T::FINXMLMULT_NOMINAL, false}},
+      {"mult_nominal_Modif", {T::XMLMULT_NOMINAL_MODIF, T::FINXMLMULT_NOMINAL_MODIF, false}},
+      {"type_modif", {T::XMLTYPE_MODIF, T::FINXMLTYPE_MODIF, false}},
+      {"nominal-desc", {T::XMLNOMINAL_DESC, T::FINXMLNOMINAL_DESC, true}},
+      {"list-nom", {T::XMLLIST_NOM, T::FINXMLLIST_NOM, false}},
+      {"hierarchies", {T::XMLHIERARCHIES, T::FINXMLHIERARCHIES, false}},
+      {"hierarchie", {T::XMLHIERARCHIE, T::FINXMLHIERARCHIE, false}},
+      {"var_num_ref", {T::XMLVAR_NUM_REF, T::FINXMLVAR_NUM_REF, false}},
+      {"nb_hier_val", {T::XMLNB_HIER_VAL, T::FINXMLNB_HIER_VAL, false}},
+      {"hier_val_list", {T::XMLHIER_VAL_LIST, T::FINXMLHIER_VAL_LIST, false}},
+      {"hier_ref_list", {T::XMLHIER_REF_LIST, T::FINXMLHIER_REF_LIST, false}},
+      {"categ_num", {T::XMLCATEG_NUM, T::FINXMLCATEG_NUM, false}},
+      {"hval_ref_list", {T::XMLHVAL_REF_LIST, T::FINXMLHVAL_REF_LIST, false}},
+      {"hval_ref_elem", {T::XMLHVAL_REF_ELEM, T::FINXMLHVAL_REF_ELEM, false}},
+      {"rules_gen", {T::XMLRULES_GEN, T::FINXMLRULES_GEN, false}},
+      {"rules", {T::XMLRULES, T::FINXMLRULES, false}},
+      {"prem_desc", {T::XMLPREM_DESC, T::FINXMLPREM_DESC, false}},
+      {"conclusion", {T::XMLCONCLUSION, T::FINXMLCONCLUSION, false}},
+      {"var_num", {T::XMLVAR_NUM, T::FINXMLVAR_NUM, false}},
+      {"val", {T::XMLVAL, T::FINXMLVAL, false}},
+      {"indiv_mat", {T::XMLINDIV_MAT, T::FINXMLINDIV_MAT, false}},
+      {"ligmat", {T::XMLLIGMAT, T::FINXMLLIGMAT, false}},
+      {"valmat", {T::XMLVALMAT, T::FINXMLVALMAT, false}},
+      {"NA", {T::XMLNA, T::FINXMLNA, false}},
+      {"NU", {T::XMLNU, T::FINXMLNU, false}},
+      {"val_conti", {T::XMLVAL_CONTI, T::FINXMLVAL_CONTI, false}},
+      {"val_interv", {T::XMLVAL_INTERV, T::FINXMLVAL_INTERV, false}},
+      {"pmin", {T::XMLPMIN, T::FINXMLPMIN, false}},
+      {"pmax", {T::XMLPMAX, T::FINXMLPMAX, false}},
+      {"val_nomina", {T::XMLVAL_NOMINA, T::FINXMLVAL_NOMINA, false}},
+      {"val_modal", {T::XMLVAL_MODAL, T::FINXMLVAL_MODAL, false}},
+      {"val_list_modal", {T::XMLVAL_LIST_MODAL, T::FINXMLVAL_LIST_MODAL, false}},
+      {"no_moda", {T::XMLNO_MODA, T::FINXMLNO_MODA, false}},
+      {"frequency", {T::XMLFREQUENCY, T::FINXMLFREQUENCY, false}},
+      {"dist_mat", {T::XMLDIST_MAT, T::FINXMLDIST_MAT, false}},
+      {"ligDmat", {T::XMLLIGDMAT, T::FINXMLLIGDMAT, false}},
+      {"vf", {T::XMLVF, T::FINXMLVF, false}},
+      {"match_mat", {T::XMLMATCH_MAT, T::FINXMLMATCH_MAT, false}},
+  };
+  return table;
+}
+
+const Table<ElementTokens>& metaElements() {
+  static const Table<ElementTokens> table = {
+      {"MetaUlme", {T::M_METAULME, T::FM_METAULME, false}},
+      {"OrigInfo", {T::M_ORIGINFO, T::FM_ORIGINFO, false}},
+      {"NbOrigVar", {T::M_NBORIGVAR, T::FM_NBORIGVAR, false}},
+      {"NbOrigMat", {T::M_NBORIGMAT, T::FM_NBORIGMAT, false}},
+      {"PopSampSize", {T::M_POPSAMPSIZE, T::FM_POPSAMPSIZE, false}},
+      {"SampSize", {T::M_SAMPSIZE, T::FM_SAMPSIZE, false}},
+      {"RelUnit", {T::M_RELUNIT, T::FM_RELUNIT, false}},
+      {"SurveyDesc", {T::M_SURVEYDESC, T::FM_SURVEYDESC, false}},
+      {"LegalFrame", {T::M_LEGALFRAME, T::FM_LEGALFRAME, false}},
+      {"SurveyType", {T::M_SURVEYTYPE, T::FM_SURVEYTYPE, false}},
+      {"SurveyFreq", {T::M_SURVEYFREQ, T::FM_SURVEYFREQ, false}},
+      {"GeoCover", {T::M_GEOCOVER, T::FM_GEOCOVER, false}},
+      {"InterStand", {T::M_INTERSTAND, T::FM_INTERSTAND, false}},
+      {"SpecInterStand", {T::M_SPECINTERSTAND, T::FM_SPECINTERSTAND, false}},
+      {"ReportUnit", {T::M_REPORTUNIT, T::FM_REPORTUNIT, false}},
+      {"PopDesc", {T::M_POPDESC, T::FM_POPDESC, false}},
+      {"SampOrig", {T::M_SAMPORIG, T::FM_SAMPORIG, false}},
+      {"SampSelect", {T::M_SAMPSELECT, T::FM_SAMPSELECT, false}},
+      {"LawBase", {T::M_LAWBASE, T::FM_LAWBASE, false}},
+      {"AdminQual", {T::M_ADMINQUAL, T::FM_ADMINQUAL, false}},
+      {"StatCollect", {T::M_STATCOLLECT, T::FM_STATCOLLECT, false}},
+      {"ValidTech", {T::M_VALIDTECH, T::FM_VALIDTECH, false}},
+      {"NonRespMeth", {T::M_NONRESPMETH, T::FM_NONRESPMETH, false}},
+      {"MissValReaj", {T::M_MISSVALREAJ, T::FM_MISSVALREAJ, false}},
+      {"AgregMeth", {T::M_AGREGMETH, T::FM_AGREGMETH, false}},
+      {"GrossMeth", {T::M_GROSSMETH, T::FM_GROSSMETH, false}},
+      {"CorrError", {T::M_CORRERROR, T::FM_CORRERROR, false}},
+      {"OtheCor", {T::M_OTHECOR, T::FM_OTHECOR, false}},
+      {"PopSampFrac", {T::M_POPSAMPFRAC, T::FM_POPSAMPFRAC, false}},
+      {"RespRate", {T::M_RESPRATE, T::FM_RESPRATE, false}},
+      {"ListeVarOrig", {T::M_LISTEVARORIG, T::FM_LISTEVARORIG, false}},
+      {"OrigVar", {T::M_ORIGVAR, T::FM_ORIGVAR, false}},
+      {"Num", {T::M_NUM, T::FM_NUM, false}},
+      {"Name", {T::M_NAME, T::FM_NAME, false}},
+      {"Label", {T::M_LABEL, T::FM_LABEL, false}},
+      {"Comment", {T::M_COMMENT, T::FM_COMMENT, false}},
+      {"Source", {T::M_SOURCE, T::FM_SOURCE, false}},
+      {"Computed", {T::M_COMPUTED, T::FM_COMPUTED, false}},
+      {"DataType", {T::M_DATATYPE, T::FM_DATATYPE, false}},
+      {"ListeTabOrig", {T::M_LISTETABORIG, T::FM_LISTETABORIG, false}},
+      {"OrigTab", {T::M_ORIGTAB, T::FM_ORIGTAB, false}},
+      {"MetaMat", {T::M_METAMAT, T::FM_METAMAT, false}},
+      {"Author", {T::M_AUTHOR, T::FM_AUTHOR, false}},
+      {"MetaHistory", {T::M_METAHISTORY, T::FM_METAHISTORY, false}},
+      {"SqlQuery", {T::M_SQLQUERY, T::FM_SQLQUERY, false}},
+      {"OdbcSource", {T::M_ODBCSOURCE, T::FM_ODBCSOURCE, false}},
+      {"History", {T::M_HISTORY, T::FM_HISTORY, false}},
+      {"PrevFile", {T::M_PREVFILE, T::FM_PREVFILE, false}},
+      {"PrevTreatment", {T::M_PREVTREATMENT, T::FM_PREVTREATMENT, false}},
+      {"NbMetaVar", {T::M_NBMETAVAR, T::FM_NBMETAVAR, false}},
+      {"NbMetaInd", {T::M_NBMETAIND, T::FM_NBMETAIND, false}},
+      {"MetaDistance", {T::M_METADISTANCE, T::FM_METADISTANCE, false}},
+      {"MetaMatch", {T::M_METAMATCH, T::FM_METAMATCH, false}},
+      {"Measure", {T::M_MEASURE, T::FM_MEASURE, false}},
+      {"ListVar", {T::M_LISTVAR, T::FM_LISTVAR, false}},
+      {"V", {T::M_V, T::FM_V, false}},
+      {"MetaIndLis", {T::M_METAINDLIS, T::FM_METAINDLIS, false}},
+      {"MetaInd", {T::M_METAIND, T::FM_METAIND, false}},
+      {"NbInObj", {T::M_NBINOBJ, T::FM_NBINOBJ, false}},
+      {"GNbInObj", {T::M_GNBINOBJ, T::FM_GNBINOBJ, false}},
+      {"Operator", {T::M_OPERATOR, T::FM_OPERATOR, false}},
+      {"MetaVarLis", {T::M_METAVARLIS, T::FM_METAVARLIS, false}},
+      {"MetaVar", {T::M_METAVAR, T::FM_METAVAR, false}},
+      {"VarOrig", {T::M_VARORIG, T::FM_VARORIG, false}},
+      {"VarOrigLis", {T::M_VARORIGLIS, T::FM_VARORIGLIS, false}},
+      {"Vo", {T::M_VO, T::FM_VO, false}},
+      {"StepWidht", {T::M_STEPWIDHT, T::FM_STEPWIDHT, false}},
+  };
+  return table;
+}
+
+template <typename Value>
+const Value* lookUp(const Table<Value>& table, std::string_view name) {
+  auto found = table.find(name);
+  return found == table.end() ? nullptr : &found->second;
+}
+
+}  // namespace
+
+const WordToken* FindKeyword(std::string_view word) { return lookUp(keywords(), word); }
+
+const ElementTokens* FindElement(DocumentMode mode, std::string_view name) {
+  switch (mode) {
+    case DocumentMode::UlmeXml: return lookUp(ulmeElements(), name);
+    case DocumentMode::MetaXml: return lookUp(metaElements(), name);
+    case DocumentMode::Text: break;
+  }
+  return nullptr;
+}
+
+}  // namespace velda::symlib

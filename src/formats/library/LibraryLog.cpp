@@ -1,0 +1,81 @@
+#include "formats/library/LibraryLog.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "formats/library/SymbolicLibrary.h"
+
+namespace velda::symlib {
+
+namespace {
+
+constexpr size_t kMessageBuffer = 2000;
+
+SymbolicExitHandler exitHandler = nullptr;
+SymbolicMessageHandler messageBoxHandler = nullptr;
+bool pauseEnabled = false;
+
+std::FILE* logFile = nullptr;
+bool newRun = true;
+
+void openLog() {
+  if (logFile) std::fclose(logFile);
+  logFile = std::fopen("parser.dat", "w");
+  if (logFile) return;
+  std::fputs("impossible to open the log file \"PARSER.DAT\"", stderr);
+  std::fputs("\n PROGRAMM STOP", stderr);
+  LibraryExit(1);
+}
+
+}  // namespace
+
+void SetSymbolicExitHandler(SymbolicExitHandler handler) { exitHandler = handler; }
+
+void SetSymbolicPauseEnabled(bool enabled) { pauseEnabled = enabled; }
+
+void SetSymbolicMessageBoxHandler(SymbolicMessageHandler handler) { messageBoxHandler = handler; }
+
+void LibraryExit(int status) {
+  std::fflush(stdout);
+  std::fflush(stderr);
+  if (exitHandler) exitHandler(status);
+  std::exit(status);
+}
+
+void ShowLibraryMessageBox(const std::string& text) {
+  if (messageBoxHandler) {
+    messageBoxHandler(text);
+    return;
+  }
+  std::fprintf(stderr, "%s\n", text.c_str());
+}
+
+void LibraryLog::beginRun() { newRun = true; }
+
+void LibraryLog::write(const std::string& message) {
+  if (newRun || !logFile) {
+    newRun = false;
+    openLog();
+  }
+  const size_t length = message.size() < kMessageBuffer ? message.size() : kMessageBuffer - 1;
+  std::fwrite(message.data(), 1, length, logFile);
+  std::fputc('\n', logFile);
+  std::fflush(logFile);
+  std::fwrite(message.data(), 1, length, stderr);
+  std::fputc('\n', stderr);
+}
+
+void LibraryLog::writeError(const std::string& message) {
+  write(message);
+  if (pauseEnabled && isatty(STDIN_FILENO)) std::getchar();
+}
+
+std::string FormatReal(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", value);
+  return text;
+}
+
+}  // namespace velda::symlib

@@ -1,0 +1,35 @@
+#include "formats/library/ParseContext.h"
+
+#include "SymbolicGrammar.h"
+#include "SymbolicScanner.h"
+
+namespace velda::symlib {
+
+ParseContext::ParseContext(std::string& content, SymbolicFile& model, MetaData& metadata)
+    : scan(content.data(), content.size() - 2), builder(model, diagnostics), metadata(metadata) {
+  symliblex_init_extra(this, &scanner);
+  symlib_scan_buffer(content.data(), content.size(), scanner);
+}
+
+ParseContext::~ParseContext() { symliblex_destroy(scanner); }
+
+bool ParseContext::parse() {
+  scan.checkLineLength();
+  SymbolicGrammar grammar(*this);
+  return grammar.parse() == 0;
+}
+
+void ParseContext::reportSyntaxError(const std::string& message) {
+  // The generated parser's own wording of its two failures.
+  std::string text = message;
+  if (message == "syntax error") text = "parse error";
+  if (message == "memory exhausted") text = "parser stack overflow";
+  diagnostics.syntaxError(scan.errorLayout(text));
+}
+
+void ParseContext::enterXml(DocumentMode mode) {
+  scan.mode = mode;
+  diagnostics.note(mode == DocumentMode::UlmeXml ? "XML Ulmefile" : "XML MetaUlme");
+}
+
+}  // namespace velda::symlib

@@ -1,0 +1,129 @@
+#include "formats/library/ScannerActions.h"
+
+#include <cfloat>
+#include <charconv>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include "formats/library/Keywords.h"
+#include "formats/library/LibraryLog.h"
+#include "formats/library/ParseContext.h"
+#include "formats/library/XmlText.h"
+
+namespace velda::symlib {
+
+namespace {
+
+bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
+void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
+
+// Sign and digits may be preceded by '+', which from_chars refuses.
+const char* skipPlus(const char* text, const char* end) { return text != end && *text == '+' ? text + 1 : text; }
+
+}  // namespace
+
+std::string QuotedString(ParseContext& ctx, const char* text, size_t length) {
+  std::string_view body(text + 1, length - 2);
+  if (body.size() > ScanState::kMaxString) {
+    body = body.substr(0, ScanState::kMaxString);
+    std::printf("the character string at line %d is too long", static_cast<int>(ctx.scan.tokenLine));
+    print("it begin with ");
+    print(body);
+    print(" \n");
+  }
+  print("CHaine Korva: ");
+  print(body);
+  print(" \n");
+  return std::string(body);
+}
+
+long long IntegerOf(const char* text, size_t length) {
+  const char* end = text + length;
+  long long value = 0;
+  auto [stop, ec] = std::from_chars(skipPlus(text, end), end, value);
+  if (ec == std::errc::result_out_of_range) return *text == '-' ? LLONG_MIN : LLONG_MAX;
+  return value;
+}
+
+double RealOf(const char* text, size_t length) {
+  const char* end = text + length;
+  double value = 0;
+  auto [stop, ec] = std::from_chars(skipPlus(text, end), end, value);
+  if (ec != std::errc::result_out_of_range) return value;
+  // Beyond the range of doubles: the largest one for a large exponent,
+  // zero for a tiny one.
+  const char* exponent = std::strpbrk(text, "eE");
+  if (exponent && exponent[1] == '-') return 0;
+  return *text == '-' ? -DBL_MAX : DBL_MAX;
+}
+
+int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value, const char* text, size_t length) {
+  const std::string_view word(text, length);
+  const WordToken* keyword = FindKeyword(word);
+  if (!keyword) {
+    value->emplace<std::string>(word);
+    return SymbolicGrammar::token::IDENT;
+  }
+  if (keyword->warning) ctx.diagnostics.warning(keyword->warning);
+  if (keyword->carriesText) value->emplace<std::string>(word);
+  return keyword->token;
+}
+
+bool StartTag(ParseContext& ctx, std::string_view name) {
+  const ElementTokens* element = FindElement(ctx.scan.mode, name);
+  if (!element) return false;
+  ScanState& s = ctx.scan;
+  s.openToken = element->open;
+  s.closeToken = element->close;
+  s.tagCarriesAttributes = element->carriesAttributes;
+  s.tagStart = s.tokenStart;
+  s.tagLine = s.tokenLine;
+  s.tagLineStart = s.tokenLineStart;
+  s.attributes.clear();
+  return true;
+}
+
+void Attribute(ParseContext& ctx, const char* text, size_t length) {
+  const std::string_view all(text, length);
+  size_t nameEnd = 0;
+  while (nameEnd < all.size() && !isSpace(all[nameEnd]) && all[nameEnd] != '=') ++nameEnd;
+  const size_t open = all.find_first_of("\"'", nameEnd);
+  const std::string_view quoted = all.substr(open + 1, all.size() - open - 2);
+  ctx.scan.attributes.emplace_back(std::string(all.substr(0, nameEnd)), DecodeXmlText(quoted));
+}
+
+int FinishStartTag(ParseContext& ctx, SymbolicGrammar::value_type* value, bool empty) {
+  ScanState& s = ctx.scan;
+  // Errors about the element point at its start tag as a whole.
+  s.tokenStart = s.tagStart;
+  s.tokenLength = s.offset - s.tagStart;
+  s.tokenLine = s.tagLine;
+  s.tokenLineStart = s.tagLineStart;
+  if (s.tagCarriesAttributes) value->emplace<XmlAttributes>(std::move(s.attributes));
+  s.attributes.clear();
+  if (empty) s.pendingClose = s.closeToken;
+  return s.openToken;
+}
+
+int EndTag(ParseContext& ctx, const char* text, size_t length) {
+  size_t nameEnd = 2;
+  while (nameEnd < length && !isSpace(text[nameEnd]) && text[nameEnd] != '>') ++nameEnd;
+  const ElementTokens* element = FindElement(ctx.scan.mode, std::string_view(text + 2, nameEnd - 2));
+  return element ? element->close : SymbolicGrammar::token::UNKNOWN_TAG;
+}
+
+std::string XmlText(const char* text, size_t length) {
+  size_t begin = 0;
+  while (begin < length && isSpace(text[begin])) ++begin;
+  while (length > begin && isSpace(text[length - 1])) --length;
+  return DecodeXmlText(std::string_view(text + begin, length - begin));
+}
+
+void ScannerFatal(const char* message) {
+  std::fprintf(stderr, "%s\n", message);
+  LibraryExit(2);
+}
+
+}  // namespace velda::symlib

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "SymbolicGrammar.h"
+
+namespace velda::symlib {
+
+class ParseContext;
+
+// What the scanner's rules do with the text they matched.
+
+// The text between the quotes, cut at 255 characters with the two
+// messages, and echoed to standard output.
+std::string QuotedString(ParseContext& ctx, const char* text, size_t length);
+long long IntegerOf(const char* text, size_t length);
+double RealOf(const char* text, size_t length);
+int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value, const char* text, size_t length);
+
+// XML: a start tag begins (false for an element the form does not know),
+// gets its attributes, and ends with ">" or "/>".
+bool StartTag(ParseContext& ctx, std::string_view name);
+void Attribute(ParseContext& ctx, const char* text, size_t length);
+int FinishStartTag(ParseContext& ctx, SymbolicGrammar::value_type* value, bool empty);
+int EndTag(ParseContext& ctx, const char* text, size_t length);
+// Text between tags, trimmed and decoded.
+std::string XmlText(const char* text, size_t length);
+
+// The generated scanner's fatal errors.
+[[noreturn]] void ScannerFatal(const char* message);
+
+}  // namespace velda::symlib

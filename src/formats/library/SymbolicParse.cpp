@@ -1,0 +1,110 @@
+#include <new>
+#include <sstream>
+
+#include "formats/library/Coherence.h"
+#include "formats/library/LibraryLog.h"
+#include "formats/library/ParseContext.h"
+#include "formats/library/SymbolicLibrary.h"
+
+namespace velda::symlib {
+
+namespace {
+
+// The whole input, followed by the two NUL bytes the scanner's buffer ends
+// with.
+std::string readAll(std::istream& input) {
+  std::ostringstream text;
+  text << input.rdbuf();
+  std::string content = std::move(text).str();
+  content.append(2, '\0');
+  return content;
+}
+
+void announce(Diagnostics& diagnostics, const std::string& name) {
+  LibraryLog::beginRun();
+  diagnostics.note("Parsing the file" + name + " with the version 2.1 of the Ulme library");
+}
+
+void stopOnSymbolicSyntaxErrors(Diagnostics& diagnostics) {
+  if (diagnostics.syntaxErrors() == 0) {
+    diagnostics.note(" The parser detected no Syntatctic Errors ");
+    return;
+  }
+  diagnostics.note(std::to_string(diagnostics.syntaxErrors()) + " syntactic errors reading the input file");
+  diagnostics.note(" THE PROGRAM STOP");
+  LibraryExit(1);
+}
+
+void stopOnSemanticErrors(Diagnostics& diagnostics) {
+  if (diagnostics.semanticErrors() == 0) {
+    diagnostics.note(" The parser detected no semantic Errors ");
+    return;
+  }
+  diagnostics.note(std::to_string(diagnostics.semanticErrors()) + " semantic error were detected ");
+  LibraryExit(1);
+}
+
+[[noreturn]] void stopOnMemory() {
+  LibraryLog::write("Memory allocation failed");
+  LibraryExit(1);
+}
+
+}  // namespace
+
+void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFile& model) {
+  try {
+    model.clear();
+    std::string content = readAll(input);
+    MetaData unused;
+    ParseContext ctx(content, model, unused);
+    announce(ctx.diagnostics, name);
+    ctx.parse();
+    stopOnSymbolicSyntaxErrors(ctx.diagnostics);
+    if (ctx.diagnostics.semanticErrors() == 0) {
+      if (ctx.scan.mode == DocumentMode::MetaXml) {
+        ctx.diagnostics.semanticError("Impossible to make a \"verifcoher\" for MetaData");
+      } else {
+        VerifyCoherence(model, ctx.diagnostics);
+      }
+    }
+    stopOnSemanticErrors(ctx.diagnostics);
+    ctx.diagnostics.note(" Parsing OK ");
+  } catch (const std::bad_alloc&) {
+    stopOnMemory();
+  }
+}
+
+void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
+  try {
+    metadata.reset();
+    std::string content = readAll(input);
+    SymbolicFile unused;
+    ParseContext ctx(content, unused, metadata);
+    Diagnostics& diagnostics = ctx.diagnostics;
+    announce(diagnostics, name);
+    const bool parsed = ctx.parse();
+    if (parsed && ctx.scan.mode != DocumentMode::MetaXml) {
+      diagnostics.syntaxError("the file" + name + " is not a metadata file");
+    }
+    if (diagnostics.errors() > 0) {
+      diagnostics.note(std::to_string(diagnostics.errors()) + " syntaxic errors reading the input file");
+      diagnostics.note(" THE PROGRAM STOP");
+      ShowLibraryMessageBox("Fatal parsing error:\nsyntaxic errors in metadata file");
+      LibraryExit(1);
+    }
+    diagnostics.note(" The parser detected no Syntaxic Errors ");
+    diagnostics.note(" Parsing OK ");
+  } catch (const std::bad_alloc&) {
+    stopOnMemory();
+  }
+}
+
+std::string MetadataFileName(const std::string& target) {
+  const size_t slash = target.rfind('/');
+  const size_t nameStart = slash == std::string::npos ? 0 : slash + 1;
+  const size_t dot = target.rfind('.');
+  if (dot == std::string::npos || dot < nameStart) return target + "_meta";
+  return target.substr(0, dot) + "_meta" + target.substr(dot);
+}
+
+}  // namespace velda::symlib

@@ -1,0 +1,556 @@
+/* Grammar of the symbolic-file library: the symbolic text form, the XML
+   symbolic file and the metadata XML. The actions hand everything to the
+   builder of the parse context, which applies the checks. */
+
+%require "3.2"
+%language "c++"
+%define api.namespace {velda::symlib}
+%define api.parser.class {SymbolicGrammar}
+%define api.value.type variant
+%define parse.assert
+%parse-param {ParseContext& ctx}
+%lex-param {ParseContext& ctx}
+
+%code requires {
+#include <string>
+#include <vector>
+
+#include "formats/library/MetaData.h"
+#include "formats/library/ScanState.h"
+#include "formats/library/SymbolicModel.h"
+
+namespace velda::symlib {
+class ParseContext;
+}
+}
+
+%code provides {
+namespace velda::symlib {
+// The scanner: one token per call, its value stored for the grammar.
+int ScanToken(SymbolicGrammar::value_type* value, void* scanner);
+}
+}
+
+%code {
+#include "formats/library/GrammarSupport.h"
+#include "formats/library/ParseContext.h"
+
+namespace velda::symlib {
+namespace {
+int yylex(SymbolicGrammar::value_type* value, ParseContext& ctx) { return ScanToken(value, ctx.scanner); }
+}  // namespace
+}
+}
+
+/* Literals. */
+%token <long long> C_INT
+%token <double> C_FLOAT
+%token <std::string> C_STRING IDENT XML_TEXT
+%token UNKNOWN_CHAR UNKNOWN_TAG
+
+/* Top level and contents. */
+%token KORVA END CONTAIN CFILES CHEADER CINDIVIDUALS CVARIABLES CVARIABLES_SET CHIERARCHIE CRULES
+%token REC_MATRIX CDISTANCE_MATRIX CMATCH_MATRIX VAR NA NU
+
+/* Keys of the FILE and HEADER blocks. */
+%token <std::string> PROC_NAME VERSION CREAT_DATE FIL_NAME FIL_PATH ARRAY BASE
+%token <std::string> TITLE SUB_TITLE NB_INDIV NB_VAR RULES_NB SET_VAR_NB SET_INDIV_NB NB_VAR_NOM NB_VAR_CONT
+%token <std::string> NB_VAR_TEXT NB_VAR_CONT_SYMB NB_VAR_NOM_SYMB NB_VAR_NOM_MOD NB_NA NB_NULL NB_HIERARCHIES
+%token <std::string> WEIGHT_INDIV NB_NU
+
+/* Variable kinds. */
+%token CONTINUE INTER_CONT NOMINAL MULT_NOMINAL MULT_NOMINAL_M CARDINAL PROBA
+%token <std::string> BINARY ORDERED UNORDERED
+
+/* XML symbolic file. */
+%token ULMEFILE FINULMEFILE
+%token <velda::symlib::XmlAttributes> XMLCONTAINS XMLHEADER XMLCONTINUE_DESC XMLNOMINAL_DESC
+%token FINXMLCONTAINS FINXMLHEADER FINXMLCONTINUE_DESC FINXMLNOMINAL_DESC
+%token XMLPROCEDURE FINXMLPROCEDURE XMLDATE_CREAT FINXMLDATE_CREAT
+%token XMLINDIVIDUS FINXMLINDIVIDUS XMLSTINDIV FINXMLSTINDIV
+%token XMLNUM FINXMLNUM XMLNAME FINXMLNAME XMLLABEL FINXMLLABEL
+%token XMLVARIABLES FINXMLVARIABLES XMLSTVAR FINXMLSTVAR XMLIDENT FINXMLIDENT
+%token XMLCONTINUE FINXMLCONTINUE XMLINTER_CONT FINXMLINTER_CONT XMLNOMINAL FINXMLNOMINAL
+%token XMLMULT_NOMINAL FINXMLMULT_NOMINAL XMLMULT_NOMINAL_MODIF FINXMLMULT_NOMINAL_MODIF
+%token XMLTYPE_MODIF FINXMLTYPE_MODIF XMLLIST_NOM FINXMLLIST_NOM
+%token XMLHIERARCHIES FINXMLHIERARCHIES XMLHIERARCHIE FINXMLHIERARCHIE
+%token XMLVAR_NUM_REF FINXMLVAR_NUM_REF XMLNB_HIER_VAL FINXMLNB_HIER_VAL
+%token XMLHIER_VAL_LIST FINXMLHIER_VAL_LIST XMLHIER_REF_LIST FINXMLHIER_REF_LIST
+%token XMLCATEG_NUM FINXMLCATEG_NUM XMLHVAL_REF_LIST FINXMLHVAL_REF_LIST XMLHVAL_REF_ELEM FINXMLHVAL_REF_ELEM
+%token XMLRULES_GEN FINXMLRULES_GEN XMLRULES FINXMLRULES XMLPREM_DESC FINXMLPREM_DESC
+%token XMLCONCLUSION FINXMLCONCLUSION XMLVAR_NUM FINXMLVAR_NUM XMLVAL FINXMLVAL
+%token XMLINDIV_MAT FINXMLINDIV_MAT XMLLIGMAT FINXMLLIGMAT XMLVALMAT FINXMLVALMAT
+%token XMLNA FINXMLNA XMLNU FINXMLNU XMLVAL_CONTI FINXMLVAL_CONTI
+%token XMLVAL_INTERV FINXMLVAL_INTERV XMLPMIN FINXMLPMIN XMLPMAX FINXMLPMAX
+%token XMLVAL_NOMINA FINXMLVAL_NOMINA XMLVAL_MODAL FINXMLVAL_MODAL
+%token XMLVAL_LIST_MODAL FINXMLVAL_LIST_MODAL XMLNO_MODA FINXMLNO_MODA XMLFREQUENCY FINXMLFREQUENCY
+%token XMLDIST_MAT FINXMLDIST_MAT XMLMATCH_MAT FINXMLMATCH_MAT XMLLIGDMAT FINXMLLIGDMAT XMLVF FINXMLVF
+
+/* Metadata XML. */
+%token M_METAULME FM_METAULME M_ORIGINFO FM_ORIGINFO M_NBORIGVAR FM_NBORIGVAR M_NBORIGMAT FM_NBORIGMAT
+%token M_POPSAMPSIZE FM_POPSAMPSIZE M_SAMPSIZE FM_SAMPSIZE M_RELUNIT FM_RELUNIT M_SURVEYDESC FM_SURVEYDESC
+%token M_LEGALFRAME FM_LEGALFRAME M_SURVEYTYPE FM_SURVEYTYPE M_SURVEYFREQ FM_SURVEYFREQ M_GEOCOVER FM_GEOCOVER
+%token M_INTERSTAND FM_INTERSTAND M_SPECINTERSTAND FM_SPECINTERSTAND M_REPORTUNIT FM_REPORTUNIT
+%token M_POPDESC FM_POPDESC M_SAMPORIG FM_SAMPORIG M_SAMPSELECT FM_SAMPSELECT M_LAWBASE FM_LAWBASE
+%token M_ADMINQUAL FM_ADMINQUAL M_STATCOLLECT FM_STATCOLLECT M_VALIDTECH FM_VALIDTECH
+%token M_NONRESPMETH FM_NONRESPMETH M_MISSVALREAJ FM_MISSVALREAJ M_AGREGMETH FM_AGREGMETH
+%token M_GROSSMETH FM_GROSSMETH M_CORRERROR FM_CORRERROR M_OTHECOR FM_OTHECOR
+%token M_POPSAMPFRAC FM_POPSAMPFRAC M_RESPRATE FM_RESPRATE
+%token M_LISTEVARORIG FM_LISTEVARORIG M_ORIGVAR FM_ORIGVAR M_LISTETABORIG FM_LISTETABORIG M_ORIGTAB FM_ORIGTAB
+%token M_NUM FM_NUM M_NAME FM_NAME M_LABEL FM_LABEL M_COMMENT FM_COMMENT M_SOURCE FM_SOURCE
+%token M_COMPUTED FM_COMPUTED M_DATATYPE FM_DATATYPE
+%token M_METAMAT FM_METAMAT M_AUTHOR FM_AUTHOR M_METAHISTORY FM_METAHISTORY M_SQLQUERY FM_SQLQUERY
+%token M_ODBCSOURCE FM_ODBCSOURCE M_HISTORY FM_HISTORY M_PREVFILE FM_PREVFILE M_PREVTREATMENT FM_PREVTREATMENT
+%token M_NBMETAVAR FM_NBMETAVAR M_NBMETAIND FM_NBMETAIND M_METADISTANCE FM_METADISTANCE M_METAMATCH FM_METAMATCH
+%token M_MEASURE FM_MEASURE M_LISTVAR FM_LISTVAR M_V FM_V M_METAINDLIS FM_METAINDLIS M_METAIND FM_METAIND
+%token M_NBINOBJ FM_NBINOBJ M_GNBINOBJ FM_GNBINOBJ M_OPERATOR FM_OPERATOR M_METAVARLIS FM_METAVARLIS
+%token M_METAVAR FM_METAVAR M_VARORIG FM_VARORIG M_VARORIGLIS FM_VARORIGLIS M_VO FM_VO M_STEPWIDHT FM_STEPWIDHT
+
+%type <std::string> key xtext mtext m_name m_label m_comment m_source m_computed m_datatype m_operator
+%type <double> number xreal
+%type <long long> xint xnum mint m_num
+%type <velda::symlib::SymValue> value xvalue xvalue_opt
+%type <std::vector<velda::symlib::SymItem>> int_items modal_items xmodal_items xweighted_items
+%type <velda::symlib::SymItem> modal_item
+%type <velda::symlib::SymVariable> var_body xvar_desc
+%type <velda::symlib::SymWeighting> weighting xweighting
+%type <std::vector<velda::symlib::SymCategory>> categ_list categ_items xcateg_items xnode_items
+%type <velda::symlib::SymCategory> categ_item xcateg xnode
+%type <std::vector<velda::symlib::SymHierarchyLink>> link_list link_items xlink_items
+%type <velda::symlib::SymHierarchyLink> link_item xlink
+%type <std::vector<long long>> child_list child_items xchild_items m_v_items m_vo_items m_var_orig_lis
+%type <std::vector<double>> real_list real_items xvf_items
+%type <velda::symlib::MetaMeasure> m_measure_desc
+
+%%
+
+input: text_file | ulme_file | meta_file ;
+
+/* ---------------------------------------------------------------- text */
+
+text_file: KORVA '=' '(' contents blocks ')' END ;
+
+contents: CONTAIN '=' '(' ')' | CONTAIN '=' '(' content_names ')' ;
+content_names: content_name | content_names ',' content_name ;
+content_name
+  : CFILES { ctx.builder.declare(SymBlock::Files); }
+  | CHEADER { ctx.builder.declare(SymBlock::Header); }
+  | CINDIVIDUALS { ctx.builder.declare(SymBlock::Individuals); }
+  | CVARIABLES { ctx.builder.declare(SymBlock::Variables); }
+  | CVARIABLES_SET { ctx.builder.declare(SymBlock::VariablesSet); }
+  | CHIERARCHIE { ctx.builder.declare(SymBlock::Hierarchie); }
+  | CRULES { ctx.builder.declare(SymBlock::Rules); }
+  | REC_MATRIX { ctx.builder.declare(SymBlock::RectangleMatrix); }
+  | CDISTANCE_MATRIX { ctx.builder.declare(SymBlock::DistMatrix); }
+  | CMATCH_MATRIX { ctx.builder.declare(SymBlock::MatchMatrix); }
+  ;
+
+blocks: %empty | blocks ',' block ;
+
+block
+  : CFILES '=' '(' { ctx.builder.beginBlock(SymBlock::Files); } assignments ')'
+  | CHEADER '=' '(' { ctx.builder.beginBlock(SymBlock::Header); } assignments ')'
+  | CINDIVIDUALS '=' '(' { ctx.builder.beginBlock(SymBlock::Individuals); } individuals ')'
+  | CVARIABLES '=' '(' { ctx.builder.beginBlock(SymBlock::Variables); } variables ')'
+  | CHIERARCHIE '=' '(' { ctx.builder.beginBlock(SymBlock::Hierarchie); } hierarchies ')'
+  | CRULES '=' '(' { ctx.builder.beginBlock(SymBlock::Rules); } rules ')'
+  | REC_MATRIX '=' '(' { ctx.builder.beginBlock(SymBlock::RectangleMatrix);
+                         if (!ctx.builder.beginMatrix()) YYABORT; } rows ')'
+  | CDISTANCE_MATRIX '=' '(' { ctx.builder.beginBlock(SymBlock::DistMatrix);
+                               ctx.builder.beginTriangle(SymBlock::DistMatrix); } triangle ')'
+                             { ctx.builder.endTriangle(); }
+  | CMATCH_MATRIX '=' '(' { ctx.builder.beginBlock(SymBlock::MatchMatrix);
+                            ctx.builder.beginTriangle(SymBlock::MatchMatrix); } triangle ')'
+                          { ctx.builder.endTriangle(); }
+  | CVARIABLES_SET { ctx.builder.refuseVariablesSet(); YYABORT; }
+  ;
+
+assignments: %empty | assignment_items ;
+assignment_items: assignment | assignment_items ',' assignment ;
+assignment
+  : key '=' C_STRING { ctx.builder.assignKey($1, TextInput(std::move($3))); }
+  | key '=' C_INT { ctx.builder.assignKey($1, IntegerInput($3)); }
+  | key '=' C_FLOAT { ctx.builder.assignKey($1, RealInput($3)); }
+  ;
+key
+  : IDENT { $$ = std::move($1); }
+  | PROC_NAME { $$ = std::move($1); }
+  | VERSION { $$ = std::move($1); }
+  | CREAT_DATE { $$ = std::move($1); }
+  | FIL_NAME { $$ = std::move($1); }
+  | FIL_PATH { $$ = std::move($1); }
+  | ARRAY { $$ = std::move($1); }
+  | BASE { $$ = std::move($1); }
+  | TITLE { $$ = std::move($1); }
+  | SUB_TITLE { $$ = std::move($1); }
+  | NB_INDIV { $$ = std::move($1); }
+  | NB_VAR { $$ = std::move($1); }
+  | RULES_NB { $$ = std::move($1); }
+  | SET_VAR_NB { $$ = std::move($1); }
+  | SET_INDIV_NB { $$ = std::move($1); }
+  | NB_VAR_NOM { $$ = std::move($1); }
+  | NB_VAR_CONT { $$ = std::move($1); }
+  | NB_VAR_TEXT { $$ = std::move($1); }
+  | NB_VAR_CONT_SYMB { $$ = std::move($1); }
+  | NB_VAR_NOM_SYMB { $$ = std::move($1); }
+  | NB_VAR_NOM_MOD { $$ = std::move($1); }
+  | NB_NA { $$ = std::move($1); }
+  | NB_NULL { $$ = std::move($1); }
+  | NB_HIERARCHIES { $$ = std::move($1); }
+  | WEIGHT_INDIV { $$ = std::move($1); }
+  | NB_NU { $$ = std::move($1); }
+  ;
+
+individuals: %empty | individual_items ;
+individual_items: individual | individual_items ',' individual ;
+individual: '(' C_INT ',' C_STRING ',' C_STRING ')'
+            { ctx.builder.addIndividual($2, std::move($4), std::move($6)); } ;
+
+variables: %empty | variable_items ;
+variable_items: variable | variable_items ',' variable ;
+variable: '(' C_INT ',' var_body ')' { $4.number = $2; ctx.builder.addVariable(std::move($4)); } ;
+var_body
+  : CONTINUE ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
+    { $$ = Quantitative(SymVariableKind::Continue, $3, $5, $7, $9, $11, $13, std::move($15)); }
+  | INTER_CONT ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
+    { $$ = Quantitative(SymVariableKind::InterContinue, $3, $5, $7, $9, $11, $13, std::move($15)); }
+  | NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
+    { $$ = Categorical(SymVariableKind::Nominal, SymWeighting::None, $3, $5, $7, $9, $11, $13, std::move($15)); }
+  | MULT_NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
+    { $$ = Categorical(SymVariableKind::MultNominal, SymWeighting::None, $3, $5, $7, $9, $11, $13, std::move($15)); }
+  | MULT_NOMINAL_M ',' C_STRING ',' C_STRING ',' C_STRING ',' weighting ',' number ',' number ',' C_INT ','
+    categ_list
+    { $$ = Categorical(SymVariableKind::MultNominalModif, $9, $3, $5, $7, $11, $13, $15, std::move($17)); }
+  | BINARY { ctx.builder.refuseKind($1); YYABORT; }
+  | ORDERED { ctx.builder.refuseKind($1); YYABORT; }
+  | UNORDERED { ctx.builder.refuseKind($1); YYABORT; }
+  ;
+weighting: CARDINAL { $$ = SymWeighting::Cardinal; } | PROBA { $$ = SymWeighting::Proba; } ;
+number: C_INT { $$ = static_cast<double>($1); } | C_FLOAT { $$ = $1; } ;
+
+categ_list: '(' ')' { } | '(' categ_items ')' { $$ = std::move($2); } ;
+categ_items
+  : categ_item { $$.push_back(std::move($1)); }
+  | categ_items ',' categ_item { $$ = std::move($1); $$.push_back(std::move($3)); }
+  ;
+categ_item: '(' C_INT ',' C_STRING ',' C_STRING ',' C_INT ')' { $$ = SymCategory{$2, $4, $6, $8}; } ;
+
+hierarchies: %empty | hierarchy_items ;
+hierarchy_items: hierarchy | hierarchy_items ',' hierarchy ;
+hierarchy: '(' VAR '=' C_INT ',' C_INT categ_list ',' link_list ')'
+           { if (!ctx.builder.addHierarchy(SymHierarchy{$4, $6, std::move($7), std::move($9)})) YYABORT; } ;
+link_list: '(' ')' { } | '(' link_items ')' { $$ = std::move($2); } ;
+link_items
+  : link_item { $$.push_back(std::move($1)); }
+  | link_items ',' link_item { $$ = std::move($1); $$.push_back(std::move($3)); }
+  ;
+link_item: C_INT '=' child_list { $$ = SymHierarchyLink{$1, std::move($3)}; } ;
+child_list: '(' ')' { } | '(' child_items ')' { $$ = std::move($2); } ;
+child_items
+  : C_INT { $$.push_back($1); }
+  | child_items ',' C_INT { $$ = std::move($1); $$.push_back($3); }
+  ;
+
+rules: %empty | rule_items ;
+rule_items: rule | rule_items ',' rule ;
+rule: '(' '(' C_INT '=' value ')' '(' C_INT '=' value ')' ')'
+      { if (!ctx.builder.addRule(SymRule{$3, std::move($5), $8, std::move($10)})) YYABORT; } ;
+
+rows: %empty | row_items ;
+row_items: row | row_items ',' row ;
+row: '(' { ctx.builder.beginRow(); } cells ')' { ctx.builder.endRow(); } ;
+cells: %empty | cell_items ;
+cell_items: value { ctx.builder.addCell(std::move($1)); } | cell_items ',' value { ctx.builder.addCell(std::move($3)); } ;
+
+value
+  : C_INT { $$ = CategoryValue($1); }
+  | C_FLOAT { $$ = RealValue($1); }
+  | NA { $$.kind = SymValue::Kind::NA; }
+  | NU { $$.kind = SymValue::Kind::NU; }
+  | '(' ')' { $$.kind = SymValue::Kind::CategorySet; }
+  | '(' number ':' number ')' { $$ = IntervalValue($2, $4); }
+  | '(' int_items ')' { $$ = ListValue(SymValue::Kind::CategorySet, std::move($2)); }
+  | '(' modal_items ')' { $$ = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+  ;
+int_items
+  : C_INT { $$.push_back(SymItem{$1, 0}); }
+  | int_items ',' C_INT { $$ = std::move($1); $$.push_back(SymItem{$3, 0}); }
+  ;
+modal_items
+  : modal_item { $$.push_back($1); }
+  | modal_items ',' modal_item { $$ = std::move($1); $$.push_back($3); }
+  ;
+modal_item: C_INT '(' number ')' { $$ = SymItem{$1, $3}; } ;
+
+triangle: %empty | triangle_items ;
+triangle_items: triangle_row | triangle_items ',' triangle_row ;
+triangle_row: real_list { ctx.builder.addTriangleRow(std::move($1)); } ;
+real_list: '(' ')' { } | '(' real_items ')' { $$ = std::move($2); } ;
+real_items
+  : number { $$.push_back($1); }
+  | real_items ',' number { $$ = std::move($1); $$.push_back($3); }
+  ;
+
+/* ------------------------------------------------------- XML symbolic */
+
+ulme_file
+  : ULMEFILE xcontains xfile_desc xheader xindividuals xvariables xhierarchies xrules xmatrix
+    xdist xmatch FINULMEFILE
+  ;
+
+xcontains: XMLCONTAINS FINXMLCONTAINS { DeclareContents(ctx.builder, ctx, $1); } ;
+
+xfile_desc
+  : %empty
+  | XMLPROCEDURE xtext FINXMLPROCEDURE XMLDATE_CREAT xtext FINXMLDATE_CREAT
+    { ctx.builder.beginBlock(SymBlock::Files);
+      ctx.builder.assignKey("procedure_name", TextInput(std::move($2)));
+      ctx.builder.assignKey("create_date", TextInput(std::move($5))); }
+  ;
+
+xheader
+  : %empty
+  | XMLHEADER FINXMLHEADER
+    { ctx.builder.beginBlock(SymBlock::Header);
+      for (auto& [name, text] : $1) ctx.builder.assignKey(name, XmlTextInput(std::move(text))); }
+  ;
+
+xtext: %empty { } | XML_TEXT { $$ = std::move($1); } ;
+xint: XML_TEXT { $$ = XmlInteger(ctx, $1); } ;
+xreal: XML_TEXT { $$ = XmlReal(ctx, $1); } ;
+xnum: XMLNUM xint FINXMLNUM { $$ = $2; } ;
+xweighting: XML_TEXT { $$ = XmlWeighting(ctx, $1); } ;
+
+xindividuals
+  : %empty
+  | XMLINDIVIDUS { ctx.builder.beginBlock(SymBlock::Individuals); } xindividual_items FINXMLINDIVIDUS
+  ;
+xindividual_items: %empty | xindividual_items xindividual ;
+xindividual
+  : XMLSTINDIV xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL FINXMLSTINDIV
+    { ctx.builder.addIndividual($2, std::move($4), std::move($7)); }
+  ;
+
+xvariables
+  : %empty
+  | XMLVARIABLES { ctx.builder.beginBlock(SymBlock::Variables); } xvariable_items FINXMLVARIABLES
+  ;
+xvariable_items: %empty | xvariable_items xvariable ;
+xvariable
+  : XMLSTVAR XMLIDENT xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL FINXMLIDENT xvar_desc FINXMLSTVAR
+    { $11.number = $3; $11.code = std::move($5); $11.label = std::move($8);
+      ctx.builder.addVariable(std::move($11)); }
+  ;
+xvar_desc
+  : XMLCONTINUE XMLCONTINUE_DESC FINXMLCONTINUE_DESC FINXMLCONTINUE
+    { $$ = XmlQuantitative(ctx, SymVariableKind::Continue, $2); }
+  | XMLINTER_CONT XMLCONTINUE_DESC FINXMLCONTINUE_DESC FINXMLINTER_CONT
+    { $$ = XmlQuantitative(ctx, SymVariableKind::InterContinue, $2); }
+  | XMLNOMINAL XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLNOMINAL
+    { $$ = XmlCategorical(ctx, SymVariableKind::Nominal, SymWeighting::None, $2, std::move($3)); }
+  | XMLMULT_NOMINAL XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLMULT_NOMINAL
+    { $$ = XmlCategorical(ctx, SymVariableKind::MultNominal, SymWeighting::None, $2, std::move($3)); }
+  | XMLMULT_NOMINAL_MODIF XMLTYPE_MODIF xweighting FINXMLTYPE_MODIF
+    XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLMULT_NOMINAL_MODIF
+    { $$ = XmlCategorical(ctx, SymVariableKind::MultNominalModif, $3, $5, std::move($6)); }
+  ;
+xcateg_items
+  : %empty { }
+  | xcateg_items xcateg { $$ = std::move($1); $$.push_back(std::move($2)); }
+  ;
+xcateg: XMLLIST_NOM xnode FINXMLLIST_NOM { $$ = std::move($2); $$.leaves = 1; } ;
+xnode: xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL { $$ = SymCategory{$1, $3, $6, 0}; } ;
+
+xhierarchies
+  : %empty
+  | XMLHIERARCHIES { ctx.builder.beginBlock(SymBlock::Hierarchie); } xhierarchy_items FINXMLHIERARCHIES
+  ;
+xhierarchy_items: %empty | xhierarchy_items xhierarchy ;
+xhierarchy
+  : XMLHIERARCHIE XMLVAR_NUM_REF xint FINXMLVAR_NUM_REF XMLNB_HIER_VAL xint FINXMLNB_HIER_VAL
+    XMLHIER_VAL_LIST xnode_items FINXMLHIER_VAL_LIST XMLHIER_REF_LIST xlink_items FINXMLHIER_REF_LIST
+    FINXMLHIERARCHIE
+    { if (!ctx.builder.addHierarchy(SymHierarchy{$3, $6, std::move($9), std::move($12)})) YYABORT; }
+  ;
+xnode_items
+  : %empty { }
+  | xnode_items xnode { $$ = std::move($1); $$.push_back(std::move($2)); }
+  ;
+xlink_items
+  : %empty { }
+  | xlink_items xlink { $$ = std::move($1); $$.push_back(std::move($2)); }
+  ;
+xlink
+  : XMLCATEG_NUM xint FINXMLCATEG_NUM XMLHVAL_REF_LIST xchild_items FINXMLHVAL_REF_LIST
+    { $$ = SymHierarchyLink{$2, std::move($5)}; }
+  ;
+xchild_items
+  : %empty { }
+  | xchild_items XMLHVAL_REF_ELEM xint FINXMLHVAL_REF_ELEM { $$ = std::move($1); $$.push_back($3); }
+  ;
+
+xrules
+  : %empty
+  | XMLRULES_GEN FINXMLRULES_GEN
+  | XMLRULES_GEN { ctx.builder.beginBlock(SymBlock::Rules); } XMLRULES xrule_items FINXMLRULES FINXMLRULES_GEN
+  ;
+xrule_items: %empty | xrule_items xrule ;
+xrule
+  : XMLPREM_DESC XMLVAR_NUM xint FINXMLVAR_NUM XMLVAL xvalue_opt FINXMLVAL FINXMLPREM_DESC
+    XMLCONCLUSION XMLVAR_NUM xint FINXMLVAR_NUM XMLVAL xvalue_opt FINXMLVAL FINXMLCONCLUSION
+    { if (!ctx.builder.addRule(SymRule{$3, std::move($6), $11, std::move($14)})) YYABORT; }
+  ;
+
+xmatrix
+  : %empty
+  | XMLINDIV_MAT { ctx.builder.beginBlock(SymBlock::RectangleMatrix);
+                   if (!ctx.builder.beginMatrix()) YYABORT; } xrow_items FINXMLINDIV_MAT
+  ;
+xrow_items: %empty | xrow_items xrow ;
+xrow: XMLLIGMAT { ctx.builder.beginRow(); } xcells FINXMLLIGMAT { ctx.builder.endRow(); } ;
+xcells: %empty | xcells XMLVALMAT xvalue_opt FINXMLVALMAT { ctx.builder.addCell(std::move($3)); } ;
+
+xvalue_opt: %empty { $$.kind = SymValue::Kind::CategorySet; } | xvalue { $$ = std::move($1); } ;
+xvalue
+  : XMLNA xtext FINXMLNA { $$.kind = SymValue::Kind::NA; }
+  | XMLNU xtext FINXMLNU { $$.kind = SymValue::Kind::NU; }
+  | XMLVAL_CONTI xreal FINXMLVAL_CONTI { $$ = RealValue($2); }
+  | XMLVAL_INTERV XMLPMIN xreal FINXMLPMIN XMLPMAX xreal FINXMLPMAX FINXMLVAL_INTERV { $$ = IntervalValue($3, $6); }
+  | XMLVAL_NOMINA xint FINXMLVAL_NOMINA { $$ = CategoryValue($2); }
+  | xmodal_items { $$ = ListValue(SymValue::Kind::CategorySet, std::move($1)); }
+  | XMLVAL_LIST_MODAL xweighted_items FINXMLVAL_LIST_MODAL
+    { $$ = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+  ;
+xmodal_items
+  : XMLVAL_MODAL xint FINXMLVAL_MODAL { $$.push_back(SymItem{$2, 0}); }
+  | xmodal_items XMLVAL_MODAL xint FINXMLVAL_MODAL { $$ = std::move($1); $$.push_back(SymItem{$3, 0}); }
+  ;
+xweighted_items
+  : %empty { }
+  | xweighted_items XMLNO_MODA xint FINXMLNO_MODA XMLFREQUENCY xreal FINXMLFREQUENCY
+    { $$ = std::move($1); $$.push_back(SymItem{$3, $6}); }
+  ;
+
+xdist
+  : %empty
+  | XMLDIST_MAT { ctx.builder.beginBlock(SymBlock::DistMatrix); ctx.builder.beginTriangle(SymBlock::DistMatrix); }
+    xtriangle FINXMLDIST_MAT { ctx.builder.endTriangle(); }
+  ;
+xmatch
+  : %empty
+  | XMLMATCH_MAT { ctx.builder.beginBlock(SymBlock::MatchMatrix); ctx.builder.beginTriangle(SymBlock::MatchMatrix); }
+    xtriangle FINXMLMATCH_MAT { ctx.builder.endTriangle(); }
+  ;
+xtriangle: %empty | xtriangle XMLLIGDMAT xvf_items FINXMLLIGDMAT { ctx.builder.addTriangleRow(std::move($3)); } ;
+xvf_items
+  : %empty { }
+  | xvf_items XMLVF xreal FINXMLVF { $$ = std::move($1); $$.push_back($3); }
+  ;
+
+/* ------------------------------------------------------------ metadata */
+
+meta_file: M_METAULME m_orig_info m_meta_mat FM_METAULME ;
+
+mtext: %empty { } | XML_TEXT { $$ = std::move($1); } ;
+mint: XML_TEXT { $$ = XmlInteger(ctx, $1); } ;
+
+m_orig_info
+  : M_ORIGINFO m_nb_orig_var m_nb_orig_mat m_pop_samp_size m_samp_size m_rel_unit m_survey_desc m_legal_frame
+    m_survey_type m_survey_freq m_geo_cover m_inter_stand m_spec_inter_stand m_report_unit m_pop_desc
+    m_samp_orig m_samp_select m_law_base m_admin_qual m_stat_collect m_valid_tech m_non_resp_meth
+    m_miss_val_reaj m_agreg_meth m_gross_meth m_corr_error m_othe_cor m_pop_samp_frac m_resp_rate
+    m_liste_var_orig m_liste_tab_orig FM_ORIGINFO
+  ;
+m_nb_orig_var: M_NBORIGVAR mint FM_NBORIGVAR { Meta(ctx).origInfo.nbOrigVar = $2; } ;
+m_nb_orig_mat: M_NBORIGMAT mint FM_NBORIGMAT { Meta(ctx).origInfo.nbOrigMat = $2; } ;
+m_pop_samp_size: M_POPSAMPSIZE mtext FM_POPSAMPSIZE { Meta(ctx).origInfo.popSampSize = std::move($2); } ;
+m_samp_size: M_SAMPSIZE mtext FM_SAMPSIZE { Meta(ctx).origInfo.sampSize = std::move($2); } ;
+m_rel_unit: M_RELUNIT mtext FM_RELUNIT { Meta(ctx).origInfo.relUnit = std::move($2); } ;
+m_survey_desc: M_SURVEYDESC mtext FM_SURVEYDESC { Meta(ctx).origInfo.surveyDesc = std::move($2); } ;
+m_legal_frame: M_LEGALFRAME mtext FM_LEGALFRAME { Meta(ctx).origInfo.legalFrame = std::move($2); } ;
+m_survey_type: M_SURVEYTYPE mtext FM_SURVEYTYPE { Meta(ctx).origInfo.surveyType = std::move($2); } ;
+m_survey_freq: M_SURVEYFREQ mtext FM_SURVEYFREQ { Meta(ctx).origInfo.surveyFreq = std::move($2); } ;
+m_geo_cover: M_GEOCOVER mtext FM_GEOCOVER { Meta(ctx).origInfo.geoCover = std::move($2); } ;
+m_inter_stand: M_INTERSTAND mtext FM_INTERSTAND { Meta(ctx).origInfo.interStand = std::move($2); } ;
+m_spec_inter_stand: M_SPECINTERSTAND mtext FM_SPECINTERSTAND { Meta(ctx).origInfo.specInterStand = std::move($2); } ;
+m_report_unit: M_REPORTUNIT mtext FM_REPORTUNIT { Meta(ctx).origInfo.reportUnit = std::move($2); } ;
+m_pop_desc: M_POPDESC mtext FM_POPDESC { Meta(ctx).origInfo.popDesc = std::move($2); } ;
+m_samp_orig: M_SAMPORIG mtext FM_SAMPORIG { Meta(ctx).origInfo.sampOrig = std::move($2); } ;
+m_samp_select: M_SAMPSELECT mtext FM_SAMPSELECT { Meta(ctx).origInfo.sampSelect = std::move($2); } ;
+m_law_base: M_LAWBASE mtext FM_LAWBASE { Meta(ctx).origInfo.lawBase = std::move($2); } ;
+m_admin_qual: M_ADMINQUAL mtext FM_ADMINQUAL { Meta(ctx).origInfo.adminQual = std::move($2); } ;
+m_stat_collect: M_STATCOLLECT mtext FM_STATCOLLECT { Meta(ctx).origInfo.statCollect = std::move($2); } ;
+m_valid_tech: M_VALIDTECH mtext FM_VALIDTECH { Meta(ctx).origInfo.validTech = std::move($2); } ;
+m_non_resp_meth: M_NONRESPMETH mtext FM_NONRESPMETH { Meta(ctx).origInfo.nonRespMeth = std::move($2); } ;
+m_miss_val_reaj: M_MISSVALREAJ mtext FM_MISSVALREAJ { Meta(ctx).origInfo.missValReaj = std::move($2); } ;
+m_agreg_meth: M_AGREGMETH mtext FM_AGREGMETH { Meta(ctx).origInfo.agregMeth = std::move($2); } ;
+m_gross_meth: M_GROSSMETH mtext FM_GROSSMETH { Meta(ctx).origInfo.grossMeth = std::move($2); } ;
+m_corr_error: M_CORRERROR mtext FM_CORRERROR { Meta(ctx).origInfo.corrError = std::move($2); } ;
+m_othe_cor: M_OTHECOR mtext FM_OTHECOR { Meta(ctx).origInfo.otheCor = std::move($2); } ;
+m_pop_samp_frac: M_POPSAMPFRAC mtext FM_POPSAMPFRAC { Meta(ctx).origInfo.popSampFrac = std::move($2); } ;
+m_resp_rate: M_RESPRATE mtext FM_RESPRATE { Meta(ctx).origInfo.respRate = std::move($2); } ;
+
+m_liste_var_orig: M_LISTEVARORIG m_orig_vars FM_LISTEVARORIG ;
+m_orig_vars: %empty | m_orig_vars m_orig_var ;
+m_orig_var
+  : M_ORIGVAR m_num m_name m_label m_comment m_source m_computed m_datatype FM_ORIGVAR
+    { Meta(ctx).origInfo.origVars.push_back(MetaOrigVar{$2, std::move($3), std::move($4), std::move($5),
+                                            XmlInteger(ctx, $6), std::move($7), std::move($8)}); }
+  ;
+m_liste_tab_orig: M_LISTETABORIG m_orig_tabs FM_LISTETABORIG ;
+m_orig_tabs: %empty | m_orig_tabs m_orig_tab ;
+m_orig_tab
+  : M_ORIGTAB m_name m_label m_comment m_source FM_ORIGTAB
+    { Meta(ctx).origInfo.origTabs.push_back(MetaOrigTab{std::move($2), std::move($3), std::move($4), std::move($5)}); }
+  ;
+
+m_num: M_NUM mint FM_NUM { $$ = $2; } ;
+m_name: M_NAME mtext FM_NAME { $$ = std::move($2); } ;
+m_label: M_LABEL mtext FM_LABEL { $$ = std::move($2); } ;
+m_comment: M_COMMENT mtext FM_COMMENT { $$ = std::move($2); } ;
+m_source: M_SOURCE mtext FM_SOURCE { $$ = std::move($2); } ;
+m_computed: M_COMPUTED mtext FM_COMPUTED { $$ = std::move($2); } ;
+m_datatype: M_DATATYPE mtext FM_DATATYPE { $$ = std::move($2); } ;
+m_operator: M_OPERATOR mtext FM_OPERATOR { $$ = std::move($2); } ;
+
+m_meta_mat
+  : M_METAMAT m_author m_meta_history m_nb_meta_var m_nb_meta_ind m_meta_distance m_meta_match
+    m_meta_ind_lis m_meta_var_lis FM_METAMAT
+  ;
+m_author: M_AUTHOR mtext FM_AUTHOR { Meta(ctx).metaMat.author = std::move($2); } ;
+m_meta_history: M_METAHISTORY m_sql_query m_odbc_source m_history FM_METAHISTORY ;
+m_sql_query: M_SQLQUERY mtext FM_SQLQUERY { Meta(ctx).metaMat.sqlQuery = std::move($2); } ;
+m_odbc_source: M_ODBCSOURCE mtext FM_ODBCSOURCE { Meta(ctx).metaMat.odbcSource = std::move($2); } ;
+m_history: M_HISTORY m_prev_file m_prev_treatment FM_HISTORY ;
+m_prev_file: M_PREVFILE mtext FM_PREVFILE { Meta(ctx).metaMat.prevFile = std::move($2); } ;
+m_prev_treatment: M_PREVTREATMENT mtext FM_PREVTREATMENT { Meta(ctx).metaMat.prevTreatment = std::move($2); } ;
+m_nb_meta_var: M_NBMETAVAR mint FM_NBMETAVAR { Meta(ctx).metaMat.nbMetaVar = $2; } ;
+m_nb_meta_ind: M_NBMETAIND mint FM_NBMETAIND { Meta(ctx).metaMat.nbMetaInd = $2; } ;
+m_meta_distance: M_METADISTANCE m_measure_desc FM_METADISTANCE { Meta(ctx).metaMat.distance = std::move($2); } ;
+m_meta_match: M_METAMATCH m_measure_desc FM_METAMATCH { Meta(ctx).metaMat.match = std::move($2); } ;
+m_measure_desc
+  : M_MEASURE mtext FM_MEASURE M_LISTVAR m_v_items FM_LISTVAR { $$ = MetaMeasure{std::move($2), std::move($5)}; }
+  ;
+m_v_items: %empty { } | m_v_items M_V mint FM_V { $$ = std::move($1); $$.push_back($3); } ;
+
+m_meta_ind_lis: M_METAINDLIS m_meta_inds FM_METAINDLIS ;
+m_meta_inds: %empty | m_meta_inds m_meta_ind ;
+m_meta_ind
+  : M_METAIND m_num m_name M_NBINOBJ mint FM_NBINOBJ M_GNBINOBJ mint FM_GNBINOBJ m_operator FM_METAIND
+    { Meta(ctx).metaMat.inds.push_back(MetaInd{$2, std::move($3), $5, $8, std::move($10)}); }
+  ;
+
+m_meta_var_lis: M_METAVARLIS m_meta_vars FM_METAVARLIS ;
+m_meta_vars: %empty | m_meta_vars m_meta_var ;
+m_meta_var
+  : M_METAVAR m_num m_name M_VARORIG mint FM_VARORIG m_var_orig_lis m_label M_RELUNIT mtext FM_RELUNIT
+    M_STEPWIDHT mtext FM_STEPWIDHT m_operator FM_METAVAR
+    { Meta(ctx).metaMat.vars.push_back(MetaVar{$2, std::move($3), $5, std::move($7), std::move($8),
+                                              std::move($10), std::move($13), std::move($15)}); }
+  ;
+m_var_orig_lis: %empty { } | M_VARORIGLIS m_vo_items FM_VARORIGLIS { $$ = std::move($2); } ;
+m_vo_items: %empty { } | m_vo_items M_VO mint FM_VO { $$ = std::move($1); $$.push_back($3); } ;
+
+%%
+
+void velda::symlib::SymbolicGrammar::error(const std::string& message) { ctx.reportSyntaxError(message); }
