@@ -1,0 +1,53 @@
+#include "ops/Hordes.h"
+
+#include <new>
+
+#include "model/SymbolicMatrix.h"
+#include "ops/VolumeMatrix.h"
+#include "ops/WorkSet.h"
+
+namespace velda {
+
+namespace {
+
+int reduceHorde(const SymbolicMatrix& matrix, Horde& horde, ReductionRun& run) {
+  WorkSet workSet;
+  if (!workSet.buildFromClasses(horde.classes)) return 0;
+  const auto q = static_cast<double>(horde.individualCount);
+  std::vector<const Assertion*> rows;
+  try {
+    rows.reserve(horde.classes.size());
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+  for (const auto& member : horde.classes) rows.push_back(member.get());
+  if (!computeVolumeMatrix(matrix, rows, q, horde.volumesBefore)) return 0;
+
+  std::vector<std::unique_ptr<Assertion>> reduced;
+  if (!run.reduceAll(workSet, reduced)) return 0;
+  rows.clear();
+  for (const auto& member : reduced) rows.push_back(member.get());
+  if (!computeVolumeMatrix(matrix, rows, q, horde.volumesAfter)) return 0;
+  ReductionRun::refreshSubtreeWeights(matrix, reduced);
+  horde.reducedClasses = std::move(reduced);
+  return 1;
+}
+
+}  // namespace
+
+int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+  if (matrix.hordes.empty()) return 0;
+  for (Horde& horde : matrix.hordes) {
+    horde.reducedClasses.clear();
+    horde.volumesBefore.clear();
+    horde.volumesAfter.clear();
+  }
+  ReductionRun run(matrix, threshold, console, figures);
+  for (Horde& horde : matrix.hordes) {
+    matrix.reductionThreshold = 0;
+    if (!reduceHorde(matrix, horde, run)) return 0;
+  }
+  return 1;
+}
+
+}  // namespace velda

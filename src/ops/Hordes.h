@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "ops/ReductionRun.h"
+
+namespace velda {
+
+class ConsoleLog;
+class SymbolicMatrix;
+
+// "Reduce Hordes": reduces the classes of every horde as "Reduce assertions"
+// reduces assertions, horde by horde in assertion order, filling each
+// horde's reduced classes and its volume matrices before and after, whose
+// entries are volume^(1/q) with q the divided assertion's individuals. The
+// stored reduction threshold is reset to 0 for each horde and never set.
+// Returns 0 at once without hordes, and on failure or cancel (hordes reduced
+// before keep their results).
+int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
+                 std::vector<SearchFigures>* figures = nullptr);
+
+}  // namespace velda
