@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "common/ConsoleLog.h"
+#include "model/SymbolicMatrix.h"
+#include "ops/PrivacyThreshold.h"
+
+namespace velda {
+namespace {
+
+// Assertions a..e numbered 0..4 with 5, 1, 4, 2 and 3 individuals. With two
+// buckets the table lists b, d (even hashes) before a, c, e. The individual
+// "s" belongs to a and b; every other one to a single assertion.
+std::unique_ptr<SymbolicMatrix> fiveGroups() {
+  auto matrix = SymbolicMatrix::create(7, 2);
+  const std::vector<std::pair<std::string, int>> groups = {{"a", 4}, {"b", 0}, {"c", 4}, {"d", 2}, {"e", 3}};
+  for (const auto& [id, own] : groups) {
+    Assertion& assertion = matrix->createAssertion(id);
+    for (int k = 0; k < own; ++k) {
+      Individual& individual = matrix->insertIndividual(Individual(id + std::to_string(k), 0));
+      matrix->link(individual, assertion);
+      matrix->addMember(assertion, individual);
+    }
+  }
+  Individual& shared = matrix->insertIndividual(Individual("s", 0));
+  for (const char* id : {"a", "b"}) {
+    matrix->link(shared, *matrix->findAssertion(id));
+    matrix->addMember(*matrix->findAssertion(id), shared);
+  }
+  return matrix;
+}
+
+std::vector<std::string> linesOf(const ConsoleLog& console) {
+  return std::vector<std::string>(console.lines().begin(), console.lines().end());
+}
+
+TEST(PrivacyThreshold, DeletesSmallGroupsRenumbersAndListsTheRest) {
+  auto matrix = fiveGroups();
+  ConsoleLog console;
+  ApplyPrivacyThreshold(*matrix, console, 3);
+  EXPECT_EQ(linesOf(console), (std::vector<std::string>{
+                                  ":Privacy operation",
+                                  "::Individuals per group threshold: 3",
+                                  "::2 assertions deleted, correcting indexes...",
+                                  "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3",
+                                  "Assertion n\xb0" "1 has 4 individual(s). Minimum: 3",
+                                  "Assertion n\xb0" "2 has 3 individual(s). Minimum: 3",
+                                  ":[done]",
+                              }));
+  ASSERT_EQ(matrix->assertionCount(), 3u);
+  EXPECT_EQ(matrix->findAssertion("b"), nullptr);
+  EXPECT_EQ(matrix->findAssertion("d"), nullptr);
+  EXPECT_EQ(matrix->findAssertion("a")->number, 0);
+  EXPECT_EQ(matrix->findAssertion("c")->number, 1);
+  EXPECT_EQ(matrix->findAssertion("e")->number, 2);
+  ASSERT_EQ(matrix->orderedAssertions.size(), 3u);
+  EXPECT_EQ(matrix->orderedAssertions[2], matrix->findAssertion("e"));
+
+  // d's own individuals went; s lost b but stays with a.
+  EXPECT_EQ(matrix->individualCount(), 12u);
+  EXPECT_EQ(matrix->findIndividual("d0"), nullptr);
+  EXPECT_EQ(matrix->findIndividual("d1"), nullptr);
+  ASSERT_NE(matrix->findIndividual("s"), nullptr);
+  EXPECT_EQ(matrix->findIndividual("s")->membershipCount(), 1u);
+  EXPECT_TRUE(matrix->findIndividual("s")->belongsTo(matrix->findAssertion("a")));
+  for (const Individual& individual : matrix->individuals) EXPECT_TRUE(individual.hasMembership()) << individual.id;
+}
+
+TEST(PrivacyThreshold, OneDeletionIsSingularAndAGroupAtTheThresholdStays) {
+  auto matrix = fiveGroups();
+  ConsoleLog console;
+  ApplyPrivacyThreshold(*matrix, console, 2);
+  EXPECT_EQ(linesOf(console), (std::vector<std::string>{
+                                  ":Privacy operation",
+                                  "::Individuals per group threshold: 2",
+                                  "::1 assertion deleted, correcting indexes...",
+                                  "Assertion n\xb0" "0 has 5 individual(s). Minimum: 2",
+                                  "Assertion n\xb0" "1 has 4 individual(s). Minimum: 2",
+                                  "Assertion n\xb0" "2 has 2 individual(s). Minimum: 2",
+                                  "Assertion n\xb0" "3 has 3 individual(s). Minimum: 2",
+                                  ":[done]",
+                              }));
+  EXPECT_EQ(matrix->findAssertion("d")->number, 2);
+  EXPECT_EQ(matrix->individualCount(), 14u);
+}
+
+TEST(PrivacyThreshold, NothingBelowListsNothing) {
+  auto matrix = fiveGroups();
+  ConsoleLog console;
+  ApplyPrivacyThreshold(*matrix, console, 1);
+  EXPECT_EQ(linesOf(console),
+            (std::vector<std::string>{":Privacy operation", "::Individuals per group threshold: 1", ":[done]"}));
+  EXPECT_EQ(matrix->assertionCount(), 5u);
+  EXPECT_EQ(matrix->findAssertion("e")->number, 4);
+}
+
+TEST(PrivacyThreshold, EverythingBelowEmptiesTheMatrix) {
+  auto matrix = fiveGroups();
+  ConsoleLog console;
+  ApplyPrivacyThreshold(*matrix, console, 6);
+  EXPECT_EQ(linesOf(console), (std::vector<std::string>{":Privacy operation", "::Individuals per group threshold: 6",
+                                                        "::5 assertions deleted, correcting indexes...", ":[done]"}));
+  EXPECT_EQ(matrix->assertionCount(), 0u);
+  EXPECT_EQ(matrix->individualCount(), 0u);
+  EXPECT_TRUE(matrix->orderedAssertions.empty());
+
+  ConsoleLog again;
+  ApplyPrivacyThreshold(*matrix, again, 6);
+  EXPECT_EQ(linesOf(again), (std::vector<std::string>{":Privacy operation", "::Individuals per group threshold: 6",
+                                                      ": no assertion to handle"}));
+}
+
+}  // namespace
+}  // namespace velda
