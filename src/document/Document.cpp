@@ -11,8 +11,22 @@
 
 namespace velda {
 
+class Document::MessageRoute final : public MessageBoxTarget {
+ public:
+  explicit MessageRoute(UserInterface& ui) : ui_(ui), previous_(messageBoxTarget()) { setMessageBoxTarget(this); }
+  ~MessageRoute() override { setMessageBoxTarget(previous_); }
+  void showMessage(const std::string& text, MessageIcon icon) override { ui_.showMessage(text, icon); }
+
+ private:
+  UserInterface& ui_;
+  MessageBoxTarget* previous_;
+};
+
 Document::Document(UserInterface& ui)
-    : ui_(ui), viewFiles_(std::make_unique<ViewFiles>()), metadata_(std::make_unique<DocumentMetadata>()) {}
+    : ui_(ui),
+      messageRoute_(std::make_unique<MessageRoute>(ui)),
+      viewFiles_(std::make_unique<ViewFiles>()),
+      metadata_(std::make_unique<DocumentMetadata>()) {}
 
 Document::~Document() = default;
 

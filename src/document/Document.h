@@ -1,10 +1,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "common/ConsoleLog.h"
 #include "document/CommandTable.h"
+#include "document/DialogChecks.h"
 #include "document/FileRecord.h"
 #include "document/UserInterface.h"
 
@@ -102,6 +104,11 @@ class Document {
   bool save(bool askForName);
   void loadMetadata(const std::string& name, bool ignore);
   void printSummary();
+  bool addVariables(bool setValued);
+  // Says so when no connection is open.
+  bool needConnection();
+  // Shows a dialog's refusal; true when there was one.
+  bool refused(const std::optional<Refusal>& refusal);
   // Shows the last-error text with the warning icon; returns false.
   bool showFailure();
   // A command whose operation has not been built into this program.
@@ -113,6 +120,9 @@ class Document {
   void finishCommand();
 
   UserInterface& ui_;
+  // Routes the operations' message boxes to ui_ while the document lives.
+  class MessageRoute;
+  std::unique_ptr<MessageRoute> messageRoute_;
   std::unique_ptr<Connection> connection_;
   ConsoleLog console_;
   std::unique_ptr<SymbolicMatrix> matrix_;

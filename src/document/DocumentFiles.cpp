@@ -5,7 +5,7 @@
 #include "document/BusyScope.h"
 #include "document/Document.h"
 #include "document/DocumentMetadata.h"
-#include "document/ProjectStore.h"
+#include "document/ProjectFile.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {
@@ -66,19 +66,16 @@ bool Document::save(bool askForName) {
     if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Save), choice)) return false;
     record = FileRecord::fromPath(choice.path);
   }
-  std::FILE* file = std::fopen(record.path.c_str(), "wb");
-  if (!file) {
-    setError("Can not open file %s", record.path.c_str());
+  ProjectSave saved;
+  {
+    BusyScope busy(ui_, "Saving file...");
+    saved = saveProject(record.path, *matrix_);
+  }
+  if (saved == ProjectSave::CannotOpen) {
     ui_.showMessage(lastError(), MessageIcon::Warning);
     return false;
   }
-  bool written;
-  {
-    BusyScope busy(ui_, "Saving file...");
-    written = writeProjectFile(file, *matrix_);
-    written = std::fclose(file) == 0 && written;
-  }
-  if (!written) {
+  if (saved == ProjectSave::Failed) {
     ui_.showMessage("Save failed", MessageIcon::None);
     return false;
   }
@@ -104,7 +101,7 @@ bool Document::open() {
   std::unique_ptr<SymbolicMatrix> loaded;
   {
     BusyScope busy(ui_, "Loading file...");
-    loaded = readProjectFile(file);
+    loaded = readProject(file);
   }
   std::fclose(file);
   loadMetadata(choice.path + ".xml", choice.ignoreMetadata);

@@ -6,10 +6,14 @@
 namespace velda {
 
 class SymbolicMatrix;
+namespace symlib {
+struct MetaData;
+}
 
-// The project's metadata (the header and the per-variable records) that
-// is read beside a project and written beside it and beside XML exports.
-// Always present; reset() returns it to its empty state.
+// The project's metadata: the survey-level description and where the data
+// came from (query and data source), read beside a project and written
+// beside it and beside XML exports. Always present; reset() returns it to
+// its empty state ("unknown" facts, "none" treatments).
 class DocumentMetadata {
  public:
   DocumentMetadata();
@@ -18,15 +22,20 @@ class DocumentMetadata {
   DocumentMetadata& operator=(const DocumentMetadata&) = delete;
 
   void reset();
-  // Reads a metadata file into fresh objects; false (objects unchanged)
-  // when it cannot be read.
+  // Records the extraction's query and data source.
+  void setOrigin(const std::string& sqlQuery, const std::string& odbcSource);
+  // Reads a metadata file into fresh objects (the library ends the process
+  // on a syntax error). False, objects unchanged, when it cannot be opened.
   bool load(const std::string& path);
-  // Writes the metadata file of the matrix; false with the last-error text.
+  // Writes the metadata file of the matrix: the stored description, with
+  // the original variables, the symbolic variables and objects taken from
+  // the matrix. False with "Can not open file %s" in the last-error text.
   bool write(const std::string& path, const SymbolicMatrix& matrix) const;
 
+  const symlib::MetaData& data() const { return *data_; }
+
  private:
-  struct Objects;
-  std::unique_ptr<Objects> objects_;
+  std::unique_ptr<symlib::MetaData> data_;
 };
 
 }  // namespace velda

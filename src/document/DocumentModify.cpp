@@ -8,6 +8,12 @@
 #include "model/Dependence.h"
 #include "model/SymbolicMatrix.h"
 #include "model/Taxonomy.h"
+#include "model/VariableRemoval.h"
+#include "db/AddVariables.h"
+#include "db/Connection.h"
+#include "db/QueryStatement.h"
+#include "db/TaxonomyQuery.h"
+#include "document/DialogChecks.h"
 
 namespace velda {
 
@@ -15,6 +21,80 @@ bool Document::showFailure() {
   ui_.showMessage(lastError(), MessageIcon::Warning);
   finishCommand();
   return false;
+}
+
+bool Document::needConnection() {
+  if (connection_) return true;
+  ui_.showMessage("No data source: connect to a database first", MessageIcon::Warning);
+  return false;
+}
+
+bool Document::addVariables(bool setValued) {
+  if (!matrix_) return false;
+  AddVariablesValues values;
+  if (!ui_.askAddVariables(values, setValued) || refused(checkAddVariablesValues(values))) return false;
+  if (!needConnection()) return false;
+  const std::string sql = queryOf(values.tableName, values.query);
+  int added;
+  {
+    BusyScope busy(ui_, "Adding variables...");
+    added = setValued ? addMultipleVariable(*matrix_, *connection_, sql, console_)
+                      : addUniqueVariables(*matrix_, *connection_, sql, console_);
+  }
+  if (!added) return showFailure();
+  setModified();
+  ui_.refreshDisplay(Display::Variables);
+  finishCommand();
+  return true;
+}
+
+bool Document::addSingleValuedVariables() { return addVariables(false); }
+bool Document::addSetValuedVariable() { return addVariables(true); }
+
+bool Document::removeVariables() {
+  if (!matrix_) return false;
+  std::vector<int32_t> offered;
+  if (!removableVariables(*matrix_, offered)) return showFailure();
+  VariableSelection values;
+  if (!ui_.askRemoveVariables(values) || values.variableIndexes.empty()) return false;
+  if (values.variableIndexes.size() >= matrix_->variableCount()) {
+    ui_.showMessage("Impossible to remove all the variables", MessageIcon::Warning);
+    return false;
+  }
+  BusyScope busy(ui_, "Removing variables...");
+  if (!velda::removeVariables(*matrix_, values.variableIndexes, console_)) return showFailure();
+  setModified();
+  ui_.refreshDisplay(Display::Variables);
+  finishCommand();
+  return true;
+}
+
+bool Document::createTaxonomy() {
+  if (!matrix_) return false;
+  TaxonomyValues values;
+  if (!ui_.askTaxonomy(values) || refused(checkTaxonomyValues(values))) return false;
+  const auto index = static_cast<size_t>(values.variableIndex);
+  if (index >= matrix_->variableCount() || !matrix_->variable(index).isCategorical()) {
+    ui_.showMessage("No variable selected", MessageIcon::Warning);
+    return false;
+  }
+  if (!needConnection()) return false;
+  int covering;
+  {
+    BusyScope busy(ui_, "Taxonomizing variable...");
+    QueryStatement statement;
+    if (!statement.execute(*connection_, queryOf(values.tableName, values.query))) {
+      setError("%s", statement.errorText().c_str());
+      return showFailure();
+    }
+    covering = applyTaxonomy(*matrix_, statement, values.variableIndex);
+  }
+  if (!covering) return showFailure();
+  printTaxonomyCoverage(console_, matrix_->variable(index), covering);
+  setModified();
+  ui_.refreshDisplay(Display::Variables);
+  finishCommand();
+  return true;
 }
 
 bool Document::removeTaxonomies() {

@@ -8,16 +8,11 @@ bool Document::unavailable(const char* command) {
   return false;
 }
 
-bool Document::newFromDatabase() { return unavailable("New"); }
 bool Document::newByJoin() { return unavailable("New by join"); }
 bool Document::exportMatrix() { return unavailable("Export"); }
 bool Document::exportAndView() { return unavailable("Export"); }
 bool Document::exportHordes() { return unavailable("Export Hordes"); }
 bool Document::exportHordesAndView() { return unavailable("Export Hordes"); }
-bool Document::addSingleValuedVariables() { return unavailable("Add single-valued variables"); }
-bool Document::addSetValuedVariable() { return unavailable("Add one set-valued variable"); }
-bool Document::removeVariables() { return unavailable("Remove variables"); }
-bool Document::createTaxonomy() { return unavailable("Create a taxonomy"); }
 bool Document::reduceAssertions() { return unavailable("Reduce assertions"); }
 bool Document::divideAssertions() { return unavailable("Divide assertions"); }
 bool Document::reduceHordes() { return unavailable("Reduce Hordes"); }

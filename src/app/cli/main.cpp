@@ -7,7 +7,6 @@
 
 #include "app/cli/CliCommands.h"
 #include "app/cli/CliUserInterface.h"
-#include "common/MessageBox.h"
 #include "common/Random15.h"
 #include "document/Document.h"
 
@@ -70,15 +69,6 @@ std::string parseCommand(const std::vector<std::string>& words, ParsedChain& cha
   return {};
 }
 
-class StandardErrorMessages final : public MessageBoxTarget {
- public:
-  explicit StandardErrorMessages(CliUserInterface& ui) : ui_(ui) {}
-  void showMessage(const std::string& text, MessageIcon icon) override { ui_.showMessage(text, icon); }
-
- private:
-  CliUserInterface& ui_;
-};
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -113,8 +103,6 @@ int main(int argc, char** argv) {
   }
 
   CliUserInterface ui;
-  StandardErrorMessages messages(ui);
-  setMessageBoxTarget(&messages);
   Document document(ui);
   ui.attach(document);
   document.console().setListener([&document](ConsoleLog::Change change) {
@@ -135,6 +123,5 @@ int main(int argc, char** argv) {
     break;
   }
   std::fflush(stdout);
-  setMessageBoxTarget(nullptr);
   return status;
 }

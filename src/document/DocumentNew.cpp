@@ -1,0 +1,66 @@
+// The commands that make new data: New (extraction) and New by join.
+#include "common/LastError.h"
+#include "db/Connection.h"
+#include "db/Extraction.h"
+#include "document/BusyScope.h"
+#include "document/DialogChecks.h"
+#include "document/Document.h"
+#include "document/DocumentMetadata.h"
+#include "document/ExtractionEnding.h"
+#include "model/SymbolicMatrix.h"
+
+namespace velda {
+
+bool Document::refused(const std::optional<Refusal>& refusal) {
+  if (!refusal) return false;
+  ui_.showMessage(refusal->text, refusal->icon);
+  return true;
+}
+
+bool Document::newFromDatabase() {
+  NewValues values;
+  if (!ui_.askNew(values) || refused(checkNewValues(values))) return false;
+  if (!connection_) {
+    ui_.showMessage("No data source: connect to a database first", MessageIcon::Warning);
+    return false;
+  }
+  const std::string sql = queryOf(values.tableName, values.query);
+  ExtractionOptions options;
+  options.lastColumnIsWeight = values.lastColumnIsWeight;
+  options.sampleSize = values.sampling ? values.sampleSize : 0;
+  ExtractionResult result;
+  bool cancelled = false;
+  ui_.runWithProgress(
+      "Extraction of individuals",
+      [&] {
+        result = extractIndividuals(*connection_, sql, options);
+        return result.matrix ? 1 : 0;
+      },
+      cancelled);
+
+  // The current data goes only once there is something to take its place.
+  if (result.matrix && result.matrix->individualCount() > 0 && !closeData()) return false;
+  const std::string source = dataSourceName(*connection_);
+  ExtractionEndingHooks hooks;
+  hooks.install = [this](std::unique_ptr<SymbolicMatrix> matrix) {
+    matrix_ = std::move(matrix);
+    assertionsOutOfDate_ = false;
+    fileRecord_ = FileRecord();
+    setModified();
+    return true;
+  };
+  hooks.resetDescriptiveFields = [&] {
+    resetMetadata();
+    metadata_->setOrigin(sql, source);
+  };
+  const int installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
+  if (installed) {
+    matrix_->indexAssertions();
+    refreshDisplays();
+    updateTitle();
+  }
+  finishCommand();
+  return installed != 0;
+}
+
+}  // namespace velda
