@@ -45,6 +45,16 @@ bool isAffected(const Individual& individual, const DependenceRule& rule) {
   return rule.applicable.find(mother.modality->index) == nullptr;
 }
 
+// Whether every rule of the group names cell-holding variables, the mother a
+// categorical one: what previewing and applying read.
+bool fitsCells(const SymbolicMatrix& matrix, const RuleGroup& group) {
+  for (const auto& rule : group) {
+    if (!canBeMother(matrix, rule->mother) || rule->mother != group.front()->mother) return false;
+    if (!isVariable(matrix, rule->daughter) || static_cast<size_t>(rule->daughter) >= matrix.cellCount) return false;
+  }
+  return true;
+}
+
 int chooseMother(const SymbolicMatrix& matrix, int32_t motherIndex) {
   if (motherIndex < 0) {
     setError("No mother variable selected");
@@ -139,7 +149,8 @@ bool canBeMother(const SymbolicMatrix& matrix, int32_t variableIndex) {
 bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t variableIndex) {
   if (!canBeMother(matrix, motherIndex) || variableIndex == motherIndex) return false;
   if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount) return false;
-  if (matrix.isDaughter[static_cast<size_t>(variableIndex)]) return false;
+  const auto daughter = static_cast<size_t>(variableIndex);
+  if (daughter < matrix.isDaughter.size() && matrix.isDaughter[daughter]) return false;
   // The walk is bounded so that damaged links cannot keep it going.
   int32_t ancestor = matrix.variable(static_cast<size_t>(motherIndex)).motherIndex;
   for (size_t steps = 0; isVariable(matrix, ancestor) && steps < matrix.variableCount(); ++steps) {
@@ -176,7 +187,7 @@ int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<c
 }
 
 int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
-  if (group.empty()) return 1;
+  if (group.empty() || !fitsCells(matrix, group)) return 1;
   const DependenceRule& first = *group.front();
   long counted = 0;
   for (const Individual& individual : matrix.individuals) {
@@ -197,8 +208,13 @@ int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGro
 
 int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
   if (group.empty()) return 1;
+  if (!fitsCells(matrix, group)) {
+    setError("Invalid dependence rule");
+    return 0;
+  }
   try {
     matrix.rules.reserve(matrix.rules.size() + group.size());
+    if (matrix.isDaughter.size() < matrix.variableCount()) matrix.isDaughter.resize(matrix.variableCount(), 0);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
     return 0;

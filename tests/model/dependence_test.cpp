@@ -167,6 +167,17 @@ TEST(Dependence, ChoicesAreChecked) {
   EXPECT_FALSE(canBeDaughter(*m.matrix, 2, 0));
   EXPECT_TRUE(canBeDaughter(*m.matrix, 2, 1));
   EXPECT_EQ(m.matrix->motherCandidateCount(), 2u);
+
+  // A group made by hand that names the added variable is refused whole.
+  RuleGroup handMade;
+  handMade.push_back(std::make_unique<DependenceRule>(0, 3, 1));
+  handMade.front()->applicable.insert(0);
+  ConsoleLog console;
+  EXPECT_EQ(previewRule(*m.matrix, console, handMade), 1);
+  EXPECT_EQ(applyRule(*m.matrix, std::move(handMade)), 0);
+  EXPECT_EQ(lastError(), "Invalid dependence rule");
+  EXPECT_EQ(m.matrix->rules.size(), 1u);
+  EXPECT_EQ(m.matrix->variable(3).motherIndex, -1);
 }
 
 // n individuals whose mother is NULL and whose daughter holds a value, plus
