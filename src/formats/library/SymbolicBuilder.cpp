@@ -115,10 +115,13 @@ void SymbolicBuilder::assignKey(const std::string& key, const KeyInput& given) {
     return;
   }
   KeyValue& slot = block.value(index);
+  slot = KeyValue{};
   slot.set = true;
-  slot.text = value.text;
-  slot.integer = value.integer;
-  slot.real = value.real;
+  switch (type) {
+    case KeyType::Text: slot.text = value.text; break;
+    case KeyType::Integer: slot.integer = value.integer; break;
+    case KeyType::Real: slot.real = value.real; break;
+  }
 }
 
 void SymbolicBuilder::addIndividual(long long number, std::string code, std::string label) {
