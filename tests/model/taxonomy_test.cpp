@@ -85,14 +85,13 @@ TEST(TaxonomyBuilder, RefusedRowsLeaveNoHierarchy) {
     std::initializer_list<Row> rows;
     const char* message;
   };
+  // The one-line refusals are checked on real queries with the database
+  // tests; these are the ones that need longer or odder row sets.
   const Case cases[] = {
-      {{{"a", "a"}}, "Error at line 1: definition of parent of 'a' is itself"},
-      {{{"a", "b"}, {"a", "c"}}, "Error at line 2: definition of parent of 'a' differs from its previous definition"},
-      {{{"a", "b"}, {"b", "a"}}, "Error at line 2: query generates a cycle\n'b' is on the path of 'a'"},
       {{{"a", "X"}, {"X", "Y"}, {"Y", "a"}}, "Error at line 3: query generates a cycle\n'Y' is on the path of 'a'"},
-      {{{"a", "X"}, {"b", NUL}}, "Error at line 2: column 1 is null"},
+      {{{"a", "X", "Y"}, {"b", "X", "Z"}}, "Error at line 2: definition of parent of 'X' differs from its previous definition"},
+      {{{"a", "X", "Y"}, {"b", "Y", "X"}}, "Error at line 2: query generates a cycle\n'Y' is on the path of 'X'"},
       {{{NUL, "X"}}, "Error at line 1: column 0 is null"},
-      {{{"a"}, {"b"}}, "No modalities of initial domain are covered by the query"},
       {{{"X", "Y"}}, "No modalities of initial domain are covered by the query"},
       {{}, "No modalities of initial domain are covered by the query"},
   };
