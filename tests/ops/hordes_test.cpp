@@ -1,0 +1,63 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+
+#include "common/ConsoleLog.h"
+#include "model/QuantitativeValue.h"
+#include "ops/Division.h"
+#include "ops/Hordes.h"
+#include "support/HandMatrix.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+TEST(Hordes, NothingToReduceWithoutADivision) {
+  test::HandMatrix data;
+  data.quantitative("x");
+  data.holdCells();
+  ConsoleLog console;
+  EXPECT_EQ(ReduceHordes(*data.matrix, 80, console), 0);
+}
+
+// x = 1, 3, 10, 14 in one assertion: K = 2 cuts at 6.5 into [1,3] and
+// [10,14]. The hordes' matrices use q = 4 individuals: entries 2^(1/4),
+// 0 (no overlap) and 4^(1/4).
+TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
+  test::TempDir folder;
+  char* previous = getcwd(nullptr, 0);
+  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+
+  test::HandMatrix data;
+  data.quantitative("x");
+  data.holdCells();
+  Individual& a = data.person("a", {"1"});
+  Individual& b = data.person("b", {"3"});
+  Individual& c = data.person("c", {"10"});
+  Individual& d = data.person("d", {"14"});
+  data.group("G", {&a, &b, &c, &d});
+  ASSERT_EQ(Divide(*data.matrix, 2), 1);
+  data.matrix->reductionThreshold = 80;
+
+  ConsoleLog console;
+  ASSERT_EQ(ReduceHordes(*data.matrix, 100, console), 1);
+  const Horde& horde = data.matrix->hordes[0];
+  ASSERT_EQ(horde.volumesBefore.entries.size(), 3u);
+  ASSERT_EQ(horde.volumesAfter.entries.size(), 3u);
+  EXPECT_DOUBLE_EQ(horde.volumesBefore.at(0, 0), std::pow(2.0, 0.25));
+  EXPECT_EQ(horde.volumesBefore.at(1, 0), 0.0);
+  EXPECT_DOUBLE_EQ(horde.volumesBefore.at(1, 1), std::sqrt(2.0));
+  EXPECT_EQ(horde.volumesAfter.entries, horde.volumesBefore.entries) << "threshold 100 keeps everyone";
+  ASSERT_EQ(horde.reducedClasses.size(), 2u);
+  EXPECT_EQ(horde.reducedClasses[1]->id, "G3");
+  EXPECT_EQ(static_cast<const QuantitativeValue&>(horde.reducedClasses[1]->value(0)).max, 14.0);
+  EXPECT_EQ(data.matrix->reductionThreshold, 0) << "the horde reduction never stores its threshold";
+  EXPECT_TRUE(data.matrix->reducedAssertions.empty());
+
+  ASSERT_EQ(chdir(previous), 0);
+  free(previous);
+}
+
+}  // namespace
+}  // namespace velda
