@@ -5,10 +5,9 @@
 
 namespace velda::symlib {
 
-ParseContext::ParseContext(std::string& content, SymbolicFile& model, MetaData& metadata)
-    : scan(content.data(), content.size() - 2), builder(model, diagnostics), metadata(metadata) {
+ParseContext::ParseContext(const std::string& content, SymbolicFile& model, MetaData& metadata)
+    : scan(content.data(), content.size()), builder(model, diagnostics), metadata(metadata) {
   symliblex_init_extra(this, &scanner);
-  symlib_scan_buffer(content.data(), content.size(), scanner);
 }
 
 ParseContext::~ParseContext() { symliblex_destroy(scanner); }

@@ -13,8 +13,8 @@ namespace velda::symlib {
 // model being built. Nothing of a parse outlives it.
 class ParseContext {
  public:
-  // The content must end with two NUL bytes that are not part of the input.
-  ParseContext(std::string& content, SymbolicFile& model, MetaData& metadata);
+  // The content must outlive the context.
+  ParseContext(const std::string& content, SymbolicFile& model, MetaData& metadata);
   ~ParseContext();
   ParseContext(const ParseContext&) = delete;
   ParseContext& operator=(const ParseContext&) = delete;

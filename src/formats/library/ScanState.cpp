@@ -1,11 +1,19 @@
 #include "formats/library/ScanState.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
 #include "formats/library/LibraryLog.h"
 
 namespace velda::symlib {
+
+size_t ScanState::read(char* buffer, size_t capacity) {
+  const size_t count = std::min(capacity, size - readPosition);
+  std::memcpy(buffer, begin + readPosition, count);
+  readPosition += count;
+  return count;
+}
 
 void ScanState::checkLineLength() const {
   const char* start = begin + lineStart;

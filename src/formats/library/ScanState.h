@@ -20,6 +20,8 @@ struct ScanState {
 
   ScanState(const char* begin, size_t size) : begin(begin), size(size) {}
 
+  // Copies the next piece of input into the scanner's buffer.
+  size_t read(char* buffer, size_t capacity);
   // Refuses the current line when it is too long (ends the process).
   void checkLineLength() const;
   // Called for every token matched: records it and follows the lines.
@@ -34,6 +36,7 @@ struct ScanState {
   long line = 1;
   size_t lineStart = 0;
   size_t offset = 0;
+  size_t readPosition = 0;
 
   size_t tokenStart = 0;
   size_t tokenLength = 0;
@@ -52,6 +55,8 @@ struct ScanState {
   int pendingClose = 0;
   // Start condition to go back to after a comment or processing instruction.
   int resumeCondition = 0;
+  // Old-style spellings already warned about in this parse.
+  std::vector<const char*> warnedOldStyle;
 };
 
 }  // namespace velda::symlib

@@ -1,5 +1,6 @@
 #include "formats/library/ScannerActions.h"
 
+#include <algorithm>
 #include <cfloat>
 #include <charconv>
 #include <climits>
@@ -21,6 +22,14 @@ void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), std
 
 // Sign and digits may be preceded by '+', which from_chars refuses.
 const char* skipPlus(const char* text, const char* end) { return text != end && *text == '+' ? text + 1 : text; }
+
+// Each old-style spelling is reported once per parse.
+void warnOnce(ParseContext& ctx, const char* warning) {
+  std::vector<const char*>& warned = ctx.scan.warnedOldStyle;
+  if (std::find(warned.begin(), warned.end(), warning) != warned.end()) return;
+  warned.push_back(warning);
+  ctx.diagnostics.warning(warning);
+}
 
 }  // namespace
 
@@ -66,7 +75,7 @@ int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value, c
     value->emplace<std::string>(word);
     return SymbolicGrammar::token::IDENT;
   }
-  if (keyword->warning) ctx.diagnostics.warning(keyword->warning);
+  if (keyword->warning) warnOnce(ctx, keyword->warning);
   if (keyword->carriesText) value->emplace<std::string>(word);
   return keyword->token;
 }

@@ -10,14 +10,10 @@ namespace velda::symlib {
 
 namespace {
 
-// The whole input, followed by the two NUL bytes the scanner's buffer ends
-// with.
 std::string readAll(std::istream& input) {
   std::ostringstream text;
   text << input.rdbuf();
-  std::string content = std::move(text).str();
-  content.append(2, '\0');
-  return content;
+  return std::move(text).str();
 }
 
 void announce(Diagnostics& diagnostics, const std::string& name) {
@@ -54,7 +50,7 @@ void stopOnSemanticErrors(Diagnostics& diagnostics) {
 void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFile& model) {
   try {
     model.clear();
-    std::string content = readAll(input);
+    const std::string content = readAll(input);
     MetaData unused;
     ParseContext ctx(content, model, unused);
     announce(ctx.diagnostics, name);
@@ -77,7 +73,7 @@ void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFil
 void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
   try {
     metadata.reset();
-    std::string content = readAll(input);
+    const std::string content = readAll(input);
     SymbolicFile unused;
     ParseContext ctx(content, unused, metadata);
     Diagnostics& diagnostics = ctx.diagnostics;
