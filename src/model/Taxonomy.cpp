@@ -6,6 +6,7 @@
 #include "common/LastError.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
+#include "model/MatrixRows.h"
 #include "model/SymbolicMatrix.h"
 #include "model/VariableSelection.h"
 
@@ -48,8 +49,10 @@ void computeSubtreeWeights(CategoricalValue& value) {
 
 void computeSubtreeWeights(SymbolicMatrix& matrix, size_t variableIndex) {
   if (!categoricalAt(matrix, variableIndex)) return;
-  for (Assertion& assertion : matrix.assertions)
-    computeSubtreeWeights(static_cast<CategoricalValue&>(assertion.value(variableIndex)));
+  forEachValueRow(matrix, [variableIndex](Assertion& row) {
+    if (variableIndex >= row.values.size()) return;
+    computeSubtreeWeights(static_cast<CategoricalValue&>(row.value(variableIndex)));
+  });
 }
 
 void countTaxonomies(SymbolicMatrix& matrix) {

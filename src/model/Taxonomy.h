@@ -23,7 +23,8 @@ class SymbolicVariable;
 // accumulators are set to 0.
 void computeSubtreeWeights(CategoricalValue& value);
 
-// The same for every assertion's value of one categorical variable.
+// The same for every value of one categorical variable: in the assertions,
+// the reduced assertions and the hordes' classes and reduced classes.
 void computeSubtreeWeights(SymbolicMatrix& matrix, size_t variableIndex);
 
 // Sets the two taxonomy counters of the matrix: the variables with a

@@ -4,6 +4,7 @@
 
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
+#include "model/MatrixRows.h"
 #include "model/SymbolicMatrix.h"
 #include "model/Taxonomy.h"
 #include "model/VariableSelection.h"
@@ -112,7 +113,7 @@ int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableInd
     for (Individual& individual : matrix.individuals) individual.cells = std::move(cells[next++]);
     matrix.cellCount -= removedCells;
   }
-  for (Assertion& assertion : matrix.assertions) eraseChosen(assertion.values, chosen);
+  forEachValueRow(matrix, [&chosen](Assertion& row) { eraseChosen(row.values, chosen); });
   eraseChosen(matrix.variables, chosen);
   eraseChosen(matrix.isDaughter, chosen);
   for (auto& variable : matrix.variables) {

@@ -23,7 +23,8 @@ int removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offer
 
 // The command's work: prints "%d variables removed:" and "   %s" per
 // variable (in variable order), then removes the variables, their values in
-// every assertion and, for cell-holding variables, their cells in every
+// every row (assertions, reduced assertions, hordes' classes and reduced
+// classes) and, for cell-holding variables, their cells in every
 // individual (the cell-holding count goes down with them). Indexes held by
 // variables and rules are moved down over the removed ones; the kind and
 // taxonomy counters are recounted. Returns 0 and changes nothing when the

@@ -148,6 +148,10 @@ struct WeightedMatrix : test::HandMatrix {
     all = &group("all", {p1, p2, p3, p4});
     onlyA = &group("onlyA", {p1});
     bAndC = &group("bAndC", {p2, p3});
+    matrix->reducedAssertions.push_back(row("reduced", {p1, p2}));
+    matrix->hordes.emplace_back();
+    matrix->hordes.back().classes.push_back(row("class", {p1, p4}));
+    matrix->hordes.back().reducedClasses.push_back(row("reducedClass", {p2, p3}));
   }
   int buildKind() {
     auto& kind = static_cast<CategoricalVariable&>(matrix->variable(0));
@@ -169,6 +173,11 @@ TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) 
   EXPECT_EQ(m.written(*m.all, 0), "(1(0),2(5),3(1),4(4))");
   EXPECT_EQ(m.written(*m.onlyA, 0), "(1(2))");
   EXPECT_EQ(m.written(*m.bAndC, 0), "(2(3),3(1))");
+  // The other rows of the matrix follow the same rule.
+  Horde& horde = m.matrix->hordes.front();
+  EXPECT_EQ(m.written(*m.matrix->reducedAssertions.front(), 0), "(1(0),2(5))");
+  EXPECT_EQ(m.written(*horde.classes.front(), 0), "(1(2),4(4))");
+  EXPECT_EQ(m.written(*horde.reducedClasses.front(), 0), "(2(3),3(1))");
 
   ConsoleLog console;
   const int32_t chosen[] = {0};
@@ -179,6 +188,7 @@ TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) 
   EXPECT_EQ(m.matrix->taxonomyCount, 0);
   EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
   EXPECT_EQ(m.written(*m.all, 0), "(1(2),2(3),3(1),4(4))");
+  EXPECT_EQ(m.written(*m.matrix->reducedAssertions.front(), 0), "(1(2),2(3))");
   for (const ValueEntry& entry : static_cast<CategoricalValue&>(m.all->value(0)).entries)
     EXPECT_EQ(entry.subtreeWeight, 0.0);
 

@@ -48,6 +48,10 @@ struct RuledMatrix : test::HandMatrix {
     i1 = &person("i1", {"worker", "100", "acme", "paris"});
     i2 = &person("i2", {"student", "20", "uni", "rome"});
     g = &group("g", {i1, i2});
+    matrix->reducedAssertions.push_back(row("reduced", {i1}));
+    matrix->hordes.emplace_back();
+    matrix->hordes.back().classes.push_back(row("class", {i2}));
+    matrix->hordes.back().reducedClasses.push_back(row("reducedClass", {i2}));
     RuleGroup rules;
     const int32_t applicable[] = {0};
     const int32_t daughters[] = {3, 2};
@@ -84,9 +88,14 @@ TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   EXPECT_EQ(m.i2->cells[1].flags, CELL_MODALITY | CELL_NA);
   EXPECT_EQ(m.i2->cells[1].modality->name, "uni");
   EXPECT_EQ(m.i2->cells[2].modality->name, "rome");
-  // Every assertion lost the same columns.
-  ASSERT_EQ(m.g->values.size(), 5u);
-  for (size_t v = 0; v < 5; ++v) EXPECT_EQ(&m.g->value(v).variable(), &m.matrix->variable(v));
+  // Every row lost the same columns.
+  const Horde& horde = m.matrix->hordes.front();
+  for (const Assertion* row : {m.g, m.matrix->reducedAssertions.front().get(), horde.classes.front().get(),
+                               horde.reducedClasses.front().get()}) {
+    ASSERT_EQ(row->values.size(), 5u) << row->id;
+    for (size_t v = 0; v < 5; ++v) EXPECT_EQ(&row->value(v).variable(), &m.matrix->variable(v)) << row->id;
+  }
+  EXPECT_EQ(m.written(*horde.classes.front(), 2), "(2(1))");
   EXPECT_EQ(m.written(*m.g, 1), "(1(1))");
 
   // Rules, mothers and daughters name the moved variables.

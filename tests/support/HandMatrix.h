@@ -50,6 +50,16 @@ struct HandMatrix {
     return assertion;
   }
 
+  // A row outside the assertion table (a reduced assertion, a horde's class)
+  // with an empty value per variable and the given members' cells added.
+  std::unique_ptr<Assertion> row(const char* id, std::initializer_list<Individual*> members) {
+    auto made = std::make_unique<Assertion>(id, 0);
+    for (const auto& variable : matrix->variables) made->values.push_back(variable->newSymbolicValue());
+    for (Individual* member : members)
+      for (size_t v = 0; v < matrix->cellCount; ++v) made->value(v).addCell(member->cells[v], member->weight);
+    return made;
+  }
+
   // The value as the symbolic text file writes it.
   static std::string written(const Assertion& assertion, size_t variable) {
     std::ostringstream out;
