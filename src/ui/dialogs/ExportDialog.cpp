@@ -65,15 +65,14 @@ ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialo
 void ExportDialog::onFileChosen(const QString& path) { title_->setText(QFileInfo(path).completeBaseName()); }
 
 void ExportDialog::accept() {
-  if (file_->text().isEmpty()) {
-    showMessageBox(this, QStringLiteral("You must set a file name"), MessageIcon::Warning);
-    return;
-  }
-  values_.file = fromQt(file_->text());
-  values_.title = fromQt(title_->text());
-  values_.subtitle = subtitle_->text().isEmpty() ? values_.title : fromQt(subtitle_->text());
-  values_.exportReducedAssertions = reducedAssertions_->isChecked();
-  values_.exportReducedHordes = reducedHordes_->isChecked();
+  ExportValues chosen = values_;
+  chosen.file = fromQt(file_->text());
+  if (showRefusal(this, checkExportValues(chosen))) return;
+  chosen.title = fromQt(title_->text());
+  chosen.subtitle = subtitle_->text().isEmpty() ? chosen.title : fromQt(subtitle_->text());
+  chosen.exportReducedAssertions = reducedAssertions_->isChecked();
+  chosen.exportReducedHordes = reducedHordes_->isChecked();
+  values_ = chosen;
   QDialog::accept();
 }
 

@@ -43,12 +43,11 @@ JoinDialog::JoinDialog(const JoinValues& values, QWidget* parent) : QDialog(pare
 }
 
 void JoinDialog::accept() {
-  if (first_->text().isEmpty() || second_->text().isEmpty()) {
-    showMessageBox(this, QStringLiteral("You must select file name"), MessageIcon::Warning);
-    return;
-  }
-  values_.firstFile = fromQt(first_->text());
-  values_.secondFile = fromQt(second_->text());
+  JoinValues chosen = values_;
+  chosen.firstFile = fromQt(first_->text());
+  chosen.secondFile = fromQt(second_->text());
+  if (showRefusal(this, checkJoinValues(chosen))) return;
+  values_ = chosen;
   QDialog::accept();
 }
 

@@ -9,9 +9,9 @@
 
 namespace velda::ui {
 
-NumberParameterDialog::NumberParameterDialog(const QString& title, const QString& label, int value, int minimum,
-                                             int maximum, QWidget* parent)
-    : QDialog(parent), value_(value), minimum_(minimum), maximum_(maximum) {
+NumberParameterDialog::NumberParameterDialog(const QString& title, const QString& label, int32_t value, Check check,
+                                             QWidget* parent)
+    : QDialog(parent), value_(value), check_(std::move(check)) {
   setWindowTitle(title);
   field_ = new QLineEdit(QString::number(value), this);
   auto* form = new QFormLayout;
@@ -25,11 +25,9 @@ NumberParameterDialog::NumberParameterDialog(const QString& title, const QString
 }
 
 void NumberParameterDialog::accept() {
-  bool isNumber = false;
-  const int typed = field_->text().trimmed().toInt(&isNumber);
-  if (!isNumber || typed < minimum_ || typed > maximum_) {
-    showMessageBox(this, QStringLiteral("Please enter an integer between %1 and %2.").arg(minimum_).arg(maximum_),
-                   MessageIcon::Information);
+  // Text that is not a number reads as 0, which every range refuses.
+  const int32_t typed = field_->text().trimmed().toInt();
+  if (showRefusal(this, check_(typed))) {
     field_->setFocus();
     field_->selectAll();
     return;

@@ -1,5 +1,7 @@
 #include "ui/widgets/MessageBoxes.h"
 
+#include "ui/widgets/Latin1.h"
+
 namespace velda::ui {
 
 namespace {
@@ -22,9 +24,15 @@ QMessageBox::Icon qtIcon(MessageIcon icon) {
   return QMessageBox::NoIcon;
 }
 
-void showMessageBox(QWidget* parent, const QString& text, MessageIcon icon) {
-  QMessageBox box(qtIcon(icon), kCaption, text, QMessageBox::Ok, parent);
+void showMessageBox(QWidget* parent, const QString& text, MessageIcon icon, const QString& caption) {
+  QMessageBox box(qtIcon(icon), caption.isEmpty() ? kCaption : caption, text, QMessageBox::Ok, parent);
   box.exec();
+}
+
+bool showRefusal(QWidget* parent, const std::optional<Refusal>& refusal) {
+  if (!refusal) return false;
+  showMessageBox(parent, toQt(refusal->text), refusal->icon);
+  return true;
 }
 
 QMessageBox::StandardButton askQuestion(QWidget* parent, const QString& text, QMessageBox::StandardButtons buttons,

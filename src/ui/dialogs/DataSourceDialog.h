@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDialog>
+#include <string>
+
+class QLineEdit;
+class QListWidget;
+class QPushButton;
+
+namespace velda::ui {
+
+// The data-source chooser behind "&Modify...": an editor of the ODBC
+// connection string that lists the installed drivers and configured data
+// sources and offers the SQLite sample database.
+class DataSourceDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  explicit DataSourceDialog(const std::string& connectionString, QWidget* parent = nullptr);
+
+  std::string connectionString() const;
+  QLineEdit* connectionEdit() const { return edit_; }
+  QListWidget* driverList() const { return drivers_; }
+  QListWidget* dataSourceList() const { return sources_; }
+  QPushButton* sampleButton() const { return sample_; }
+
+  void accept() override;
+
+ private:
+  QLineEdit* edit_;
+  QListWidget* drivers_;
+  QListWidget* sources_;
+  QPushButton* sample_;
+};
+
+}  // namespace velda::ui

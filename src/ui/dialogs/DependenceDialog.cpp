@@ -1,0 +1,107 @@
+#include "ui/dialogs/DependenceDialog.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QVBoxLayout>
+
+#include "model/CategoricalVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "ui/widgets/Latin1.h"
+#include "ui/widgets/MessageBoxes.h"
+
+namespace velda::ui {
+
+namespace {
+
+std::vector<int32_t> chosenData(const QListWidget* list) {
+  std::vector<int32_t> chosen;
+  for (int row = 0; row < list->count(); ++row) {
+    if (list->item(row)->isSelected()) chosen.push_back(list->item(row)->data(Qt::UserRole).toInt());
+  }
+  return chosen;
+}
+
+void addItem(QListWidget* list, const std::string& text, int32_t data) {
+  auto* item = new QListWidgetItem(toQt(text), list);
+  item->setData(Qt::UserRole, data);
+}
+
+bool isDaughter(const SymbolicMatrix& matrix, size_t i) {
+  return i < matrix.isDaughter.size() && matrix.isDaughter[i];
+}
+
+}  // namespace
+
+DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const DependenceValues& values, QWidget* parent)
+    : QDialog(parent), matrix_(matrix), values_(values) {
+  setWindowTitle(QStringLiteral("Add a dependence"));
+  mothers_ = new QListWidget(this);
+  modalities_ = new QListWidget(this);
+  daughters_ = new QListWidget(this);
+  modalities_->setSelectionMode(QAbstractItemView::MultiSelection);
+  daughters_->setSelectionMode(QAbstractItemView::MultiSelection);
+
+  // Mothers are the categorical variables whose cells the individuals hold.
+  for (size_t i = 0; i < matrix.cellCount && i < matrix.variableCount(); ++i) {
+    if (matrix.variable(i).isCategorical()) addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
+  }
+  connect(mothers_, &QListWidget::itemSelectionChanged, this, &DependenceDialog::onMotherChosen);
+
+  auto* grid = new QGridLayout;
+  grid->addWidget(new QLabel(QStringLiteral("Select mother variable"), this), 0, 0);
+  grid->addWidget(new QLabel(QStringLiteral("Select applicable set"), this), 0, 1);
+  grid->addWidget(new QLabel(QStringLiteral("Select daughter variables"), this), 0, 2);
+  grid->addWidget(mothers_, 1, 0);
+  grid->addWidget(modalities_, 1, 1);
+  grid->addWidget(daughters_, 1, 2);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(grid);
+  layout->addWidget(buttons);
+}
+
+// The applicable set lists the chosen mother's modalities; the daughters
+// are the other cell variables that no rule governs yet.
+void DependenceDialog::onMotherChosen() {
+  modalities_->clear();
+  daughters_->clear();
+  const std::vector<int32_t> mother = chosenData(mothers_);
+  if (mother.empty()) return;
+  const auto* variable = dynamic_cast<const CategoricalVariable*>(&matrix_.variable(mother.front()));
+  if (!variable) return;
+  for (size_t m = 0; m < variable->modalityCount(); ++m) {
+    if (const Modality* modality = variable->byIndex(static_cast<int32_t>(m))) addItem(modalities_, modality->name, modality->index);
+  }
+  for (size_t i = 0; i < matrix_.cellCount && i < matrix_.variableCount(); ++i) {
+    if (static_cast<int32_t>(i) == mother.front() || isDaughter(matrix_, i)) continue;
+    addItem(daughters_, matrix_.variable(i).name, static_cast<int32_t>(i));
+  }
+}
+
+void DependenceDialog::accept() {
+  const std::vector<int32_t> mother = chosenData(mothers_);
+  if (mother.empty()) {
+    showMessageBox(this, QStringLiteral("No mother variable selected"), MessageIcon::Warning);
+    return;
+  }
+  const std::vector<int32_t> modalities = chosenData(modalities_);
+  if (modalities.empty()) {
+    showMessageBox(this, QStringLiteral("No modalities selected"), MessageIcon::Warning);
+    return;
+  }
+  const std::vector<int32_t> daughters = chosenData(daughters_);
+  if (daughters.empty()) {
+    showMessageBox(this, QStringLiteral("No daughter variables selected"), MessageIcon::Warning);
+    return;
+  }
+  values_.motherIndex = mother.front();
+  values_.applicableModalities = modalities;
+  values_.daughterIndexes = daughters;
+  QDialog::accept();
+}
+
+}  // namespace velda::ui
