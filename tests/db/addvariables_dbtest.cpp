@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "common/ConsoleLog.h"
+#include "common/LastError.h"
+#include "db/AddVariables.h"
+#include "db/Connection.h"
+#include "db/Extraction.h"
+#include "model/CategoricalVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "support/OpenConnection.h"
+#include "support/SqliteDatabase.h"
+
+namespace velda {
+namespace {
+
+using test::openConnection;
+using test::SqliteDatabase;
+
+// Groups g1 (2 individuals), g2 and g3 (1 each) described by x. After
+// finishing, the assertion table (3 buckets) lists g3, g1, g2.
+const char* kPeople =
+    "create table people(id varchar(5), grp varchar(5), x real);"
+    "insert into people values('a','g1',1);"
+    "insert into people values('b','g1',2);"
+    "insert into people values('c','g2',3);"
+    "insert into people values('d','g3',4);"
+    "create table facts(n integer, grp varchar(5), region varchar(10), area real, pop integer, w real);";
+
+std::string valueText(const SymbolicValue& value) {
+  std::ostringstream out;
+  value.writeValue(out);
+  return out.str();
+}
+
+// Everything a failed command must leave as it was.
+std::string snapshot(const SymbolicMatrix& m) {
+  std::ostringstream out;
+  for (const auto& v : m.variables) out << v->name << ' ';
+  out << '|' << m.categoricalCount() << '|' << m.isDaughter.size() << '|' << m.cellCount << '\n';
+  for (const Assertion& a : m.assertions) {
+    out << a.id << ':';
+    for (const auto& value : a.values) out << ' ' << valueText(*value);
+    out << '\n';
+  }
+  return out.str();
+}
+
+std::string valueOf(SymbolicMatrix& m, const char* assertion, size_t variable) {
+  return valueText(m.findAssertion(assertion)->value(variable));
+}
+
+class AddVariablesSqlite : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    connection = openConnection(db.connectionString());
+    ASSERT_TRUE(connection);
+    ExtractionResult result = extractIndividuals(*connection, "select id, grp, x from people", {});
+    ASSERT_TRUE(result.matrix) << lastError();
+    matrix = std::move(result.matrix);
+  }
+
+  void facts(const std::string& rows) { ASSERT_TRUE(db.run("delete from facts;" + rows)); }
+
+  // Runs a form that must fail; the matrix and the console must not change.
+  std::string failure(int (*form)(SymbolicMatrix&, const Connection&, const std::string&, ConsoleLog&),
+                      const std::string& sql) {
+    const std::string before = snapshot(*matrix);
+    ConsoleLog console;
+    clearError();
+    EXPECT_EQ(form(*matrix, *connection, sql, console), 0) << sql;
+    EXPECT_EQ(snapshot(*matrix), before) << sql;
+    EXPECT_EQ(console.count(), 0u) << sql;
+    return lastError();
+  }
+
+  std::vector<std::string> success(int (*form)(SymbolicMatrix&, const Connection&, const std::string&, ConsoleLog&),
+                                   const std::string& sql) {
+    ConsoleLog console;
+    EXPECT_EQ(form(*matrix, *connection, sql, console), 1) << lastError();
+    return std::vector<std::string>(console.lines().begin(), console.lines().end());
+  }
+
+  SqliteDatabase db{kPeople};
+  std::unique_ptr<Connection> connection;
+  std::unique_ptr<SymbolicMatrix> matrix;
+};
+
+TEST_F(AddVariablesSqlite, UniqueFormChecksItsQuery) {
+  facts("insert into facts values(1,'g1','north',10,5,1);"
+        "insert into facts values(2,'zz','north',10,5,1);"
+        "insert into facts values(3,NULL,'north',10,5,1);"
+        "insert into facts values(4,'g1','south',11,6,1);");
+  EXPECT_EQ(failure(addUniqueVariables, "select grp from facts"), "Incorrect number of column");
+  EXPECT_EQ(failure(addUniqueVariables, "select area, region from facts"), "Invalid assertion column type");
+  EXPECT_EQ(failure(addUniqueVariables, " select grp, area from facts"), "Error: request must be a 'select'");
+  // Line numbers count the rows of unknown and NULL assertions too.
+  EXPECT_EQ(failure(addUniqueVariables, "select grp, region, area from facts order by n"),
+            "Error at line 4: query generates more than one value\nfor assertion 'g1'");
+  EXPECT_EQ(failure(addUniqueVariables, "select grp, region from facts where grp = 'zz'"),
+            "No assertions covered by the query");
+  EXPECT_EQ(failure(addUniqueVariables, "select grp, region from facts where n > 10"),
+            "No assertions covered by the query");
+}
+
+TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
+  facts("insert into facts values(1,'g1','north',10.5,100,1);"
+        "insert into facts values(2,'zz','south',1,1,1);"
+        "insert into facts values(3,'g3',NULL,7,NULL,1);"
+        "insert into facts values(4,NULL,'east',1,1,1);");
+  EXPECT_EQ(success(addUniqueVariables, "select grp, region, area, pop as x from facts order by n"),
+            (std::vector<std::string>{
+                "Warning: assertion 'g2' is not covered by the query",
+                "3 unique variables added:",
+                "   region",
+                "   area",
+                "   x_1",
+                "Total 4 variables (1 qualitatives, 3 quantitatives)",
+            }));
+  SymbolicMatrix& m = *matrix;
+  ASSERT_EQ(m.variableCount(), 4u);
+  EXPECT_EQ(m.cellCount, 1u);
+  EXPECT_EQ(m.isDaughter.size(), 4u);
+  EXPECT_EQ(m.variable(1).multiple, 0);
+  EXPECT_EQ(m.variable(2).multiple, 0);
+  // Rows of unknown assertions leave the new variable's domain alone.
+  EXPECT_EQ(static_cast<CategoricalVariable&>(m.variable(1)).modalityCount(), 1u);
+  EXPECT_EQ(valueOf(m, "g1", 1), "1");
+  EXPECT_EQ(valueOf(m, "g1", 2), "10.5");
+  EXPECT_EQ(valueOf(m, "g1", 3), "100");
+  EXPECT_EQ(valueOf(m, "g3", 1), "NU");
+  EXPECT_EQ(valueOf(m, "g3", 2), "7");
+  EXPECT_EQ(valueOf(m, "g3", 3), "NU");
+  EXPECT_EQ(valueOf(m, "g2", 2), "NU");
+  // The individuals' values are untouched.
+  EXPECT_EQ(valueOf(m, "g1", 0), "(1:2)");
+}
+
+TEST_F(AddVariablesSqlite, MultipleFormChecksItsQueryOnEveryRow) {
+  facts("insert into facts values(1,'g1','red',0,0,2);"
+        "insert into facts values(2,'zz','red',0,0,1);"
+        "insert into facts values(3,'g1','blue',0,0,1);");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w, area from facts"), "Incorrect number of column");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region from facts"), "Incorrect number of column");
+  EXPECT_EQ(failure(addMultipleVariable, "select n, region, w from facts"), "Invalid assertion column type");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region, region from facts"), "Invalid ponderation column type");
+
+  // Unknown assertions are checked too; the modality before the weight.
+  for (const char* bad : {"0", "-1.5", "NULL"}) {
+    facts(std::string("insert into facts values(1,'g1','red',0,0,2);"
+                      "insert into facts values(2,'zz','red',0,0,") + bad + ");");
+    EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
+              "Error at line 2: invalid ponderation value")
+        << bad;
+  }
+  facts("insert into facts values(1,'g1','red',0,0,2);"
+        "insert into facts values(2,'zz',NULL,0,0,NULL);");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
+            "Error at line 2: modality value is null");
+
+  // A repeated modality matters only for a known assertion.
+  facts("insert into facts values(1,'zz','red',0,0,1);"
+        "insert into facts values(2,'zz','red',0,0,1);"
+        "insert into facts values(3,'g1','red',0,0,2);"
+        "insert into facts values(4,'g1','blue',0,0,2);"
+        "insert into facts values(5,'g1','red',0,0,3);");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
+            "Error at line 5: query generates more than one value\nfor assertion 'g1', modality 'red'");
+  EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts where grp = 'zz'"),
+            "No assertions covered by the query");
+}
+
+TEST_F(AddVariablesSqlite, MultipleFormAddsWeightedCategories) {
+  facts("insert into facts values(1,'g1','red',0,0,2);"
+        "insert into facts values(2,'zz','green',0,0,1);"
+        "insert into facts values(3,'g1','blue',0,0,6);");
+  EXPECT_EQ(success(addMultipleVariable, "select grp, region as x, w from facts order by n"),
+            (std::vector<std::string>{
+                "Warning: assertion 'g3' is not covered by the query",
+                "Warning: assertion 'g2' is not covered by the query",
+                "1 multiple variable added:",
+                "   x_1",
+                "Total 2 variables (1 qualitatives, 1 quantitatives)",
+            }));
+  SymbolicMatrix& m = *matrix;
+  auto& variable = static_cast<CategoricalVariable&>(m.variable(1));
+  EXPECT_EQ(variable.multiple, 1);
+  EXPECT_EQ(variable.mode, MODE_PROBABILIST);
+  EXPECT_EQ(variable.modalityCount(), 2u);
+  EXPECT_EQ(valueOf(m, "g1", 1), "(1(0.25),2(0.75))");
+  variable.mode = MODE_CARDINALITY;
+  EXPECT_EQ(valueOf(m, "g1", 1), "(1(2),2(6))");
+  EXPECT_EQ(valueOf(m, "g2", 1), "NU");
+}
+
+}  // namespace
+}  // namespace velda
