@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -105,6 +106,14 @@ class Document {
   void loadMetadata(const std::string& name, bool ignore);
   void printSummary();
   bool addVariables(bool setValued);
+  // Runs an operation inside the progress dialog and reports a cancel or a
+  // failure with the given texts.
+  bool runLongOperation(const char* title, const char* canceledText, const char* failedText,
+                        const std::function<int()>& operation);
+  // The export dialog, from and back to the matrix's title and subtitle.
+  bool askExportValues(ExportValues& values);
+  // Starts the viewer on the last export.
+  bool viewExported();
   // Says so when no connection is open.
   bool needConnection();
   // Shows a dialog's refusal; true when there was one.

@@ -9,16 +9,7 @@ bool Document::unavailable(const char* command) {
 }
 
 bool Document::newByJoin() { return unavailable("New by join"); }
-bool Document::exportMatrix() { return unavailable("Export"); }
-bool Document::exportAndView() { return unavailable("Export"); }
-bool Document::exportHordes() { return unavailable("Export Hordes"); }
-bool Document::exportHordesAndView() { return unavailable("Export Hordes"); }
-bool Document::reduceAssertions() { return unavailable("Reduce assertions"); }
 bool Document::divideAssertions() { return unavailable("Divide assertions"); }
 bool Document::reduceHordes() { return unavailable("Reduce Hordes"); }
-bool Document::viewTable(Table) { return unavailable("View"); }
-bool Document::viewTaxonomies() { ui_.showTaxonomies(); return true; }
-bool Document::viewDependences() { ui_.showDependences(); return true; }
-bool Document::viewVolumeMatrix() { ui_.showVolumeMatrix(); return true; }
 
 }  // namespace velda

@@ -70,6 +70,36 @@ void writeReducedAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out
   writeAssertionRows(matrix, matrix.reducedAssertions, out);
 }
 
+void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& out) {
+  out << "Assertion\tClass\tIndividuals";
+  for (const auto& variable : matrix.variables) out << '\t' << variable->name;
+  out << '\n';
+  const std::vector<const Assertion*> divided = assertionsInOrder(matrix);
+  for (size_t h = 0; h < matrix.hordes.size(); ++h) {
+    const Horde& horde = matrix.hordes[h];
+    const auto& classes = reduced ? horde.reducedClasses : horde.classes;
+    for (size_t c = 0; c < classes.size(); ++c) {
+      const Assertion& row = *classes[c];
+      out << (h < divided.size() && divided[h] ? divided[h]->id : std::string()) << '\t' << horde.classes[c]->id
+          << '\t' << row.memberCount;
+      for (size_t v = 0; v < row.values.size(); ++v) {
+        out << '\t';
+        row.value(v).writeText(out);
+      }
+      out << '\n';
+    }
+  }
+}
+
+void writeVolumeMatrixReport(const SymbolicMatrix& matrix, bool before, std::ostream& out) {
+  const TriangularMatrix& volumes = before ? matrix.volumesBefore : matrix.volumesAfter;
+  out << "Volume matrix " << (before ? "before" : "after") << " reduction:\n";
+  for (size_t i = 0; i < volumes.order; ++i) {
+    for (size_t j = 0; j <= i; ++j) out << (j ? "\t" : "") << volumes.at(i, j);
+    out << '\n';
+  }
+}
+
 void writeTaxonomiesReport(const SymbolicMatrix& matrix, std::ostream& out) {
   for (const auto& variable : matrix.variables) {
     if (!variable->isCategorical()) continue;

@@ -25,6 +25,17 @@ void writeAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out);
 // assertions.
 void writeReducedAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out);
 
+// Hordes: "Assertion", "Class", "Individuals", then every variable's name;
+// one row per class of every horde, in assertion order then class order,
+// with the divided assertion's identifier, the class's name, its member
+// count and its values. With `reduced`, the values of the reduced classes.
+void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& out);
+
+// The volume matrix before or after the last reduction, one row per
+// assertion ("Volume matrix before reduction:" or "... after ...", then
+// row i with the entries (i,0) .. (i,i) separated by tabs).
+void writeVolumeMatrixReport(const SymbolicMatrix& matrix, bool before, std::ostream& out);
+
 // Every taxonomy: "Taxonomy of <variable>:" and then its tree from the root,
 // one node per line, indented by two blanks per level, children in the
 // order of the node's child list.

@@ -69,7 +69,8 @@ void CliUserInterface::showDependences() {
 
 void CliUserInterface::showVolumeMatrix() {
   if (!document_ || !document_->matrix()) return;
-  showMessage("The volume matrix is not available in this version", MessageIcon::Warning);
+  writeVolumeMatrixReport(*document_->matrix(), volumeMatrixBefore, std::cout);
+  std::cout.flush();
 }
 
 }  // namespace velda::cli

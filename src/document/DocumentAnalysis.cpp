@@ -1,0 +1,41 @@
+// The long operations: Reduce assertions, Divide assertions, Reduce Hordes.
+#include "document/Document.h"
+#include "model/SymbolicMatrix.h"
+#include "ops/Reduction.h"
+
+namespace velda {
+
+namespace {
+
+constexpr int32_t kDefaultReductionThreshold = 80;
+
+}  // namespace
+
+bool Document::runLongOperation(const char* title, const char* canceledText, const char* failedText,
+                                const std::function<int()>& operation) {
+  bool cancelled = false;
+  const int result = ui_.runWithProgress(title, operation, cancelled);
+  // A cancel wins even over a result the operation had already reached.
+  if (cancelled || !result) {
+    ui_.showMessage(cancelled ? canceledText : failedText, MessageIcon::Warning);
+    finishCommand();
+    return false;
+  }
+  setModified();
+  refreshDisplays();
+  finishCommand();
+  return true;
+}
+
+bool Document::reduceAssertions() {
+  if (!matrix_) return false;
+  ReductionValues values;
+  if (matrix_->reductionThreshold > 0) values.threshold = matrix_->reductionThreshold;
+  else values.threshold = kDefaultReductionThreshold;
+  if (!ui_.askReduction(values) || refused(checkReductionValues(values))) return false;
+  updateAssertions();
+  return runLongOperation("Reducing assertions", "Reduction canceled", "Reduction failed",
+                          [&] { return Reduce(*matrix_, values.threshold, console_); });
+}
+
+}  // namespace velda

@@ -1,0 +1,159 @@
+// The export commands: Export, Export and view, Export Hordes.
+#include <fstream>
+#include <vector>
+
+#include "common/LastError.h"
+#include "document/BusyScope.h"
+#include "document/DialogChecks.h"
+#include "document/Document.h"
+#include "document/DocumentMetadata.h"
+#include "document/ExportPipeline.h"
+#include "formats/SymbolicTextWriter.h"
+#include "formats/library/SymbolicFile.h"
+#include "model/SymbolicMatrix.h"
+
+namespace velda {
+
+namespace {
+
+constexpr size_t kMatrixTextCapacity = 127;
+
+// Every class of every horde, in assertion order then class order: the
+// classes name the rows, and the rows' values come from the classes or from
+// their reduced forms.
+void hordeRows(const SymbolicMatrix& matrix, bool reduced, std::vector<const Assertion*>& labels,
+               std::vector<const Assertion*>& rows) {
+  for (const Horde& horde : matrix.hordes) {
+    for (size_t c = 0; c < horde.classes.size(); ++c) {
+      labels.push_back(horde.classes[c].get());
+      rows.push_back(reduced && c < horde.reducedClasses.size() ? horde.reducedClasses[c].get()
+                                                                 : horde.classes[c].get());
+    }
+  }
+}
+
+}  // namespace
+
+bool Document::askExportValues(ExportValues& values) {
+  SymbolicMatrix& m = *matrix_;
+  values.file = fileRecord_.valid ? fileRecord_.exportName : std::string();
+  values.title = m.title;
+  values.subtitle = m.subtitle;
+  values.reducedAssertionsAvailable = !m.reducedAssertions.empty();
+  values.exportReducedAssertions = values.reducedAssertionsAvailable;
+  values.reducedHordesAvailable = hasReducedHordes(m.hordes);
+  values.exportReducedHordes = values.reducedHordesAvailable;
+  if (!ui_.askExport(values) || refused(checkExportValues(values))) return false;
+  if (values.subtitle.empty()) values.subtitle = values.title;
+  if (!values.reducedAssertionsAvailable) values.exportReducedAssertions = false;
+  if (!values.reducedHordesAvailable) values.exportReducedHordes = false;
+  m.title = values.title.substr(0, kMatrixTextCapacity);
+  m.subtitle = values.subtitle.substr(0, kMatrixTextCapacity);
+  return true;
+}
+
+bool Document::exportMatrix() {
+  if (!matrix_) return false;
+  ExportValues values;
+  if (!askExportValues(values)) return false;
+  const std::string& destination = values.file;
+  std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
+  setModified();  // an export marks the document modified, whatever follows
+  if (!temporary) {
+    ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
+    finishCommand();
+    return false;
+  }
+  fileRecord_.exportName = destination;
+  const bool xml = !isTextDestination(destination);
+  const char* heading = xml ? "- Creating XML file -" : "- Creating Korva file -";
+  BusyScope busy(ui_, heading);
+  console_.print("%s", heading);
+
+  console_.print("exporting...");
+  const bool written = IndexAndWriteSymbolicText(temporary, *matrix_, values.exportReducedAssertions, &console_);
+  console_.print("[done]");
+  temporary.close();
+  if (!written || !temporary) return showFailure();
+
+  symlib::SymbolicFile model;
+  if (!readTemporaryFile(model, console_)) return showFailure();
+  console_.print(xml ? "saving XML file %s ..." : "saving KVF file %s ...", destination.c_str());
+  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
+  if (!out) {
+    setError("Can not open destination kvf file %s", destination.c_str());
+    return showFailure();
+  }
+  if (!writeModel(model, out, xml, destination)) return showFailure();
+  out.close();
+  if (xml) {
+    metadataFileName_ = metadataNameFor(destination);
+    if (!metadata_->write(metadataFileName_, *matrix_)) return showFailure();
+  }
+  console_.print("[done] - Finished");
+  finishCommand();
+  return true;
+}
+
+bool Document::viewExported() {
+  const std::string& file = fileRecord_.exportName;
+  if (ui_.startViewer(file, isTextDestination(file) ? ViewerKind::Text : ViewerKind::Xml)) return true;
+  ui_.showMessage("Creation of viewer subprocess failed", MessageIcon::Warning);
+  return false;
+}
+
+bool Document::exportAndView() { return exportMatrix() && viewExported(); }
+
+bool Document::exportHordes() {
+  if (!matrix_) return false;
+  ExportValues values;
+  if (!askExportValues(values)) return false;
+  const std::string& destination = values.file;
+  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
+  setModified();
+  if (!out) {
+    setError("Can not open file %s", destination.c_str());
+    return showFailure();
+  }
+  fileRecord_.exportName = destination;
+  const bool xml = !isTextDestination(destination);
+  BusyScope busy(ui_, xml ? "- Creating XML file -" : "Creating Korva file...");
+  updateAssertions();
+  ui_.setStatusText(xml ? "- Creating XML file -" : "Creating Korva file...");
+
+  // Text goes straight to the destination and follows "Export reduced
+  // Hordes"; XML goes through the temporary file and follows "Export
+  // reduced assertions". The asymmetry is deliberate.
+  std::vector<const Assertion*> labels;
+  std::vector<const Assertion*> rows;
+  hordeRows(*matrix_, xml ? values.exportReducedAssertions && values.reducedHordesAvailable
+                          : values.exportReducedHordes,
+            labels, rows);
+  bool written;
+  if (!xml) {
+    written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && out.flush();
+  } else {
+    std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
+    if (!temporary) {
+      ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
+      finishCommand();
+      return false;
+    }
+    written = WriteSymbolicRows(temporary, *matrix_, labels, rows, &console_);
+    temporary.close();
+    console_.print("[done]");
+    if (!written) return showFailure();
+    symlib::SymbolicFile model;
+    if (!readTemporaryFile(model, console_)) return showFailure();
+    console_.print("saving XML file %s ...", destination.c_str());
+    written = writeModel(model, out, true, destination);
+  }
+  console_.print("[done] - Finished");
+  if (!written) return showFailure();
+  finishCommand();
+  return true;
+}
+
+bool Document::exportHordesAndView() { return exportHordes() && viewExported(); }
+
+}  // namespace velda
