@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "common/ConsoleLog.h"
+#include "common/LastError.h"
+#include "db/AddVariables.h"
+#include "db/Connection.h"
+#include "db/Extraction.h"
+#include "model/SymbolicMatrix.h"
+#include "support/OpenConnection.h"
+#include "support/PgDatabase.h"
+
+namespace velda {
+namespace {
+
+using test::openConnection;
+using test::PgDatabase;
+
+std::string valueOf(SymbolicMatrix& m, const char* assertion, size_t variable) {
+  std::ostringstream out;
+  m.findAssertion(assertion)->value(variable).writeValue(out);
+  return out.str();
+}
+
+std::vector<std::string> linesOf(const ConsoleLog& console) {
+  return std::vector<std::string>(console.lines().begin(), console.lines().end());
+}
+
+TEST(AddVariablesPostgres, BothFormsOnAServer) {
+  PgDatabase db;
+  ASSERT_TRUE(db.available());
+  ASSERT_TRUE(db.run("create table people(id varchar(5), grp varchar(5), x integer);"
+                     "insert into people values('a','g1',1), ('b','g1',2), ('c','g2',3);"
+                     "create table facts(grp varchar(5), region varchar(10), area numeric(8,2), w integer);"
+                     "insert into facts values('g1','north',10.5,3), ('g2','south',NULL,1), ('g2','north',2,1);"));
+  auto connection = openConnection(db.connectionString());
+  ASSERT_TRUE(connection);
+  ExtractionResult result = extractIndividuals(*connection, "select id, grp, x from people", {});
+  ASSERT_TRUE(result.matrix) << lastError();
+  SymbolicMatrix& m = *result.matrix;
+
+  ConsoleLog console;
+  EXPECT_EQ(addUniqueVariables(m, *connection, "select grp, region, area from facts", console), 0);
+  EXPECT_EQ(lastError(), "Error at line 3: query generates more than one value\nfor assertion 'g2'");
+  EXPECT_EQ(m.variableCount(), 1u);
+
+  ASSERT_EQ(addUniqueVariables(m, *connection, "select grp, area as size from facts where region = 'north'", console),
+            1)
+      << lastError();
+  ASSERT_EQ(addMultipleVariable(m, *connection, "select grp, region, w from facts", console), 1) << lastError();
+  EXPECT_EQ(linesOf(console), (std::vector<std::string>{
+                                  "1 unique variables added:",
+                                  "   size",
+                                  "Total 2 variables (0 qualitatives, 2 quantitatives)",
+                                  "1 multiple variable added:",
+                                  "   region",
+                                  "Total 3 variables (1 qualitatives, 2 quantitatives)",
+                              }));
+  EXPECT_EQ(valueOf(m, "g1", 1), "10.5");
+  EXPECT_EQ(valueOf(m, "g2", 1), "2");
+  EXPECT_EQ(valueOf(m, "g1", 2), "(1(1))");
+  EXPECT_EQ(valueOf(m, "g2", 2), "(1(0.5),2(0.5))");
+
+  EXPECT_EQ(addMultipleVariable(m, *connection, "select grp, region, w - 1 from facts", console), 0);
+  EXPECT_EQ(lastError(), "Error at line 2: invalid ponderation value");
+  EXPECT_EQ(m.variableCount(), 3u);
+}
+
+}  // namespace
+}  // namespace velda
