@@ -17,6 +17,9 @@ namespace velda {
 
 namespace {
 
+// The indicators are bound where the driver writes SQLLEN values.
+static_assert(sizeof(ResultColumn::indicator) == sizeof(SQLLEN), "indicator must be an SQLLEN");
+
 // Buffer length given to the driver: 254 bytes of value and the terminator.
 constexpr SQLLEN kBoundLength = ResultColumn::kValueCapacity + 1;
 
