@@ -85,10 +85,6 @@ CategoricalVariable* asCategorical(SymbolicVariable& variable) {
   return variable.isCategorical() ? static_cast<CategoricalVariable*>(&variable) : nullptr;
 }
 
-const CategoricalVariable* asCategorical(const SymbolicVariable& variable) {
-  return variable.isCategorical() ? static_cast<const CategoricalVariable*>(&variable) : nullptr;
-}
-
 size_t modalityTotal(const CategoricalVariable& variable) { return variable.modalityCount() + variable.nodeCount(); }
 
 }  // namespace

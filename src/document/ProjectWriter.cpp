@@ -68,16 +68,19 @@ bool ProjectWriter::number() {
     numbering.leaves = byName(variable.modalities);
     numbering.nodes = byName(variable.nodes);
 
-    std::vector<const Modality*> leavesByIndex = numbering.leaves;
-    std::sort(leavesByIndex.begin(), leavesByIndex.end(),
-              [](const Modality* a, const Modality* b) { return a->index < b->index; });
+    // Leaves then nodes, each in the order of their indexes: a read gives
+    // every modality its number as index, so dense indexes come back as
+    // they were.
     int32_t indexEnd = 0;
-    for (const Modality* m : leavesByIndex) indexEnd = std::max(indexEnd, m->index + 1);
-    for (const Modality* m : numbering.nodes) indexEnd = std::max(indexEnd, m->index + 1);
+    for (const auto* table : {&numbering.leaves, &numbering.nodes})
+      for (const Modality* m : *table) indexEnd = std::max(indexEnd, m->index + 1);
     numbering.byIndex.assign(static_cast<size_t>(indexEnd), kNone);
     uint16_t next = 0;
-    for (const Modality* m : leavesByIndex) numbering.byIndex[static_cast<size_t>(m->index)] = next++;
-    for (const Modality* m : numbering.nodes) numbering.byIndex[static_cast<size_t>(m->index)] = next++;
+    for (const auto* table : {&numbering.leaves, &numbering.nodes}) {
+      std::vector<const Modality*> byIndex = *table;
+      std::sort(byIndex.begin(), byIndex.end(), [](const Modality* a, const Modality* b) { return a->index < b->index; });
+      for (const Modality* m : byIndex) numbering.byIndex[static_cast<size_t>(m->index)] = next++;
+    }
   }
   return true;
 }

@@ -17,8 +17,8 @@ struct DependenceRule;
 
 // Writes one matrix as a project file. Every hash table goes out in its
 // compacted order (see compactOrder), and the modalities of each variable
-// are numbered 0..m-1 (leaves, by index) then m..m+n-1 (taxonomy nodes, in
-// the order written), which is the index each gets back on reading.
+// are numbered 0..m-1 (leaves) then m..m+n-1 (taxonomy nodes), each in the
+// order of their indexes: the number is the index each gets back on reading.
 class ProjectWriter {
  public:
   ProjectWriter(ByteWriter& out, const SymbolicMatrix& matrix) : out_(out), matrix_(matrix) {}

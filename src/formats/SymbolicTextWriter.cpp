@@ -231,7 +231,7 @@ void SymbolicTextWriter::writeHierarchies() {
 }
 
 // Nodes are numbered in the file as leaves 1..m by index, then the inner
-// nodes m+1..m+n in the order of the node table, whatever their indexes.
+// nodes m+1..m+n in the order of their indexes, whatever these are.
 void SymbolicTextWriter::writeHierarchy(const CategoricalVariable& variable, int32_t number) {
   const auto letters = static_cast<uint32_t>(number);
   const size_t m = variable.modalityCount();
@@ -239,6 +239,8 @@ void SymbolicTextWriter::writeHierarchy(const CategoricalVariable& variable, int
   order.reserve(m + variable.nodeCount());
   for (size_t k = 0; k < m; ++k) order.push_back(variable.byIndex(static_cast<int32_t>(k)));
   for (const Modality& node : variable.nodes) order.push_back(&node);
+  std::sort(order.begin() + static_cast<std::ptrdiff_t>(m), order.end(),
+            [](const Modality* a, const Modality* b) { return a->index < b->index; });
 
   size_t indexEnd = 0;
   for (const Modality* node : order)

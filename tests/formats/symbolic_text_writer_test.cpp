@@ -247,7 +247,7 @@ TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
   // (these assertions have none).
   for (auto& rule : group) matrix->rules.push_back(std::move(rule));
 
-  // The node table lists root_ before coast: they are numbered 5 and 6.
+  // coast is made before root_: they are numbered 5 and 6.
   const std::string expected = std::string(
                                    "KORVA = (\n"
                                    "\n"
@@ -291,11 +291,11 @@ TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
                                "\n"
                                "HIERARCHIE = (\n"
                                "  (VAR = 1, 2(\n"
-                               "      (5, \"AB05\", \"root_\", 0), \n"
-                               "      (6, \"AB06\", \"coast\", 0)),\n"
+                               "      (5, \"AB05\", \"coast\", 0), \n"
+                               "      (6, \"AB06\", \"root_\", 0)),\n"
                                "      (3 = (2,1), \n"
-                               "       5 = (6,3), \n"
-                               "       6 = (4)\n"
+                               "       5 = (4), \n"
+                               "       6 = (5,3)\n"
                                ")  )\n"
                                "),\n"
                                "\n"

@@ -1,0 +1,134 @@
+#pragma once
+
+// Matrices built through the model, used by the project-file tests and as
+// the seeds of the project-file fuzzer.
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "document/ProjectFile.h"
+#include "model/CategoricalValue.h"
+#include "model/CategoricalVariable.h"
+#include "model/Dependence.h"
+#include "model/QuantitativeVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "model/Taxonomy.h"
+#include "model/TaxonomyBuilder.h"
+
+namespace velda::test {
+
+// The bytes that writeProject gives for the matrix ("" when it fails).
+inline std::string projectBytes(const SymbolicMatrix& matrix) {
+  char* data = nullptr;
+  size_t size = 0;
+  std::FILE* file = open_memstream(&data, &size);
+  const bool written = file && writeProject(file, matrix);
+  if (file) std::fclose(file);
+  std::string bytes = written ? std::string(data, size) : std::string();
+  std::free(data);
+  return bytes;
+}
+
+inline std::unique_ptr<SymbolicMatrix> projectFromBytes(std::string_view bytes) {
+  return readProject(std::span(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
+}
+
+// An individual with one cell per cell-holding variable from the texts
+// (null: NULL), linked to the assertions in the order given and added to
+// their values.
+inline Individual& addIndividual(SymbolicMatrix& matrix, const char* id, double weight,
+                                 std::initializer_list<const char*> texts,
+                                 std::initializer_list<Assertion*> assertions) {
+  Individual& individual = matrix.insertIndividual(Individual(id, matrix.cellCount, weight));
+  size_t v = 0;
+  for (const char* text : texts) matrix.variable(v).addCell(text, individual.cells[v]), ++v;
+  for (Assertion* assertion : assertions) {
+    matrix.link(individual, *assertion);
+    matrix.addMember(*assertion, individual);
+  }
+  return individual;
+}
+
+// One interval variable x and one nominal variable c (modalities a, b),
+// one assertion g of one individual i1: the file small enough to write out
+// byte by byte.
+inline std::unique_ptr<SymbolicMatrix> smallProject() {
+  auto matrix = SymbolicMatrix::create();
+  matrix->individualColumn = "id";
+  matrix->assertionColumn = "grp";
+  matrix->title = "T";
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("x", 1));
+  matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 0, 1));
+  matrix->cellCount = 2;
+  Assertion& g = matrix->createAssertion("g");
+  addIndividual(*matrix, "i1", 1.0, {"2", "a"}, {&g});
+  CellValue unused;
+  matrix->variable(1).addCell("b", unused);
+  return matrix;
+}
+
+// Every feature of the file: both quantitative kinds, nominal and
+// set-valued variables in several modes, NULL and NA cells, a taxonomy with
+// inner nodes, a rule, an inactive variable, a variable beyond the
+// cell-holding ones, an individual in two assertions, a weight column,
+// title, subtitle and the stored parameters.
+inline std::unique_ptr<SymbolicMatrix> fullProject() {
+  auto matrix = SymbolicMatrix::create();
+  matrix->individualColumn = "person";
+  matrix->assertionColumn = "team";
+  matrix->weightColumn = "w";
+  matrix->title = "Teams";
+  matrix->subtitle = "caf\xe9 2024";
+  matrix->reductionThreshold = 80;
+  matrix->divisionClassCount = 3;
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("age", 0));
+  matrix->appendVariable(std::make_unique<CategoricalVariable>("city", 0, 5));
+  auto sports = std::make_unique<CategoricalVariable>("sports", 1, 5);
+  sports->mode = MODE_CARDINALITY;
+  matrix->appendVariable(std::move(sports));
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("height", 1));
+  matrix->cellCount = 4;
+  matrix->variable(3).active = 0;
+
+  Assertion& a = matrix->createAssertion("red");
+  Assertion& b = matrix->createAssertion("blue");
+  Assertion& c = matrix->createAssertion("green");
+  Assertion& d = matrix->createAssertion("gray");
+  addIndividual(*matrix, "ann", 1.0, {"31", "paris", "ski", "1.7"}, {&a});
+  addIndividual(*matrix, "bob", 2.5, {nullptr, "lyon", "golf", nullptr}, {&b, &c});
+  addIndividual(*matrix, "cyd", 1.0, {"40", "nice", nullptr, "1.9"}, {&d});
+  // A second set-valued contribution to red.
+  CellValue foot;
+  matrix->variable(2).addCell("foot", foot);
+  a.value(2).addCell(foot, 2.0);
+
+  auto extra = std::make_unique<CategoricalVariable>("extra", 1, 3);
+  extra->mode = MODE_KT_ESTIMATE;
+  matrix->appendVariable(std::move(extra));
+  CellValue tag;
+  matrix->variable(4).addCell("t1", tag);
+  b.value(4).addCell(tag, 1.0);
+
+  {
+    TaxonomyBuilder builder(static_cast<CategoricalVariable&>(matrix->variable(2)));
+    using Row = std::array<std::optional<std::string_view>, 2>;
+    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}}) builder.addRow(row);
+    builder.finish();
+  }
+  settleTaxonomy(*matrix, 2);
+
+  const std::array<int32_t, 1> applicable{0};  // paris
+  const std::array<int32_t, 1> daughters{0};   // age
+  RuleGroup group;
+  makeRuleGroup(*matrix, 1, applicable, daughters, group);
+  applyRule(*matrix, std::move(group));
+  matrix->indexAssertions();
+  return matrix;
+}
+
+}  // namespace velda::test

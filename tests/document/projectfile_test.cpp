@@ -1,0 +1,225 @@
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "common/LastError.h"
+#include "document/ProjectBytes.h"
+#include "document/ProjectFileSamples.h"
+#include "formats/SymbolicTextWriter.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+using test::ProjectBytes;
+using test::projectBytes;
+using test::projectFromBytes;
+
+// The small project written out by hand from the layout.
+std::string smallProjectBytes() {
+  ProjectBytes b;
+  b.str("$KORVA$").u32(1).u32(1);
+  // variables, quantitative, qualitative, taxonomies, P, taxonomies below P,
+  // possible mothers, reduction threshold, rules, division classes
+  for (uint16_t counter : {2, 1, 1, 0, 2, 0, 1, 0, 0, 0}) b.u16(counter);
+  b.str("id").str("grp").str("");
+  b.raw("T").zeros(255);
+  // x: quantitative, interval, active, min and max.
+  b.u16(1).u16(1).u16(1).str("x").f64(2).f64(2);
+  // c: qualitative, single, active; two leaves, no node, boolean mode, no
+  // taxonomy; the table in the order of two buckets: b (98 % 2 = 0), a.
+  b.u16(2).u16(0).u16(1).str("c").u16(2).u16(0).u16(0).u16(0xFFFF);
+  b.str("b").u16(1).str("a").u16(0);
+  // g: number 0, one member; x: NA, NULL, total, min, max; c: one entry,
+  // NA, NULL, total, then modality 0 with its weight and subtree weight.
+  b.str("g").u32(0).u32(1);
+  b.f64(0).f64(0).f64(1).f64(2).f64(2);
+  b.u16(1).f64(0).f64(0).f64(1).u16(0).f64(1).f64(0);
+  // i1: weight, membership of assertion 0, end mark, a number cell, a
+  // modality cell.
+  b.str("i1").f64(1).u32(0).u32(0xFFFFFFFF);
+  b.u8(2).f64(2).u8(1).u16(0);
+  return b.bytes();
+}
+
+std::string kvf(SymbolicMatrix& matrix) {
+  std::ostringstream out;
+  EXPECT_TRUE(WriteSymbolicText(out, matrix, false));
+  return out.str();
+}
+
+std::vector<std::string> childNames(const Modality* node) {
+  std::vector<std::string> names;
+  for (const Modality* child = node->firstChild; child; child = child->nextSibling) names.push_back(child->name);
+  return names;
+}
+
+TEST(ProjectFile, WritesTheLayoutByteForByte) {
+  const auto matrix = test::smallProject();
+  EXPECT_EQ(projectBytes(*matrix), smallProjectBytes());
+}
+
+TEST(ProjectFile, ReadsTheLayoutBack) {
+  const auto matrix = projectFromBytes(smallProjectBytes());
+  ASSERT_TRUE(matrix) << lastError();
+  EXPECT_EQ(matrix->individualColumn, "id");
+  EXPECT_EQ(matrix->assertionColumn, "grp");
+  EXPECT_EQ(matrix->weightColumn, "");
+  EXPECT_EQ(matrix->title, "T");
+  EXPECT_EQ(matrix->cellCount, 2u);
+  ASSERT_EQ(matrix->variableCount(), 2u);
+  const auto& c = static_cast<const CategoricalVariable&>(matrix->variable(1));
+  ASSERT_EQ(c.modalityCount(), 2u);
+  EXPECT_EQ(c.byIndex(0)->name, "a");
+  EXPECT_EQ(c.byIndex(1)->name, "b");
+  const Individual* i1 = matrix->findIndividual("i1");
+  ASSERT_TRUE(i1);
+  Assertion* g = matrix->findAssertion("g");
+  ASSERT_TRUE(g);
+  EXPECT_EQ(i1->direct, g);
+  EXPECT_EQ(g->members, std::vector<Individual*>{const_cast<Individual*>(i1)});
+  EXPECT_EQ(i1->cells[1].modality, c.byIndex(0));
+  EXPECT_EQ(i1->cells[0].number, 2.0);
+  EXPECT_EQ(matrix->orderedAssertions, std::vector<Assertion*>{g});
+}
+
+TEST(ProjectFile, RoundTripRebuildsEveryPartAndTheSameBytes) {
+  const auto original = test::fullProject();
+  const std::string first = projectBytes(*original);
+  ASSERT_FALSE(first.empty());
+  const auto loaded = projectFromBytes(first);
+  ASSERT_TRUE(loaded) << lastError();
+  EXPECT_EQ(projectBytes(*loaded), first);
+  EXPECT_EQ(kvf(*loaded), kvf(*original));
+
+  EXPECT_EQ(loaded->weightColumn, "w");
+  EXPECT_EQ(loaded->subtitle, "caf\xe9 2024");
+  EXPECT_EQ(loaded->reductionThreshold, 80);
+  EXPECT_EQ(loaded->divisionClassCount, 3);
+  EXPECT_EQ(loaded->cellCount, 4u);
+  ASSERT_EQ(loaded->variableCount(), 5u);
+  EXPECT_EQ(loaded->variable(3).active, 0);
+  EXPECT_EQ(loaded->variable(3).multiple, 1);
+  EXPECT_EQ(static_cast<const CategoricalVariable&>(loaded->variable(4)).mode, MODE_KT_ESTIMATE);
+
+  // The taxonomy: root_ above winter and summer, summer above golf and foot.
+  const auto& sports = static_cast<const CategoricalVariable&>(loaded->variable(2));
+  ASSERT_TRUE(sports.hasTaxonomy());
+  EXPECT_EQ(sports.taxonomyRoot->name, "root_");
+  EXPECT_EQ(loaded->taxonomyCount, 1);
+  EXPECT_EQ(loaded->cellTaxonomyCount, 1);
+  const auto& before = static_cast<const CategoricalVariable&>(original->variable(2));
+  for (const char* name : {"root_", "winter", "summer", "ski"}) {
+    const Modality* node = const_cast<CategoricalVariable&>(sports).findNode(name);
+    const Modality* old = const_cast<CategoricalVariable&>(before).findNode(name);
+    ASSERT_TRUE(node) << name;
+    EXPECT_EQ(node->index, old->index) << name;
+    EXPECT_EQ(childNames(node), childNames(old)) << name;
+    EXPECT_EQ(node->parent ? node->parent->name : "", old->parent ? old->parent->name : "") << name;
+  }
+
+  // The rule: age is applicable if city in {paris}.
+  ASSERT_EQ(loaded->rules.size(), 1u);
+  const DependenceRule& rule = *loaded->rules[0];
+  EXPECT_EQ(rule.mother, 1);
+  EXPECT_EQ(rule.daughter, 0);
+  EXPECT_EQ(rule.applicable.size(), 1u);
+  EXPECT_TRUE(rule.applicable.find(0));
+  EXPECT_EQ(loaded->variable(0).motherIndex, 1);
+  EXPECT_EQ(loaded->variable(0).rule, &rule);
+  EXPECT_EQ(loaded->variable(1).firstDaughter, 0);
+  EXPECT_TRUE(loaded->isDaughter[0]);
+  EXPECT_EQ(loaded->motherCandidateCount(), 2u);
+
+  // bob is in blue and green, green the newest; his age became NA, his
+  // height stays NULL.
+  const Individual* bob = loaded->findIndividual("bob");
+  ASSERT_TRUE(bob);
+  EXPECT_EQ(bob->weight, 2.5);
+  ASSERT_TRUE(bob->direct);
+  EXPECT_EQ(bob->direct->id, "green");
+  ASSERT_EQ(bob->membershipCount(), 2u);
+  EXPECT_EQ(bob->others.front()->id, "blue");
+  EXPECT_TRUE(bob->cells[0].isNA());
+  EXPECT_TRUE(bob->cells[3].isNull());
+  EXPECT_EQ(cellText(bob->cells[1]), "lyon");
+  const Assertion* blue = bob->others.front();
+  EXPECT_EQ(blue->members, std::vector<Individual*>{const_cast<Individual*>(bob)});
+  EXPECT_EQ(blue->number, 1);
+  EXPECT_EQ(loaded->orderedAssertions[1], blue);
+}
+
+TEST(ProjectFile, HeaderCountersAreTruncatedTo16Bits) {
+  auto matrix = test::smallProject();
+  matrix->divisionClassCount = 70000;     // 70000 - 65536 = 4464
+  matrix->reductionThreshold = 65536 + 90;
+  const std::string bytes = projectBytes(*matrix);
+  const auto loaded = projectFromBytes(bytes);
+  ASSERT_TRUE(loaded) << lastError();
+  EXPECT_EQ(loaded->divisionClassCount, 4464);
+  EXPECT_EQ(loaded->reductionThreshold, 90);
+}
+
+TEST(ProjectFile, AnIndividualWithoutAssertionIsWrittenButRefused) {
+  auto matrix = test::smallProject();
+  matrix->insertIndividual(Individual("alone", matrix->cellCount));
+  const std::string bytes = projectBytes(*matrix);
+  // The individual's record ends with the end mark alone, then its cells.
+  const std::string record = ProjectBytes().str("alone").f64(1).u32(0xFFFFFFFF).bytes();
+  EXPECT_NE(bytes.find(record), std::string::npos);
+  clearError();
+  EXPECT_FALSE(projectFromBytes(bytes));
+  EXPECT_EQ(lastError(), "Load failed");
+}
+
+std::vector<std::string> folderEntries(const std::string& path) {
+  std::vector<std::string> names;
+  DIR* dir = opendir(path.c_str());
+  while (dirent* entry = dir ? readdir(dir) : nullptr)
+    if (entry->d_name[0] != '.') names.push_back(entry->d_name);
+  if (dir) closedir(dir);
+  return names;
+}
+
+std::string fileBytes(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+TEST(ProjectFile, AFailedSaveKeepsThePreviousFile) {
+  test::TempDir dir;
+  const std::string path = dir.file("teams.gaj");
+  const auto matrix = test::smallProject();
+  ASSERT_EQ(saveProject(path, *matrix), ProjectSave::Saved);
+  EXPECT_EQ(fileBytes(path), smallProjectBytes());
+
+  auto unsavable = test::smallProject();
+  unsavable->title = "changed";
+  unsavable->variable(0).name.assign(70000, 'n');  // longer than a string field holds
+  clearError();
+  EXPECT_EQ(saveProject(path, *unsavable), ProjectSave::Failed);
+  EXPECT_EQ(lastError(), "Save failed");
+  EXPECT_EQ(fileBytes(path), smallProjectBytes());
+  EXPECT_EQ(folderEntries(dir.path()), std::vector<std::string>{"teams.gaj"});
+
+  EXPECT_EQ(saveProject(dir.file("missing/teams.gaj"), *matrix), ProjectSave::CannotOpen);
+  EXPECT_EQ(lastError(), "Can not open file " + dir.file("missing/teams.gaj"));
+}
+
+TEST(ProjectFile, ReadsFromAStream) {
+  test::TempDir dir;
+  const auto matrix = test::smallProject();
+  ASSERT_EQ(saveProject(dir.file("a.gaj"), *matrix), ProjectSave::Saved);
+  std::FILE* file = std::fopen(dir.file("a.gaj").c_str(), "rb");
+  ASSERT_TRUE(file);
+  const auto loaded = readProject(file);
+  std::fclose(file);
+  ASSERT_TRUE(loaded) << lastError();
+  EXPECT_EQ(loaded->assertionCount(), 1u);
+}
+
+}  // namespace
+}  // namespace velda
