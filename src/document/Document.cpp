@@ -47,6 +47,9 @@ DocumentState Document::state() const {
   s.dependenceCount = static_cast<int32_t>(m.rules.size());
   s.individualCount = static_cast<int32_t>(m.individualCount());
   s.reducedAssertionCount = static_cast<int32_t>(m.reducedAssertions.size());
+  s.hordeCount = static_cast<int32_t>(m.hordes.size());
+  for (const Horde& horde : m.hordes)
+    if (!horde.reducedClasses.empty()) ++s.reducedHordeCount;
   return s;
 }
 

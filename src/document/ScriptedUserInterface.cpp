@@ -42,6 +42,8 @@ int ScriptedUserInterface::runWithProgress(const std::string& title, const std::
     ScopedProgressTarget target(this);
     result = operation();
   }
+  // A Cancel pressed after the operation's last poll still counts.
+  cancelRequested();
   cancelled = cancelled_;
   return result;
 }

@@ -23,7 +23,8 @@ class TerminalProgress final : public ProgressTarget {
   void enableCancel(bool enabled) override { cancelEnabled_ = enabled; }
   bool cancelRequested() override;
 
-  bool cancelled() const { return cancelled_; }
+  // Whether Cancel was asked for, also after the operation's last poll.
+  bool cancelled() { return cancelRequested(); }
 
  private:
   void show();

@@ -1,0 +1,590 @@
+// The document's commands driven through a scripted user interface.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "document/Document.h"
+#include "document/ProjectFile.h"
+#include "document/ScriptedUserInterface.h"
+#include "support/HandMatrix.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+std::string readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+bool exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
+
+class DocumentFlows : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_NE(getcwd(previous_, sizeof previous_), nullptr);
+    ASSERT_EQ(chdir(dir_.path().c_str()), 0);  // tempkvf.dat and parser.dat land here
+    ui_.onChooseFile = [this](const FileRequest& request, FileChoice& choice) {
+      requests_.push_back(request);
+      if (nextFile_.empty()) return false;
+      choice.path = nextFile_;
+      choice.ignoreMetadata = ignoreMetadata_;
+      return true;
+    };
+  }
+  void TearDown() override { ASSERT_EQ(chdir(previous_), 0); }
+
+  // towns (set-valued town, interval age, both held by the individuals,
+  // and optionally one added variable): a = {1, 2}, b = {3}.
+  std::string writeProject(const std::string& name, bool withAddedVariable = false) {
+    test::HandMatrix hand;
+    hand.categorical("town", 1);
+    hand.quantitative("age");
+    hand.holdCells();
+    if (withAddedVariable) hand.quantitative("income");
+    Individual& p1 = hand.person("1", {"x", "30"});
+    Individual& p2 = hand.person("2", {"y", "40"});
+    Individual& p3 = hand.person("3", {"x", "50"});
+    hand.group("a", {&p1, &p2});
+    hand.group("b", {&p3});
+    const std::string path = dir_.file(name);
+    EXPECT_EQ(saveProject(path, *hand.matrix), ProjectSave::Saved);
+    return path;
+  }
+
+  bool openFile(const std::string& path, bool ignoreMetadata = true) {
+    nextFile_ = path;
+    ignoreMetadata_ = ignoreMetadata;
+    const bool opened = document_.open();
+    nextFile_.clear();
+    return opened;
+  }
+
+  bool consoleHas(const std::string& line) const {
+    for (const std::string& l : document_.console().lines())
+      if (l == line) return true;
+    return false;
+  }
+
+  // Exports with the dialog's initial values changed by `edit`.
+  bool exportWith(const std::function<void(ExportValues&)>& edit, bool hordes = false) {
+    ui_.onExport = [&](ExportValues& values) {
+      edit(values);
+      return true;
+    };
+    return hordes ? document_.exportHordes() : document_.exportMatrix();
+  }
+
+  test::TempDir dir_;
+  char previous_[4096] = {};
+  ScriptedUserInterface ui_;
+  Document document_{ui_};
+  std::vector<FileRequest> requests_;
+  std::string nextFile_;
+  bool ignoreMetadata_ = false;
+};
+
+TEST_F(DocumentFlows, OpenShowsTheSummaryAndSaveWritesTheLoadedFileWithItsMetadata) {
+  const std::string path = writeProject("towns.gaj");
+  ASSERT_TRUE(openFile(path));
+  ASSERT_EQ(requests_.size(), 1u);
+  EXPECT_EQ(requests_[0].mode, FileRequest::Mode::Open);
+  EXPECT_EQ(requests_[0].filter, "VELDA file (*.gaj)");
+  EXPECT_EQ(requests_[0].defaultSuffix, "gaj");
+  EXPECT_TRUE(requests_[0].offerIgnoreMetadata);
+
+  const std::vector<std::string> expected = {
+      "MetaData not found or ignored", "Symbolic data matrix is composed by:",
+      "2 variables (1 qualitatives, 1 quantitatives)", "2 assertions build from 3 individuals"};
+  EXPECT_EQ(std::vector<std::string>(document_.console().lines().begin(), document_.console().lines().end()),
+            expected);
+  EXPECT_FALSE(document_.isModified());
+  EXPECT_EQ(ui_.title, "VELDA - towns");
+  EXPECT_EQ(document_.fileRecord().exportName, dir_.file("towns.kvf"));
+  EXPECT_EQ(document_.metadataFileName(), path + ".xml");
+
+  // Properties mark the document modified whichever button closes the dialog.
+  EXPECT_TRUE(document_.editVariableProperties());
+  EXPECT_TRUE(document_.isModified());
+
+  // A loaded project is saved over its file without a dialog.
+  EXPECT_TRUE(document_.save());
+  EXPECT_EQ(requests_.size(), 1u);
+  EXPECT_FALSE(document_.isModified());
+  EXPECT_TRUE(exists(path + ".xml"));
+  EXPECT_EQ(ui_.statusTexts.back(), "Saving file...");
+}
+
+TEST_F(DocumentFlows, CancelAtTheSaveQuestionKeepsEverything) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  document_.editVariableProperties();
+  const SymbolicMatrix* before = document_.matrix();
+  const size_t lines = document_.console().count();
+
+  ui_.onAsk = [](const std::string&) { return Answer::Cancel; };
+  EXPECT_FALSE(openFile(writeProject("other.gaj")));
+  ASSERT_EQ(ui_.questions.size(), 1u);
+  EXPECT_EQ(ui_.questions[0], "Do you want to save current data ?");
+  EXPECT_EQ(requests_.size(), 1u);  // the open dialog never showed
+  EXPECT_EQ(document_.matrix(), before);
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_EQ(document_.console().count(), lines);
+
+  // No goes on and drops the changes.
+  ui_.onAsk = [](const std::string&) { return Answer::No; };
+  EXPECT_TRUE(openFile(dir_.file("other.gaj")));
+  EXPECT_EQ(ui_.title, "VELDA - other");
+}
+
+TEST_F(DocumentFlows, OpenOfANonProjectFileEndsEmptyWithLoadFailed) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  const std::string bogus = dir_.file("notes.gaj");
+  std::ofstream(bogus) << "not a project";
+  EXPECT_FALSE(openFile(bogus));
+  ASSERT_FALSE(ui_.messages.empty());
+  EXPECT_EQ(ui_.messages.back().text, "Load failed");
+  EXPECT_EQ(ui_.messages.back().icon, MessageIcon::None);
+  EXPECT_EQ(document_.matrix(), nullptr);
+  EXPECT_EQ(ui_.title, "VELDA");
+  EXPECT_FALSE(document_.state().hasData);
+
+  EXPECT_FALSE(openFile(dir_.file("missing.gaj")));
+  EXPECT_EQ(ui_.messages.back().text, "Can not open file " + dir_.file("missing.gaj"));
+  EXPECT_EQ(ui_.messages.back().icon, MessageIcon::Warning);
+}
+
+TEST_F(DocumentFlows, IgnoreMetadataWinsOverAnExistingMetadataFile) {
+  const std::string path = writeProject("towns.gaj");
+  ASSERT_TRUE(openFile(path));
+  ASSERT_TRUE(document_.save());  // writes towns.gaj.xml
+  ASSERT_TRUE(exists(path + ".xml"));
+
+  ASSERT_TRUE(openFile(path, true));
+  EXPECT_TRUE(consoleHas("MetaData not found or ignored"));
+  EXPECT_FALSE(document_.metadataLoaded());
+
+  ASSERT_TRUE(openFile(path, false));
+  EXPECT_TRUE(consoleHas("MetaData Loaded and transfered"));
+  EXPECT_FALSE(consoleHas("MetaData not found or ignored"));
+  EXPECT_TRUE(document_.metadataLoaded());
+
+  // Closing forgets the metadata.
+  EXPECT_TRUE(document_.closeData());
+  EXPECT_FALSE(document_.metadataLoaded());
+  EXPECT_EQ(document_.metadataFileName(), "metatest.xml");
+  EXPECT_EQ(document_.console().count(), 0u);
+}
+
+TEST_F(DocumentFlows, RemovingEveryVariableIsRefusedAndChangesNothing) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj", true)));
+  ASSERT_TRUE(document_.isEnabled(ID_REMOVE_VARIABLES));
+  ui_.onRemoveVariables = [](VariableSelection& chosen) {
+    chosen.variableIndexes = {0, 1, 2};
+    return true;
+  };
+  EXPECT_FALSE(document_.removeVariables());
+  EXPECT_EQ(ui_.lastMessage(), "Impossible to remove all the variables");
+  EXPECT_EQ(document_.matrix()->variableCount(), 3u);
+  EXPECT_FALSE(document_.isModified());
+
+  // An empty choice ends silently.
+  ui_.messages.clear();
+  ui_.onRemoveVariables = [](VariableSelection&) { return true; };
+  EXPECT_FALSE(document_.removeVariables());
+  EXPECT_TRUE(ui_.messages.empty());
+
+  ui_.onRemoveVariables = [](VariableSelection& chosen) {
+    chosen.variableIndexes = {2};
+    return true;
+  };
+  EXPECT_TRUE(document_.removeVariables());
+  EXPECT_TRUE(consoleHas("1 variables removed:"));
+  EXPECT_TRUE(consoleHas("   income"));
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_FALSE(document_.isEnabled(ID_REMOVE_VARIABLES));
+}
+
+TEST_F(DocumentFlows, CancelDuringTheReductionIsReportedAsCanceled) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  ReductionValues offered;
+  ui_.onReduction = [&](ReductionValues& values) {
+    offered = values;
+    return true;
+  };
+  ui_.onCancelPoll = [] { return true; };
+  EXPECT_FALSE(document_.reduceAssertions());
+  EXPECT_EQ(offered.threshold, 80);
+  ASSERT_EQ(ui_.progressTitles.size(), 1u);
+  EXPECT_EQ(ui_.progressTitles[0], "Reducing assertions");
+  EXPECT_EQ(ui_.lastMessage(), "Reduction canceled");
+  EXPECT_EQ(ui_.messages.back().icon, MessageIcon::Warning);
+  EXPECT_FALSE(document_.isModified());
+
+  // Out of range: the dialog's message, nothing run.
+  ui_.onReduction = [](ReductionValues& values) {
+    values.threshold = 9;
+    return true;
+  };
+  EXPECT_FALSE(document_.reduceAssertions());
+  EXPECT_EQ(ui_.lastMessage(), "Please enter an integer between 10 and 100.");
+  EXPECT_EQ(ui_.progressTitles.size(), 1u);
+
+  ui_.onCancelPoll = nullptr;
+  ui_.onReduction = [](ReductionValues& values) {
+    values.threshold = 50;
+    return true;
+  };
+  EXPECT_TRUE(document_.reduceAssertions());
+  EXPECT_EQ(document_.matrix()->reductionThreshold, 50);
+  EXPECT_TRUE(document_.isEnabled(ID_VIEW_REDUCED_ASSERTIONS));
+  EXPECT_TRUE(document_.isModified());
+}
+
+TEST_F(DocumentFlows, ExportMarksTheDocumentModifiedEvenWhenItFails) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  std::string proposed;
+  EXPECT_FALSE(exportWith([&](ExportValues& values) {
+    proposed = values.file;
+    values.file = "/nonexistent-velda-dir/out.kvf";
+  }));
+  EXPECT_EQ(proposed, dir_.file("towns.kvf"));
+  EXPECT_EQ(ui_.lastMessage(), "Can not open destination kvf file /nonexistent-velda-dir/out.kvf");
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_TRUE(exists("tempkvf.dat"));
+
+  // The next export proposes the last destination.
+  EXPECT_FALSE(exportWith([&](ExportValues& values) {
+    proposed = values.file;
+    values.file.clear();
+  }));
+  EXPECT_EQ(proposed, "/nonexistent-velda-dir/out.kvf");
+  EXPECT_EQ(ui_.lastMessage(), "You must set a file name");
+}
+
+TEST_F(DocumentFlows, KvfAnywhereInThePathMeansSymbolicText) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  ASSERT_EQ(mkdir(dir_.file("kvfdata").c_str(), 0700), 0);
+  const std::string destination = dir_.file("kvfdata/out.xml");
+  ASSERT_TRUE(exportWith([&](ExportValues& values) { values.file = destination; }));
+  EXPECT_EQ(readFile(destination).rfind("KORVA = (", 0), 0u);
+  EXPECT_FALSE(exists(dir_.file("kvfdata/out_meta.xml")));
+  const std::vector<std::string> tail = {"- Creating Korva file -", "exporting...", "[done]",
+                                         "building CompSymbMat...", "[done]",
+                                         "saving KVF file " + destination + " ...", "[done] - Finished"};
+  const auto& lines = document_.console().lines();
+  ASSERT_GE(lines.size(), tail.size());
+  EXPECT_EQ(std::vector<std::string>(lines.end() - static_cast<long>(tail.size()), lines.end()), tail);
+}
+
+TEST_F(DocumentFlows, XmlExportWritesItsMetadataBesideIt) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  ASSERT_TRUE(exportWith([&](ExportValues& values) { values.file = dir_.file("out.v2.xml"); }));
+  EXPECT_EQ(readFile(dir_.file("out.v2.xml")).rfind("<?xml", 0), 0u);
+  EXPECT_TRUE(exists(dir_.file("out.v2_meta.xml")));
+  EXPECT_EQ(document_.metadataFileName(), dir_.file("out.v2_meta.xml"));
+  EXPECT_TRUE(consoleHas("- Creating XML file -"));
+
+  // A name without a dot keeps its metadata in the same folder.
+  ASSERT_TRUE(exportWith([&](ExportValues& values) { values.file = dir_.file("plain"); }));
+  EXPECT_TRUE(exists(dir_.file("plain_meta")));
+}
+
+TEST_F(DocumentFlows, AnEmptySubtitleTakesTheTitle) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  const std::string destination = dir_.file("out.kvf");
+  ASSERT_TRUE(exportWith([&](ExportValues& values) {
+    values.file = destination;
+    values.title = "Survey";
+    values.subtitle = "";
+  }));
+  EXPECT_EQ(document_.matrix()->title, "Survey");
+  EXPECT_EQ(document_.matrix()->subtitle, "Survey");
+  const std::string text = readFile(destination);
+  EXPECT_NE(text.find("title = \"Survey\""), std::string::npos);
+  EXPECT_NE(text.find("sub_title = \"Survey\""), std::string::npos);
+
+  // The next dialog starts from the stored texts.
+  std::string title;
+  std::string subtitle;
+  exportWith([&](ExportValues& values) {
+    title = values.title;
+    subtitle = values.subtitle;
+  });
+  EXPECT_EQ(title, "Survey");
+  EXPECT_EQ(subtitle, "Survey");
+}
+
+// One horde per assertion, with reduced classes that keep only the first
+// member of each class: the reduced rows have narrower ages.
+void giveHordes(SymbolicMatrix& matrix) {
+  ASSERT_TRUE(matrix.indexAssertions());
+  auto row = [&](const std::string& id, std::initializer_list<const char*> members) {
+    auto made = std::make_unique<Assertion>(id, 0);
+    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    for (const char* member : members) {
+      const Individual* individual = matrix.findIndividual(member);
+      for (size_t v = 0; v < matrix.cellCount; ++v) made->value(v).addCell(individual->cells[v], 1.0);
+      ++made->memberCount;
+    }
+    return made;
+  };
+  matrix.hordes.resize(2);
+  matrix.hordes[0].classes.push_back(row("a_1", {"1", "2"}));
+  matrix.hordes[0].reducedClasses.push_back(row("a_1", {"1"}));
+  matrix.hordes[1].classes.push_back(row("b_1", {"3"}));
+  matrix.hordes[1].reducedClasses.push_back(row("b_1", {"3"}));
+}
+
+TEST_F(DocumentFlows, HordesExportFollowsTheReducedHordesBoxForTextAndTheReducedAssertionsBoxForXml) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  EXPECT_FALSE(document_.isEnabled(ID_EXPORT_HORDES));
+  giveHordes(*document_.matrix());
+  ASSERT_TRUE(document_.isEnabled(ID_EXPORT_HORDES));
+  ASSERT_TRUE(document_.isEnabled(ID_VIEW_REDUCED_HORDES));
+
+  // Text: the reduced classes, from "Export reduced Hordes".
+  ASSERT_TRUE(exportWith([&](ExportValues& values) { values.file = dir_.file("h.kvf"); }, true));
+  EXPECT_NE(readFile(dir_.file("h.kvf")).find("(30:30)"), std::string::npos);
+  ASSERT_TRUE(exportWith(
+      [&](ExportValues& values) {
+        values.file = dir_.file("h2.kvf");
+        values.exportReducedHordes = false;
+      },
+      true));
+  EXPECT_NE(readFile(dir_.file("h2.kvf")).find("(30:40)"), std::string::npos);
+
+  // XML: "Export reduced assertions" decides, even with reduced hordes ticked.
+  ASSERT_TRUE(exportWith(
+      [&](ExportValues& values) {
+        values.file = dir_.file("h.xml");
+        values.exportReducedAssertions = true;  // no reduced assertion exists: taken as unticked
+        values.exportReducedHordes = true;
+      },
+      true));
+  const std::string xml = readFile(dir_.file("h.xml"));
+  EXPECT_NE(xml.find("<pmax>40</pmax>"), std::string::npos);
+  EXPECT_FALSE(exists(dir_.file("h_meta.xml")));
+
+  // The unwritable destination is refused before anything is written.
+  EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = "/nonexistent-velda-dir/h.kvf"; }, true));
+  EXPECT_EQ(ui_.lastMessage(), "Can not open file /nonexistent-velda-dir/h.kvf");
+}
+
+TEST_F(DocumentFlows, ViewFilesUseTheirPrefixesAndGoWithTheDocument) {
+  const std::string project = writeProject("towns.gaj");
+  std::vector<std::string> viewed;
+  {
+    ScriptedUserInterface ui;
+    ui.onChooseFile = [&](const FileRequest&, FileChoice& choice) {
+      choice.path = project;
+      return true;
+    };
+    ui.onStartViewer = [&](const std::string& path, ViewerKind kind) {
+      EXPECT_EQ(kind, ViewerKind::Text);
+      viewed.push_back(path);
+      return true;
+    };
+    Document document(ui);
+    ASSERT_TRUE(document.open());
+    ASSERT_TRUE(document.viewTable(Document::Table::Individuals));
+    ASSERT_TRUE(document.viewTable(Document::Table::Assertions));
+    ASSERT_EQ(viewed.size(), 2u);
+    for (size_t i = 0; i < 2; ++i) {
+      EXPECT_EQ(viewed[i].rfind(i == 0 ? "./dbind" : "./dbgrp", 0), 0u) << viewed[i];
+      EXPECT_EQ(viewed[i].substr(viewed[i].size() - 4), ".txt");
+    }
+    // Table order: the loaded table has 3 buckets and "1", "2", "3" hash to
+    // 49, 50, 51, so "3" comes first.
+    EXPECT_EQ(readFile(viewed[0]),
+              "Individual\tWeight\ttown\tage\tAssertions\n"
+              "3\t1\tx\t50.00\tb\n"
+              "1\t1\tx\t30.00\ta\n"
+              "2\t1\ty\t40.00\ta\n");
+    EXPECT_EQ(readFile(viewed[1]).rfind("Assertion\tIndividuals\ttown\tage\n", 0), 0u);
+
+    // The same kind rewrites the same file; a failing viewer is reported.
+    ui.onStartViewer = [&](const std::string& path, ViewerKind) {
+      viewed.push_back(path);
+      return false;
+    };
+    EXPECT_FALSE(document.viewTable(Document::Table::Individuals));
+    EXPECT_EQ(viewed[2], viewed[0]);
+    EXPECT_EQ(ui.lastMessage(), "Creation of viewer subprocess failed");
+    EXPECT_TRUE(exists(viewed[0]));
+  }
+  EXPECT_FALSE(exists(viewed[0]));
+  EXPECT_FALSE(exists(viewed[1]));
+}
+
+TEST_F(DocumentFlows, EnabledCommandsFollowTheDocumentsState) {
+  auto enabled = [&](std::initializer_list<int32_t> ids) {
+    std::vector<int32_t> on;
+    for (int32_t id : ids)
+      if (document_.isEnabled(id)) on.push_back(id);
+    return on;
+  };
+  const std::initializer_list<int32_t> dataCommands = {
+      ID_FILE_SAVE, ID_FILE_SAVE_AS, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_ADD_SINGLE_VALUED_VARIABLES,
+      ID_ADD_SET_VALUED_VARIABLE, ID_VARIABLE_PROPERTIES, ID_VIEW_ASSERTIONS, ID_REFRESH_DISPLAYS};
+  const std::initializer_list<int32_t> conditional = {
+      ID_EXPORT_HORDES, ID_DISCONNECT, ID_REMOVE_VARIABLES, ID_CREATE_TAXONOMY, ID_REMOVE_TAXONOMIES,
+      ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS, ID_REDUCE_HORDES, ID_VIEW_INDIVIDUALS,
+      ID_VIEW_HORDES, ID_VIEW_TAXONOMIES, ID_VIEW_DEPENDENCES, ID_VIEW_REDUCED_ASSERTIONS, ID_VIEW_VOLUME_MATRIX,
+      ID_VIEW_REDUCED_HORDES};
+  const std::initializer_list<int32_t> always = {ID_FILE_NEW, ID_FILE_OPEN, ID_NEW_BY_JOIN, ID_APP_EXIT,
+                                                 ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE, ID_MAIN_TOOLBAR,
+                                                 ID_REDOCK_DISPLAYS, ID_HELP_FINDER, ID_APP_ABOUT};
+
+  EXPECT_TRUE(enabled(dataCommands).empty());
+  EXPECT_TRUE(enabled(conditional).empty());
+  EXPECT_EQ(enabled(always).size(), always.size());
+  EXPECT_FALSE(document_.execute(ID_FILE_SAVE));
+
+  // Mixed kinds, no added variable: no division, no removal of variables.
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  EXPECT_EQ(enabled(dataCommands).size(), dataCommands.size());
+  EXPECT_EQ(enabled(conditional),
+            (std::vector<int32_t>{ID_CREATE_TAXONOMY, ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_VIEW_INDIVIDUALS}));
+
+  ASSERT_TRUE(openFile(writeProject("added.gaj", true)));
+  EXPECT_EQ(enabled(conditional), (std::vector<int32_t>{ID_REMOVE_VARIABLES, ID_CREATE_TAXONOMY, ID_ADD_DEPENDENCE,
+                                                        ID_REDUCE_ASSERTIONS, ID_VIEW_INDIVIDUALS}));
+}
+
+TEST(DocumentPredicates, BoundariesOfTheEnabledWhenTests) {
+  DocumentState state;
+  state.hasData = true;
+  state.variableCount = 3;
+  state.cellCount = 3;
+  EXPECT_FALSE(isEnabled(EnabledWhen::MoreVariablesThanCells, state));
+  state.variableCount = 4;
+  EXPECT_TRUE(isEnabled(EnabledWhen::MoreVariablesThanCells, state));
+
+  state.individualCount = 1;
+  state.qualitativeCount = 2;
+  state.quantitativeCount = 0;
+  EXPECT_TRUE(isEnabled(EnabledWhen::Divisible, state));
+  state.quantitativeCount = 1;
+  EXPECT_FALSE(isEnabled(EnabledWhen::Divisible, state));
+  state.qualitativeCount = 0;
+  EXPECT_TRUE(isEnabled(EnabledWhen::Divisible, state));
+  state.individualCount = 0;
+  EXPECT_FALSE(isEnabled(EnabledWhen::Divisible, state));
+
+  EXPECT_FALSE(isEnabled(EnabledWhen::PossibleMother, state));
+  state.possibleMothers = 1;
+  EXPECT_TRUE(isEnabled(EnabledWhen::PossibleMother, state));
+
+  DocumentState empty;
+  empty.connectionOpen = true;
+  EXPECT_TRUE(isEnabled(EnabledWhen::ConnectionOpen, empty));
+  EXPECT_FALSE(isCommandEnabled(ID_FILE_SAVE, empty));
+  EXPECT_FALSE(isCommandEnabled(12345, empty));
+}
+
+TEST(DocumentCommandTable, TextsAsTheMenusAndStatusBarShowThem) {
+  const CommandInfo* info = findCommand(ID_FILE_NEW);
+  ASSERT_NE(info, nullptr);
+  EXPECT_STREQ(info->menuText, "&New...\tCtrl+N");
+  EXPECT_STREQ(info->prompt, "Create new data with a query");
+  EXPECT_STREQ(info->tooltip, "New");
+
+  info = findCommand(ID_REDUCE_HORDES_OLD);
+  ASSERT_NE(info, nullptr);
+  EXPECT_EQ(info->menu, Menu::None);
+  EXPECT_STREQ(info->prompt, "Reduce Hordes\\Reduce Hordes");
+  EXPECT_EQ(info->tooltip, nullptr);
+
+  info = findCommand(ID_DISCONNECT);
+  EXPECT_STREQ(info->menuText, "Disconnect");
+  EXPECT_EQ(info->tooltip, nullptr);
+  EXPECT_EQ(info->enabledWhen, EnabledWhen::ConnectionOpen);
+
+  EXPECT_STREQ(findCommand(ID_VARIABLE_PROPERTIES)->prompt, "Edit variables ouput mode");
+  EXPECT_STREQ(findCommand(ID_ADD_SINGLE_VALUED_VARIABLES)->tooltip, "Add one ore more single-valued variables");
+  EXPECT_STREQ(findCommand(ID_VIEW_REDUCED_HORDES)->menuText, "R&educed Hordes...");
+  EXPECT_TRUE(findCommand(ID_DEPENDENCES_DISPLAY)->checkable);
+
+  // Every number appears once.
+  for (const CommandInfo& a : commandTable()) {
+    int count = 0;
+    for (const CommandInfo& b : commandTable()) count += a.id == b.id;
+    EXPECT_EQ(count, 1) << a.id;
+  }
+}
+
+TEST(DocumentDialogChecks, TheDialogsRulesAndMessages) {
+  NewValues values;
+  values.tableName = "persons";
+  EXPECT_FALSE(checkNewValues(values));
+  values.sampleSize = 9;  // not ticked: not validated
+  EXPECT_FALSE(checkNewValues(values));
+  values.sampling = true;
+  for (int32_t size : {9, 10001}) {
+    values.sampleSize = size;
+    const auto refusal = checkNewValues(values);
+    ASSERT_TRUE(refusal) << size;
+    EXPECT_EQ(refusal->text, "Number of individuals must be between 100 and 10000");
+    EXPECT_EQ(refusal->icon, MessageIcon::Information);
+  }
+  for (int32_t size : {10, 50, 10000}) {
+    values.sampleSize = size;
+    EXPECT_FALSE(checkNewValues(values)) << size;
+  }
+  values.minimumSet = true;
+  values.minimum = 0;
+  EXPECT_EQ(checkNewValues(values)->text, "Minimum of individuals must be more than 0");
+  values.minimum = 1;
+  EXPECT_FALSE(checkNewValues(values));
+  values.tableName.clear();
+  values.query = "  ";
+  EXPECT_EQ(checkNewValues(values)->text, "Please select a Table or a Request");
+
+  EXPECT_EQ(queryOf("persons", ""), "select * from persons");
+  EXPECT_EQ(queryOf("", "select 1"), "select 1");
+
+  JoinValues join{"a.gaj", ""};
+  EXPECT_EQ(checkJoinValues(join)->text, "You must select file name");
+  EXPECT_EQ(checkJoinValues(join)->icon, MessageIcon::Warning);
+  join.secondFile = "b.gaj";
+  EXPECT_FALSE(checkJoinValues(join));
+
+  DivisionValues division;
+  division.classes = 1;
+  EXPECT_TRUE(checkDivisionValues(division));
+  division.classes = 2;
+  EXPECT_FALSE(checkDivisionValues(division));
+  ReductionValues reduction;
+  reduction.threshold = 100;
+  EXPECT_FALSE(checkReductionValues(reduction));
+  reduction.threshold = 101;
+  EXPECT_TRUE(checkReductionValues(reduction));
+
+  TaxonomyValues taxonomy;
+  taxonomy.tableName = "towns";
+  EXPECT_EQ(checkTaxonomyValues(taxonomy)->text, "No variable selected");
+}
+
+TEST(DocumentFileRecord, NamesMadeFromAChosenPath) {
+  FileRecord record = FileRecord::fromPath("/data/v1.2/survey.gaj");
+  EXPECT_TRUE(record.valid);
+  EXPECT_EQ(record.fileName, "survey.gaj");
+  EXPECT_EQ(record.fileTitle, "survey");
+  EXPECT_EQ(record.exportName, "/data/v1.2/survey.kvf");
+
+  record = FileRecord::fromPath("/data/v1.2/survey");
+  EXPECT_EQ(record.fileTitle, "survey");
+  EXPECT_EQ(record.exportName, "/data/v1.2/survey.kvf");
+
+  record = FileRecord::fromPath("a.b.gaj");
+  EXPECT_EQ(record.fileTitle, "a.b");
+  EXPECT_EQ(record.exportName, "a.b.kvf");
+}
+
+}  // namespace
+}  // namespace velda
