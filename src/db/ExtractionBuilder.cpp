@@ -153,11 +153,11 @@ Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
 }
 
 Assertion& ExtractionBuilder::assertionNamed(const char* id) {
-  if (lastAssertion_ && lastAssertion_->id == id) return *lastAssertion_;
-  Assertion* assertion = matrix_->findAssertion(id);
-  if (!assertion) assertion = &matrix_->createAssertion(id);
-  lastAssertion_ = assertion;
-  return *assertion;
+  const auto found = assertionIndex_.find(id);
+  if (found != assertionIndex_.end()) return *found->second;
+  Assertion& created = matrix_->createAssertion(id);
+  assertionIndex_.emplace(created.id, &created);
+  return created;
 }
 
 // Reservoir sampling: the k-th individual linked to a group is kept with

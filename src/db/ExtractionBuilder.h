@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "db/QueryStatement.h"
@@ -58,7 +60,10 @@ class ExtractionBuilder {
   bool weighted_;
   int32_t sampleSize_;
   std::unique_ptr<CellValue[]> rowCells_;  // the current row's cells
-  Assertion* lastAssertion_ = nullptr;     // rows often come grouped
+  // The assertions by identifier, for lookups that do not walk the long
+  // chains of the assertion table (its bucket count is fixed until the
+  // matrix is finished). Keys view the identifiers held by the table.
+  std::unordered_map<std::string_view, Assertion*> assertionIndex_;
 };
 
 }  // namespace velda
