@@ -120,8 +120,6 @@ class Document {
   bool refused(const std::optional<Refusal>& refusal);
   // Shows the last-error text with the warning icon; returns false.
   bool showFailure();
-  // A command whose operation has not been built into this program.
-  bool unavailable(const char* command);
   void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record);
   void resetMetadata();
   void setModified() { modified_ = true; }

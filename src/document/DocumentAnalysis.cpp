@@ -1,6 +1,8 @@
 // The long operations: Reduce assertions, Divide assertions, Reduce Hordes.
 #include "document/Document.h"
 #include "model/SymbolicMatrix.h"
+#include "ops/Division.h"
+#include "ops/Hordes.h"
 #include "ops/Reduction.h"
 
 namespace velda {
@@ -8,6 +10,7 @@ namespace velda {
 namespace {
 
 constexpr int32_t kDefaultReductionThreshold = 80;
+constexpr int32_t kDefaultDivisionClasses = 3;
 
 }  // namespace
 
@@ -30,12 +33,31 @@ bool Document::runLongOperation(const char* title, const char* canceledText, con
 bool Document::reduceAssertions() {
   if (!matrix_) return false;
   ReductionValues values;
-  if (matrix_->reductionThreshold > 0) values.threshold = matrix_->reductionThreshold;
-  else values.threshold = kDefaultReductionThreshold;
+  values.threshold = matrix_->reductionThreshold > 0 ? matrix_->reductionThreshold : kDefaultReductionThreshold;
   if (!ui_.askReduction(values) || refused(checkReductionValues(values))) return false;
   updateAssertions();
   return runLongOperation("Reducing assertions", "Reduction canceled", "Reduction failed",
                           [&] { return Reduce(*matrix_, values.threshold, console_); });
+}
+
+bool Document::divideAssertions() {
+  if (!matrix_) return false;
+  DivisionValues values;
+  values.classes = matrix_->divisionClassCount > 0 ? matrix_->divisionClassCount : kDefaultDivisionClasses;
+  if (!ui_.askDivision(values) || refused(checkDivisionValues(values))) return false;
+  updateAssertions();
+  return runLongOperation("Dividing assertions", "Division canceled", "Division failed",
+                          [&] { return Divide(*matrix_, values.classes); });
+}
+
+bool Document::reduceHordes() {
+  if (!matrix_) return false;
+  ReductionValues values;
+  values.threshold = matrix_->reductionThreshold > 0 ? matrix_->reductionThreshold : kDefaultReductionThreshold;
+  if (!ui_.askReduction(values) || refused(checkReductionValues(values))) return false;
+  updateAssertions();
+  return runLongOperation("Reducing Hordes", "Reduction canceled", "Reduction failed",
+                          [&] { return ReduceHordes(*matrix_, values.threshold, console_); });
 }
 
 }  // namespace velda

@@ -7,6 +7,7 @@
 #include "document/Document.h"
 #include "document/DocumentMetadata.h"
 #include "document/ExtractionEnding.h"
+#include "document/JoinFiles.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {
@@ -61,6 +62,36 @@ bool Document::newFromDatabase() {
   }
   finishCommand();
   return installed != 0;
+}
+
+bool Document::newByJoin() {
+  JoinValues values;
+  if (!ui_.askJoin(values) || refused(checkJoinValues(values))) return false;
+  std::unique_ptr<SymbolicMatrix> joined;
+  {
+    std::FILE* first = std::fopen(values.firstFile.c_str(), "rb");
+    std::FILE* second = first ? std::fopen(values.secondFile.c_str(), "rb") : nullptr;
+    if (!second) {
+      if (first) std::fclose(first);
+      setError("Can not open file %s", (first ? values.secondFile : values.firstFile).c_str());
+      return showFailure();
+    }
+    BusyScope busy(ui_, "Joining files...");
+    joined = JoinFiles(first, second);
+    std::fclose(first);
+    std::fclose(second);
+  }
+  if (!joined) return showFailure();
+  if (!closeData()) return false;
+  matrix_ = std::move(joined);
+  assertionsOutOfDate_ = false;
+  fileRecord_ = FileRecord();
+  setModified();
+  printSummary();
+  refreshDisplays();
+  updateTitle();
+  finishCommand();
+  return true;
 }
 
 }  // namespace velda
