@@ -83,8 +83,10 @@ double ReductionRecord::volume(const SymbolicMatrix& matrix) const {
 }
 
 std::unique_ptr<Assertion> ReductionRecord::reducedAssertion(const SymbolicMatrix& matrix) const {
-  const size_t cells = matrix.cellCount;
+  // An assertion without registered individuals is left as it is.
+  const size_t cells = members_.empty() ? 0 : matrix.cellCount;
   std::unique_ptr<Assertion> reduced = derivedAssertion(*assertion_, assertion_->id, assertion_->number, cells);
+  reduced->memberCount = members_.empty() ? assertion_->memberCount : 0;
   for (size_t m = 0; m < members_.size(); ++m) {
     if (exclusion_[m] != 0) continue;
     reduced->members.push_back(const_cast<Individual*>(members_[m]));

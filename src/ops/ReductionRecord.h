@@ -48,7 +48,8 @@ class ReductionRecord {
 
   // The reduced assertion: the same name and number, values accumulated
   // afresh from the covered individuals for the cell-holding variables and
-  // copied from the assertion for the others. Throws std::bad_alloc.
+  // copied from the assertion for the others (all copied when the record has
+  // no individual). Throws std::bad_alloc.
   std::unique_ptr<Assertion> reducedAssertion(const SymbolicMatrix& matrix) const;
 
  private:

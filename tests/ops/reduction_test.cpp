@@ -92,6 +92,23 @@ TEST(Reduction, ThresholdHundredRemovesNothingAndNewRunsStartFresh) {
   EXPECT_EQ(data.matrix->reductionThreshold, 100);
 }
 
+TEST(Reduction, AnAssertionWithoutIndividualsIsLeftAsItIs) {
+  HandMatrix data;
+  data.quantitative("x");
+  data.holdCells();
+  Assertion& empty = data.matrix->createAssertion("e");
+  auto& value = static_cast<QuantitativeValue&>(empty.value(0));
+  value.min = 2;
+  value.max = 7;
+  empty.memberCount = 4;
+  ConsoleLog console;
+  ASSERT_EQ(Reduce(*data.matrix, 50, console), 1);
+  const Assertion& reduced = *data.matrix->reducedAssertions[0];
+  EXPECT_EQ(interval(reduced, 0).min, 2.0);
+  EXPECT_EQ(interval(reduced, 0).max, 7.0);
+  EXPECT_EQ(reduced.memberCount, 4);
+}
+
 TEST(Reduction, GreedyThenSearchKeepsTheNarrowestHalf) {
   // 20 individuals 1..20 at threshold 50: k = 10, 19 steps, so the greedy
   // phase runs first; the best is any 10 consecutive values (width 9).
