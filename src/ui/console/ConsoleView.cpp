@@ -19,8 +19,11 @@ ConsoleView::ConsoleView(QWidget* parent) : QAbstractScrollArea(parent) {
   viewport()->setAutoFillBackground(true);
 }
 
-ConsoleView::~ConsoleView() {
+ConsoleView::~ConsoleView() { detach(); }
+
+void ConsoleView::detach() {
   if (log_) log_->setListener(nullptr);
+  log_ = nullptr;
 }
 
 void ConsoleView::attach(ConsoleLog& log) {

@@ -21,8 +21,9 @@ class ConsoleView : public QAbstractScrollArea {
   explicit ConsoleView(QWidget* parent = nullptr);
   ~ConsoleView() override;
 
-  // Starts drawing this console and following its changes.
+  // Starts drawing this console and following its changes; detach stops.
   void attach(ConsoleLog& log);
+  void detach();
 
   int lineHeight() const { return lineHeight_; }
   // The scrolling surface: 10000 pixels by the line count times the line height.

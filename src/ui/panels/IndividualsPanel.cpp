@@ -1,0 +1,37 @@
+#include "ui/panels/IndividualsPanel.h"
+
+#include <QListView>
+#include <QStackedWidget>
+
+#include "ui/panels/EmptyPage.h"
+#include "ui/panels/IndividualListModel.h"
+
+namespace velda::ui {
+
+IndividualsPanel::IndividualsPanel(QWidget* parent) : QDockWidget(QStringLiteral("Individuals display"), parent) {
+  setObjectName(QStringLiteral("IndividualsPanel"));
+  model_ = new IndividualListModel(this);
+  view_ = new QListView(this);
+  view_->setModel(model_);
+  // Equal rows let the view lay out a million items without measuring each.
+  view_->setUniformItemSizes(true);
+  view_->setLayoutMode(QListView::Batched);
+  pages_ = new QStackedWidget(this);
+  pages_->addWidget(new EmptyPage(pages_));
+  pages_->addWidget(view_);
+  setWidget(pages_);
+}
+
+bool IndividualsPanel::isEmptyShown() const { return pages_->currentIndex() == 0; }
+
+void IndividualsPanel::clear() {
+  model_->setMatrix(nullptr);
+  pages_->setCurrentIndex(0);
+}
+
+void IndividualsPanel::fill(const SymbolicMatrix& matrix) {
+  model_->setMatrix(&matrix);
+  pages_->setCurrentIndex(1);
+}
+
+}  // namespace velda::ui
