@@ -33,6 +33,13 @@ void compareMissing(Diagnostics& diag, const char* which, double found, double s
   }
 }
 
+std::string summaryLine(const std::string& count, const char* what) {
+  std::string line = "\t";
+  line += count;
+  line += what;
+  return line;
+}
+
 }  // namespace
 
 void VerifyCoherence(const SymbolicFile& model, Diagnostics& diag) {
@@ -60,12 +67,12 @@ void VerifyCoherence(const SymbolicFile& model, Diagnostics& diag) {
   compareMissing(diag, "NU", nuFound, nuDeclared, h.value(kNbNu));
 
   diag.note("this Base file contain");
-  diag.note("\t" + str(static_cast<long long>(model.individuals.size())) + " individuals");
-  diag.note("\t" + str(static_cast<long long>(model.variables.size())) + " variables");
-  diag.note("\t" + str(static_cast<long long>(model.rules.size())) + " rules");
-  diag.note("\t" + str(static_cast<long long>(model.hierarchies.size())) + " hierarchies");
-  diag.note("\t" + FormatReal(naFound) + " NA values");
-  diag.note("\t" + FormatReal(nuFound) + " NU values");
+  diag.note(summaryLine(str(static_cast<long long>(model.individuals.size())), " individuals"));
+  diag.note(summaryLine(str(static_cast<long long>(model.variables.size())), " variables"));
+  diag.note(summaryLine(str(static_cast<long long>(model.rules.size())), " rules"));
+  diag.note(summaryLine(str(static_cast<long long>(model.hierarchies.size())), " hierarchies"));
+  diag.note(summaryLine(FormatReal(naFound), " NA values"));
+  diag.note(summaryLine(FormatReal(nuFound), " NU values"));
 }
 
 }  // namespace velda::symlib

@@ -293,7 +293,7 @@ void SymbolicBuilder::endRow() {
 
 void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& value) {
   using Kind = SymValue::Kind;
-  const std::string kind = SymVariableKindWord(variable.kind);
+  const std::string_view kind = SymVariableKindWord(variable.kind);
   switch (value.kind) {
     case Kind::NA:
     case Kind::NU: return;
@@ -314,7 +314,7 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
       break;
     case Kind::Interval:
       if (variable.kind == SymVariableKind::InterContinue) return;
-      diag_.semanticError("Error a interval value for the variable which is type" + kind);
+      diag_.semanticError(std::string("Error a interval value for the variable which is type").append(kind));
       return;
     case Kind::CategorySet:
       if (variable.kind == SymVariableKind::MultNominal ||
@@ -322,17 +322,17 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError("Error a multiple simple value for the variable:\n\t which is of type:" + kind);
+      diag_.semanticError(std::string("Error a multiple simple value for the variable:\n\t which is of type:").append(kind));
       return;
     case Kind::WeightedSet:
       if (variable.kind == SymVariableKind::MultNominalModif) {
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError("Error a multiple modal value for the variable:\n\t which is of type:" + kind);
+      diag_.semanticError(std::string("Error a multiple modal value for the variable:\n\t which is of type:").append(kind));
       return;
   }
-  diag_.semanticError("Error a simple value for the variable which is type" + kind);
+  diag_.semanticError(std::string("Error a simple value for the variable which is type").append(kind));
 }
 
 void SymbolicBuilder::markOldFashionNA(SymValue& value) {

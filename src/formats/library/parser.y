@@ -7,7 +7,6 @@
 %define api.namespace {velda::symlib}
 %define api.parser.class {SymbolicGrammar}
 %define api.value.type variant
-%define parse.assert
 %parse-param {ParseContext& ctx}
 %lex-param {ParseContext& ctx}
 
