@@ -1,0 +1,90 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "app/CliRun.h"
+
+namespace velda::test {
+
+// The database that the end-to-end chains run on: people of two towns with
+// a weight, the towns' regions and a fact per town.
+inline const char* chainDatabaseSql() {
+  return "CREATE TABLE people (id integer, town varchar(20), job varchar(20), income real, w real);"
+         "INSERT INTO people VALUES (1, 'Lyon', 'clerk', 1000, 1), (2, 'Lyon', 'student', 50, 2),"
+         " (3, 'Lyon', 'clerk', 1500, 1), (4, 'Nice', 'farmer', 900, 1), (5, 'Nice', 'student', NULL, 1),"
+         " (6, 'Rome', 'clerk', 700, 1);"
+         "CREATE TABLE jobs (job varchar(20), kind varchar(20));"
+         "INSERT INTO jobs VALUES ('clerk', 'employed'), ('farmer', 'employed'), ('student', 'studying');"
+         "CREATE TABLE facts (town varchar(20), sea varchar(3));"
+         "INSERT INTO facts VALUES ('Lyon', 'no'), ('Nice', 'yes');";
+}
+
+// Runs the whole chain from connect to export on the database and checks
+// what every step printed and wrote.
+inline void checkChain(const std::string& connection, const std::string& dir) {
+  const CliResult result = runCli(
+      {"--seed", "7", "connect", connection,
+       "then", "new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes",
+       "then", "add-variables", "--table", "facts",
+       "then", "save", "chain.gaj",
+       "then", "export", "chain.kvf", "--title", "People",
+       "then", "export", "chain.xml",
+       "then", "view", "assertions"},
+      dir);
+  ASSERT_EQ(result.status, 0) << result.err;
+  const std::vector<std::string> lines = linesOf(result.out);
+  ASSERT_GE(lines.size(), 12u) << result.out;
+  EXPECT_EQ(lines[0].rfind("Extraction done in ", 0), 0u);
+  const std::vector<std::string> summary(lines.begin() + 1, lines.begin() + 4);
+  EXPECT_EQ(summary, (std::vector<std::string>{"Symbolic data matrix is composed by:",
+                                               "2 variables (1 qualitatives, 1 quantitatives)",
+                                               "3 assertions build from 6 individuals"}));
+  auto has = [&](const std::string& line) {
+    for (const std::string& l : lines)
+      if (l == line) return true;
+    return false;
+  };
+  // Rome has one individual, below the minimum of 2.
+  EXPECT_TRUE(has("::Individuals per group threshold: 2"));
+  EXPECT_TRUE(has("taxonomy variable 'job': initial domain is covered by 2 nodes"));
+  EXPECT_TRUE(has("2: variable 'income': value '50.00' will be replaced by NA"));
+  EXPECT_TRUE(has("1 rules added:"));
+  EXPECT_TRUE(has("  income is applicable if job in {\"clerk\", \"farmer\"}"));
+  EXPECT_TRUE(has("1 unique variables added:"));
+  EXPECT_TRUE(has("   sea"));
+  EXPECT_TRUE(has("saving KVF file chain.kvf ..."));
+  EXPECT_TRUE(has("saving XML file chain.xml ..."));
+  EXPECT_TRUE(has("Assertion\tIndividuals\tjob\tincome\tsea"));
+
+  EXPECT_EQ(slurp(dir + "/chain.kvf").rfind("KORVA = (", 0), 0u);
+  EXPECT_NE(slurp(dir + "/chain.kvf").find("title = \"People\""), std::string::npos);
+  EXPECT_EQ(slurp(dir + "/chain.xml").rfind("<?xml", 0), 0u);
+  EXPECT_EQ(access((dir + "/chain_meta.xml").c_str(), F_OK), 0);
+  EXPECT_EQ(access((dir + "/chain.gaj.xml").c_str(), F_OK), 0);
+
+  // The saved project opens again with its metadata; the reader checks the
+  // exported file.
+  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check",
+                                     "chain.kvf", "then", "dependences", "then", "taxonomies"},
+                                    dir);
+  ASSERT_EQ(reopened.status, 0) << reopened.err;
+  const std::vector<std::string> again = linesOf(reopened.out);
+  auto hasAgain = [&](const std::string& line) {
+    for (const std::string& l : again)
+      if (l == line) return true;
+    return false;
+  };
+  EXPECT_TRUE(hasAgain("MetaData Loaded and transfered"));
+  EXPECT_TRUE(hasAgain("2 assertions build from 5 individuals"));
+  EXPECT_TRUE(hasAgain("2\t2\tstudent\tNA\tLyon"));
+  EXPECT_TRUE(hasAgain("  income is applicable if job in {\"clerk\", \"farmer\"}"));
+  EXPECT_TRUE(hasAgain("Taxonomy of job:"));
+  EXPECT_TRUE(hasAgain("  root_"));
+}
+
+}  // namespace velda::test

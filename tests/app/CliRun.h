@@ -1,0 +1,70 @@
+#pragma once
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+extern char** environ;
+
+namespace velda::test {
+
+// What one run of velda-cli gave.
+struct CliResult {
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+inline std::string slurp(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+// Runs build/bin/velda-cli with the arguments in the folder `dir`, standard
+// input from /dev/null, both outputs captured in files of that folder.
+inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir) {
+  const char* binaryDir = std::getenv("VELDA_BINARY_DIR");
+  const std::string program = std::string(binaryDir ? binaryDir : ".") + "/bin/velda-cli";
+  const std::string outPath = dir + "/cli.out";
+  const std::string errPath = dir + "/cli.err";
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addchdir_np(&actions, dir.c_str());
+  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, 1, outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  posix_spawn_file_actions_addopen(&actions, 2, errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  std::vector<char*> argv;
+  argv.push_back(const_cast<char*>(program.c_str()));
+  for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
+  argv.push_back(nullptr);
+  CliResult result;
+  pid_t pid;
+  if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) == 0) {
+    int status = 0;
+    waitpid(pid, &status, 0);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+  posix_spawn_file_actions_destroy(&actions);
+  result.out = slurp(outPath);
+  result.err = slurp(errPath);
+  return result;
+}
+
+// The lines of a text, without the symbolic-file library's trace lines.
+inline std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);)
+    if (line.rfind("CHaine Korva", 0) != 0) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace velda::test

@@ -1,0 +1,47 @@
+// velda-cli end to end on the SQLite ODBC driver.
+#include "app/CliChain.h"
+#include "support/SqliteDatabase.h"
+#include "support/TempDir.h"
+
+namespace velda::test {
+namespace {
+
+TEST(CliChainSqlite, FromConnectToExport) {
+  SqliteDatabase database(chainDatabaseSql());
+  TempDir dir;
+  checkChain(database.connectionString(), dir.path());
+}
+
+TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
+  SqliteDatabase database(chainDatabaseSql());
+  TempDir dir;
+  CliResult result = runCli({"connect", "ODBC;" + database.connectionString(), "then", "tables", "then", "columns",
+                             "facts", "then", "disconnect"},
+                            dir.path());
+  ASSERT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(linesOf(result.out), (std::vector<std::string>{"facts\tTABLE", "jobs\tTABLE", "people\tTABLE",
+                                                           "Column name\tType\tPrecision\tNullable",
+                                                           "town\tSQL_VARCHAR\t20\tYes",
+                                                           "sea\tSQL_VARCHAR\t3\tYes"}));
+
+  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--sample", "9"},
+                  dir.path());
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "Number of individuals must be between 100 and 10000");
+
+  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--min", "0"},
+                  dir.path());
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "Minimum of individuals must be more than 0");
+
+  // Without --yes the dependence is only previewed.
+  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then",
+                   "dependence", "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
+                  dir.path());
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "velda-cli: dependence failed");
+  EXPECT_EQ(result.out.find("rules added"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace velda::test

@@ -1,0 +1,117 @@
+// velda-cli's usage errors and failures, without a database.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "app/CliRun.h"
+#include "support/TempDir.h"
+
+namespace velda::test {
+namespace {
+
+class CliUsage : public ::testing::Test {
+ protected:
+  CliResult run(const std::vector<std::string>& args) { return runCli(args, dir_.path()); }
+  TempDir dir_;
+};
+
+TEST_F(CliUsage, EveryUsageErrorExitsWithTwoAndRunsNothing) {
+  const std::vector<std::vector<std::string>> wrong = {
+      {},
+      {"--seed"},
+      {"--seed", "x", "tables"},
+      {"--seed", "-1", "tables"},
+      {"frobnicate"},
+      {"tables", "then"},
+      {"then", "tables"},
+      {"tables", "extra"},
+      {"connect"},
+      {"connect", "a", "b"},
+      {"columns"},
+      {"new"},
+      {"new", "--table", "t", "--query", "select 1"},
+      {"new", "--table"},
+      {"new", "--table", "t", "--sample", "ten"},
+      {"new", "--table", "t", "--min"},
+      {"new", "--table", "t", "--bogus"},
+      {"open"},
+      {"open", "a.gaj", "--ignore-metadata", "--ignore-metadata"},
+      {"save", "a.gaj", "b.gaj"},
+      {"join", "a.gaj"},
+      {"add-variables"},
+      {"add-set-variable", "--query"},
+      {"remove-variables"},
+      {"taxonomy", "--table", "towns"},
+      {"taxonomy", "town"},
+      {"remove-taxonomies"},
+      {"dependence", "--mother", "m", "--applicable", "a"},
+      {"dependence", "--mother", "m", "--applicable", "a", "--daughters", "d", "extra"},
+      {"properties"},
+      {"properties", "v", "--active", "--inactive"},
+      {"properties", "v", "--mode", "fancy"},
+      {"reduce", "--threshold"},
+      {"reduce", "--threshold", "8.5"},
+      {"divide", "--classes", "three"},
+      {"reduce-hordes", "5"},
+      {"export"},
+      {"export", "out.kvf", "--reduced-hordes"},
+      {"export-hordes", "out.kvf", "--title"},
+      {"view"},
+      {"view", "everything"},
+      {"taxonomies", "x"},
+      {"volume-matrix", "--after"},
+      {"console-save"},
+      {"check"},
+      // A usage error late in the chain stops it before the first command.
+      {"console-save", "early.txt", "then", "view", "nothing"},
+  };
+  for (const auto& args : wrong) {
+    const CliResult result = run(args);
+    std::string shown;
+    for (const auto& a : args) shown += a + " ";
+    EXPECT_EQ(result.status, 2) << shown;
+    EXPECT_NE(result.err.find("usage: velda-cli"), std::string::npos) << shown;
+    EXPECT_TRUE(result.out.empty()) << shown;
+  }
+  EXPECT_NE(access(dir_.file("early.txt").c_str(), F_OK), 0);
+}
+
+TEST_F(CliUsage, HelpListsEveryCommand) {
+  const CliResult result = run({"--help"});
+  EXPECT_EQ(result.status, 0);
+  for (const char* command : {"connect CONN", "disconnect", "tables", "columns TABLE", "new (--table NAME",
+                              "open FILE [--ignore-metadata]", "save [FILE]", "join FIRST SECOND",
+                              "add-variables", "add-set-variable", "remove-variables NAME...", "taxonomy VARIABLE",
+                              "remove-taxonomies VARIABLE...", "dependence --mother", "properties NAME...",
+                              "reduce [--threshold T]", "divide [--classes K]", "reduce-hordes", "export FILE",
+                              "export-hordes FILE", "view individuals|assertions|hordes|reduced|reduced-hordes",
+                              "taxonomies", "dependences", "volume-matrix [--before]", "console-save FILE",
+                              "check FILE", "discards"})
+    EXPECT_NE(result.out.find(command), std::string::npos) << command;
+}
+
+TEST_F(CliUsage, AFailingCommandStopsTheChainWithOne) {
+  CliResult result = run({"tables"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err),
+            (std::vector<std::string>{"Not connected: use connect CONN first", "velda-cli: tables failed"}));
+
+  result = run({"open", "missing.gaj", "then", "console-save", "console.txt"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "Can not open file missing.gaj");
+  EXPECT_NE(access(dir_.file("console.txt").c_str(), F_OK), 0);
+
+  result = run({"view", "assertions"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "No data: use new, open or join first");
+
+  result = run({"join", "a.gaj", "b.gaj"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err)[0], "Can not open file a.gaj");
+
+  result = run({"connect", "Driver=NoSuchDriver"});
+  EXPECT_EQ(result.status, 1);
+  EXPECT_FALSE(result.err.empty());
+}
+
+}  // namespace
+}  // namespace velda::test
