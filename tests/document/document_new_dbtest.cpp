@@ -1,0 +1,112 @@
+// The document's New and save question on data that was never saved.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "document/Document.h"
+#include "document/ScriptedUserInterface.h"
+#include "model/SymbolicMatrix.h"
+#include "support/SqliteDatabase.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+class DocumentNew : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ui_.onNew = [](NewValues& values) {
+      values.tableName = "people";
+      return true;
+    };
+    ui_.onChooseFile = [this](const FileRequest& request, FileChoice& choice) {
+      requests_.push_back(request);
+      if (nextFile_.empty()) return false;
+      choice.path = nextFile_;
+      return true;
+    };
+  }
+
+  test::SqliteDatabase database_{
+      "CREATE TABLE people (id integer, town varchar(20), age integer);"
+      "INSERT INTO people VALUES (1, 'Lyon', 30), (2, 'Lyon', 40), (3, 'Nice', 50);"
+      "CREATE TABLE empty_people (id integer, town varchar(20), age integer);"};
+  test::TempDir dir_;
+  ScriptedUserInterface ui_;
+  Document document_{ui_};
+  std::vector<FileRequest> requests_;
+  std::string nextFile_;
+};
+
+TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
+  ASSERT_FALSE(document_.isEnabled(ID_DISCONNECT));
+  ASSERT_TRUE(document_.connect(database_.connectionString()));
+  EXPECT_TRUE(document_.isEnabled(ID_DISCONNECT));
+  ASSERT_TRUE(document_.newFromDatabase());
+  ASSERT_EQ(ui_.progressTitles.size(), 1u);
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_FALSE(document_.fileRecord().valid);
+  EXPECT_EQ(ui_.title, "VELDA");
+  EXPECT_EQ(document_.console().lines().back(), "2 assertions build from 3 individuals");
+
+  // Yes, then Cancel in the save dialog: everything stays.
+  ui_.onAsk = [](const std::string&) { return Answer::Yes; };
+  SymbolicMatrix* before = document_.matrix();
+  EXPECT_FALSE(document_.closeData());
+  ASSERT_EQ(requests_.size(), 1u);
+  EXPECT_EQ(requests_[0].mode, FileRequest::Mode::Save);
+  EXPECT_EQ(requests_[0].filter, "VELDA file (*.gaj)");
+  EXPECT_EQ(requests_[0].defaultSuffix, "gaj");
+  EXPECT_EQ(document_.matrix(), before);
+  EXPECT_TRUE(document_.isModified());
+
+  // Save on never-saved data shows the dialog, then records the file.
+  nextFile_ = dir_.file("people.gaj");
+  EXPECT_TRUE(document_.save());
+  EXPECT_EQ(requests_.size(), 2u);
+  EXPECT_FALSE(document_.isModified());
+  EXPECT_EQ(ui_.title, "VELDA - people");
+  EXPECT_EQ(document_.metadataFileName(), nextFile_ + ".xml");
+  EXPECT_EQ(access((nextFile_ + ".xml").c_str(), F_OK), 0);
+
+  // Save as always asks; an unwritable name changes nothing.
+  nextFile_ = "/nonexistent-velda-dir/p.gaj";
+  document_.editVariableProperties();
+  EXPECT_FALSE(document_.saveAs());
+  EXPECT_EQ(ui_.lastMessage(), "Can not open file /nonexistent-velda-dir/p.gaj");
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_EQ(document_.fileRecord().path, dir_.file("people.gaj"));
+}
+
+TEST_F(DocumentNew, AFailedExtractionKeepsTheCurrentData) {
+  ASSERT_TRUE(document_.connect(database_.connectionString()));
+  ASSERT_TRUE(document_.newFromDatabase());
+  SymbolicMatrix* before = document_.matrix();
+
+  ui_.onNew = [](NewValues& values) {
+    values.tableName = "empty_people";
+    return true;
+  };
+  EXPECT_FALSE(document_.newFromDatabase());
+  EXPECT_EQ(ui_.lastMessage(), "No individual extracted");
+  EXPECT_EQ(document_.matrix(), before);
+  EXPECT_TRUE(ui_.questions.empty());  // nothing replaced, nothing asked
+
+  ui_.onNew = [](NewValues& values) {
+    values.query = "select id, age from people";
+    return true;
+  };
+  EXPECT_FALSE(document_.newFromDatabase());
+  EXPECT_EQ(ui_.lastMessage(), "Insufficient number of columns");
+  EXPECT_EQ(document_.matrix(), before);
+
+  ASSERT_TRUE(document_.disconnect());
+  ui_.onNew = [](NewValues& values) {
+    values.tableName = "people";
+    return true;
+  };
+  EXPECT_FALSE(document_.newFromDatabase());
+  EXPECT_EQ(document_.matrix(), before);
+}
+
+}  // namespace
+}  // namespace velda
