@@ -1,0 +1,236 @@
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "document/DialogChecks.h"
+#include "gui/GuiTestSupport.h"
+#include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/JoinDialog.h"
+#include "ui/dialogs/NumberParameterDialog.h"
+#include "ui/dialogs/ProgressDialog.h"
+#include "ui/dialogs/QueryDialog.h"
+#include "ui/widgets/ExtractionSettingsBox.h"
+#include "ui/widgets/DataSourceLink.h"
+#include "ui/widgets/FileDialogs.h"
+#include "ui/widgets/FileField.h"
+
+namespace velda::ui {
+namespace {
+
+using test::ShownMessage;
+using test::recordNextMessage;
+
+// No database: the dialogs list nothing and refuse to reconnect.
+class NoDataSource : public DataSourceLink {
+ public:
+  const Connection* connection() const override { return nullptr; }
+  bool connect(const std::string&) override { return false; }
+};
+
+class DialogTest : public ::testing::Test {
+ protected:
+  void SetUp() override { test::guiApplication(); }
+  NoDataSource noSource;
+};
+
+// The written form of New, with a query typed, so only the settings decide.
+std::unique_ptr<QueryDialog> writtenNewDialog(DataSourceLink& link) {
+  auto dialog = std::make_unique<QueryDialog>(QueryPurpose::NewData, true, QueryDialog::Values{}, link, nullptr);
+  dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
+  return dialog;
+}
+
+TEST_F(DialogTest, ExtractionSettingsStartDisabledWithTheirCounts) {
+  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, noSource, nullptr);
+  EXPECT_EQ(dialog.windowTitle().toStdString(), "Extraction of individuals");
+  ExtractionSettingsBox* settings = dialog.settings();
+  EXPECT_EQ(settings->sampleSizeEdit()->text().toStdString(), "1000");
+  EXPECT_EQ(settings->minimumEdit()->text().toStdString(), "1");
+  EXPECT_FALSE(settings->sampleSizeEdit()->isEnabled());
+  EXPECT_FALSE(settings->minimumEdit()->isEnabled());
+  settings->samplingBox()->setChecked(true);
+  EXPECT_TRUE(settings->sampleSizeEdit()->isEnabled());
+  EXPECT_FALSE(settings->minimumEdit()->isEnabled());
+  settings->minimumBox()->setChecked(true);
+  EXPECT_TRUE(settings->minimumEdit()->isEnabled());
+}
+
+TEST_F(DialogTest, ExtractionWithoutTableIsRefused) {
+  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, noSource, nullptr);
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "Please select a Table or a Request");
+  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+}
+
+TEST_F(DialogTest, SamplingCountAcceptsTenToTenThousandWithTheHundredText) {
+  for (int refused : {9, 10001, 0}) {
+    auto dialog = writtenNewDialog(noSource);
+    dialog->settings()->samplingBox()->setChecked(true);
+    dialog->settings()->sampleSizeEdit()->setText(QString::number(refused));
+    ShownMessage shown;
+    recordNextMessage(shown);
+    dialog->accept();
+    EXPECT_EQ(shown.text, "Number of individuals must be between 100 and 10000") << refused;
+    EXPECT_EQ(shown.icon, QMessageBox::Information);
+    EXPECT_NE(dialog->result(), QDialog::Accepted);
+  }
+  for (int accepted : {10, 50, 10000}) {
+    auto dialog = writtenNewDialog(noSource);
+    dialog->settings()->samplingBox()->setChecked(true);
+    dialog->settings()->sampleSizeEdit()->setText(QString::number(accepted));
+    dialog->accept();
+    ASSERT_EQ(dialog->result(), QDialog::Accepted) << accepted;
+    EXPECT_TRUE(dialog->values().query.sampling);
+    EXPECT_EQ(dialog->values().query.sampleSize, accepted);
+    EXPECT_EQ(dialog->values().query.query, "select person_id, town from survey");
+  }
+}
+
+TEST_F(DialogTest, MinimumZeroIsRefusedAndUntickedCountsAreNotChecked) {
+  auto refused = writtenNewDialog(noSource);
+  refused->settings()->minimumBox()->setChecked(true);
+  refused->settings()->minimumEdit()->setText(QStringLiteral("0"));
+  ShownMessage shown;
+  recordNextMessage(shown);
+  refused->accept();
+  EXPECT_EQ(shown.text, "Minimum of individuals must be more than 0");
+  EXPECT_EQ(shown.icon, QMessageBox::Information);
+  EXPECT_NE(refused->result(), QDialog::Accepted);
+
+  auto unticked = writtenNewDialog(noSource);
+  unticked->settings()->sampleSizeEdit()->setText(QStringLiteral("3"));
+  unticked->settings()->minimumEdit()->setText(QStringLiteral("0"));
+  unticked->settings()->weightBox()->setChecked(true);
+  unticked->accept();
+  ASSERT_EQ(unticked->result(), QDialog::Accepted);
+  EXPECT_FALSE(unticked->values().query.sampling);
+  EXPECT_FALSE(unticked->values().query.minimumSet);
+  EXPECT_TRUE(unticked->values().query.lastColumnIsWeight);
+}
+
+TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
+  QueryDialog dialog(QueryPurpose::Taxonomy, true, QueryDialog::Values{}, noSource, nullptr);
+  EXPECT_EQ(dialog.windowTitle().toStdString(), "Taxonomy query");
+  dialog.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "No variable selected");
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+}
+
+TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
+  JoinValues initial{"first.gaj", ""};
+  JoinDialog dialog(initial);
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "You must select file name");
+  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+
+  dialog.secondField()->setText(QStringLiteral("second.gaj"));
+  dialog.reject();
+  EXPECT_EQ(dialog.values().firstFile, "first.gaj");
+  EXPECT_EQ(dialog.values().secondFile, "");
+
+  JoinDialog both(JoinValues{"a.gaj", "b.gaj"});
+  both.accept();
+  EXPECT_EQ(both.result(), QDialog::Accepted);
+}
+
+TEST_F(DialogTest, JoinBrowseKeepsItsFilterTextAndProposesProjects) {
+  // The filter text names .kvf files but restricts nothing: the .gaj
+  // projects stay visible.
+  const QStringList filters = qtNameFilters("Korva file (*.kvf)");
+  ASSERT_EQ(filters.size(), 1);
+  EXPECT_EQ(filters.front().toStdString(), "Korva file (*.kvf) (*)");
+  const QStringList pairs = qtNameFilters("XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf||");
+  ASSERT_EQ(pairs.size(), 2);
+  EXPECT_EQ(pairs[0].toStdString(), "XML file (*.xml) (*.xml)");
+  EXPECT_EQ(pairs[1].toStdString(), "Korva file (*.kvf) (*.kvf)");
+}
+
+TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
+  ExportValues initial;
+  initial.title = "Survey";
+  initial.reducedAssertionsAvailable = true;
+  ExportDialog dialog(initial);
+  EXPECT_EQ(dialog.windowTitle().toStdString(), "KORVA export");
+  EXPECT_TRUE(dialog.reducedAssertionsBox()->isEnabled());
+  EXPECT_TRUE(dialog.reducedAssertionsBox()->isChecked());
+  EXPECT_FALSE(dialog.reducedHordesBox()->isEnabled());
+  EXPECT_FALSE(dialog.reducedHordesBox()->isChecked());
+
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "You must set a file name");
+  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+
+  dialog.fileField()->setText(QStringLiteral("/tmp/out.kvf"));
+  dialog.subtitleEdit()->clear();
+  dialog.accept();
+  ASSERT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.values().file, "/tmp/out.kvf");
+  EXPECT_EQ(dialog.values().subtitle, "Survey");
+  EXPECT_TRUE(dialog.values().exportReducedAssertions);
+  EXPECT_FALSE(dialog.values().exportReducedHordes);
+}
+
+TEST_F(DialogTest, ParameterRangesAndCancel) {
+  auto reduction = [](int32_t v) { return checkReductionValues(ReductionValues{v}); };
+  NumberParameterDialog dialog(QStringLiteral("Reduction parameter"), QStringLiteral("Reduction threshold"), 80,
+                               reduction);
+  EXPECT_EQ(dialog.field()->text().toStdString(), "80");
+  for (const char* refused : {"9", "101", "abc"}) {
+    dialog.field()->setText(QString::fromLatin1(refused));
+    ShownMessage shown;
+    recordNextMessage(shown);
+    dialog.accept();
+    EXPECT_EQ(shown.text, "Please enter an integer between 10 and 100.") << refused;
+    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(dialog.value(), 80);
+  }
+  dialog.field()->setText(QStringLiteral("10"));
+  dialog.reject();
+  EXPECT_EQ(dialog.value(), 80);
+  dialog.accept();
+  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.value(), 10);
+}
+
+// A recorder that stands for a long operation: reports, then polls.
+TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
+  ProgressDialog dialog(QStringLiteral("Reducing assertions"));
+  EXPECT_EQ(progressTarget(), nullptr);
+  ProgressTarget* during = nullptr;
+  const int result = dialog.run([&] {
+    during = progressTarget();
+    progressLine1("Reduction in progress...");
+    progressLine2("Assertion %s", "Paris");
+    progressEnableCancel(false);
+    const bool disabled = !dialog.cancelButton()->isEnabled();
+    progressEnableCancel(true);
+    dialog.cancelButton()->click();
+    return disabled && cancelRequested() ? 7 : 0;
+  });
+  EXPECT_EQ(during, &dialog);
+  EXPECT_EQ(progressTarget(), nullptr);
+  EXPECT_EQ(result, 7);
+  EXPECT_TRUE(dialog.wasCancelled());
+  EXPECT_EQ(dialog.line1().toStdString(), "Reduction in progress...");
+  EXPECT_EQ(dialog.line2().toStdString(), "Assertion Paris");
+  EXPECT_FALSE(dialog.isVisible());
+}
+
+}  // namespace
+}  // namespace velda::ui
