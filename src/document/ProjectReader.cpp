@@ -18,6 +18,7 @@ namespace {
 
 using namespace project;
 
+// Parent, first child and next sibling of one modality, by number.
 using Links = std::array<uint16_t, 3>;
 enum Link : size_t { kParent, kFirstChild, kNextSibling };
 

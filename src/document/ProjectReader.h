@@ -31,9 +31,6 @@ class ProjectReader {
   std::unique_ptr<SymbolicMatrix> read();
 
  private:
-  // Parent, first child and next sibling of one modality, by number.
-  using Links = std::array<uint16_t, 3>;
-
   bool readMagic();
   bool readHeader();
   bool readTexts();
