@@ -102,6 +102,14 @@ CMainFrame::CMainFrame(QWidget* parent) : QMainWindow(parent) {
   updateCommandStates();
 }
 
+// The children outlive this part of the frame: their signals must not
+// reach it any more.
+CMainFrame::~CMainFrame() {
+  for (const auto& [id, bar] : toolBars_) bar->disconnect(this);
+  for (const auto& [id, dock] : panels_) dock->disconnect(this);
+  view_->disconnect(this);
+}
+
 QAction* CMainFrame::action(int32_t commandId) const {
   const auto found = actions_.find(commandId);
   return found == actions_.end() ? nullptr : found->second;

@@ -24,6 +24,7 @@ class CMainFrame : public QMainWindow {
   static constexpr const char* kHomePage = "https://www.example.org/velda/";
 
   explicit CMainFrame(QWidget* parent = nullptr);
+  ~CMainFrame() override;
 
   CKORVAView& view() { return *view_; }
   QAction* action(int32_t commandId) const;

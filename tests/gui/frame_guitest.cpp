@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QDockWidget>
+#include <QMenu>
+#include <QContextMenuEvent>
+#include <QScrollBar>
+#include <QToolBar>
+
+#include "document/CommandTable.h"
+#include "gui/GuiTestSupport.h"
+#include "ui/frame/CKORVAView.h"
+#include "ui/frame/CMainFrame.h"
+#include "ui/panels/DependencesPanel.h"
+#include "ui/panels/IndividualsPanel.h"
+#include "ui/panels/VariablesPanel.h"
+
+namespace velda::ui {
+namespace {
+
+class FrameTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    test::guiApplication();
+    frame = std::make_unique<CMainFrame>();
+    frame->show();
+  }
+  std::unique_ptr<CMainFrame> frame;
+};
+
+TEST_F(FrameTest, MenusCarryTheTableTextsAndFollowAnEmptyDocument) {
+  EXPECT_EQ(frame->windowTitle().toStdString(), "VELDA");
+  for (const CommandInfo& command : commandTable()) {
+    QAction* action = frame->action(command.id);
+    if (command.menu == Menu::None) {
+      EXPECT_EQ(action, nullptr) << command.id;
+      continue;
+    }
+    ASSERT_NE(action, nullptr) << command.id;
+    QString shown = action->text();
+    if (!action->shortcut().isEmpty()) shown += QLatin1Char('\t') + action->shortcut().toString();
+    EXPECT_EQ(shown.toStdString(), command.menuText);
+    EXPECT_EQ(action->statusTip().toStdString(), command.prompt ? command.prompt : "");
+  }
+  // Nothing is open: only the commands that need no data are enabled.
+  for (int32_t id : {ID_FILE_NEW, ID_FILE_OPEN, ID_NEW_BY_JOIN, ID_APP_EXIT, ID_HELP_FINDER, ID_MAIN_TOOLBAR})
+    EXPECT_TRUE(frame->action(id)->isEnabled()) << id;
+  for (int32_t id : {ID_FILE_SAVE, ID_FILE_SAVE_AS, ID_EXPORT, ID_DISCONNECT, ID_REMOVE_VARIABLES,
+                     ID_VIEW_VOLUME_MATRIX, ID_REFRESH_DISPLAYS, ID_REDUCE_HORDES})
+    EXPECT_FALSE(frame->action(id)->isEnabled()) << id;
+  EXPECT_TRUE(frame->action(ID_VARIABLES_DISPLAY)->isChecked());
+  EXPECT_TRUE(frame->action(ID_MAIN_TOOLBAR)->isChecked());
+  EXPECT_TRUE(frame->variablesPanel()->isEmptyShown());
+  EXPECT_TRUE(frame->individualsPanel()->isEmptyShown());
+}
+
+TEST_F(FrameTest, ToolBarsAndPanelsHideShowAndTick) {
+  frame->runCommand(ID_VIEW_TOOLBAR);
+  EXPECT_FALSE(frame->toolBar(ID_VIEW_TOOLBAR)->isVisible());
+  EXPECT_FALSE(frame->action(ID_VIEW_TOOLBAR)->isChecked());
+  frame->runCommand(ID_DEPENDENCES_DISPLAY);
+  EXPECT_FALSE(frame->panel(ID_DEPENDENCES_DISPLAY)->isVisible());
+  EXPECT_FALSE(frame->action(ID_DEPENDENCES_DISPLAY)->isChecked());
+  frame->runCommand(ID_DEPENDENCES_DISPLAY);
+  EXPECT_TRUE(frame->action(ID_DEPENDENCES_DISPLAY)->isChecked());
+  EXPECT_EQ(frame->toolBar(ID_MAIN_TOOLBAR)->windowTitle().toStdString(), "Main");
+  EXPECT_EQ(frame->toolBar(ID_WINDOWS_TOOLBAR)->actions().size(), 5);
+}
+
+TEST_F(FrameTest, RedockPutsFloatedPanelsAndToolbarsBack) {
+  QDockWidget* variables = frame->panel(ID_VARIABLES_DISPLAY);
+  QDockWidget* dependences = frame->panel(ID_DEPENDENCES_DISPLAY);
+  const Qt::DockWidgetArea variablesArea = frame->dockWidgetArea(variables);
+  const Qt::DockWidgetArea dependencesArea = frame->dockWidgetArea(dependences);
+  variables->setFloating(true);
+  frame->addDockWidget(variablesArea == Qt::LeftDockWidgetArea ? Qt::BottomDockWidgetArea : Qt::LeftDockWidgetArea,
+                       dependences);
+  dependences->hide();
+  QToolBar* modify = frame->toolBar(ID_MODIFY_TOOLBAR);
+  frame->addToolBar(Qt::LeftToolBarArea, modify);
+  modify->hide();
+
+  frame->runCommand(ID_REDOCK_DISPLAYS);
+  EXPECT_FALSE(variables->isFloating());
+  EXPECT_EQ(frame->dockWidgetArea(variables), variablesArea);
+  EXPECT_EQ(frame->dockWidgetArea(dependences), dependencesArea);
+  EXPECT_TRUE(dependences->isVisible());
+
+  frame->runCommand(ID_REDOCK_TOOLBARS);
+  EXPECT_EQ(frame->toolBarArea(modify), Qt::TopToolBarArea);
+  EXPECT_TRUE(modify->isVisible());
+  EXPECT_TRUE(frame->action(ID_MODIFY_TOOLBAR)->isChecked());
+}
+
+TEST_F(FrameTest, ConsoleKeepsItsCapAndScrollRange) {
+  CKORVAView& view = frame->view();
+  ConsoleLog& console = view.document().console();
+  for (int i = 0; i < 4800; ++i) console.print("line %d", i);
+  const int lineHeight = view.lineHeight();
+  ASSERT_GT(lineHeight, 0);
+  EXPECT_EQ(view.surfaceSize(), QSize(10000, 4800 * lineHeight));
+  EXPECT_EQ(view.horizontalScrollBar()->maximum(), 10000 - view.viewport()->width());
+  EXPECT_EQ(view.verticalScrollBar()->maximum(), 4800 * lineHeight - view.viewport()->height());
+  EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+  EXPECT_EQ(view.verticalScrollBar()->singleStep(), lineHeight);
+  EXPECT_EQ(view.horizontalScrollBar()->singleStep(), 10);
+
+  // The next line drops the oldest 1200 first.
+  console.print("newest");
+  EXPECT_EQ(console.count(), 3601u);
+  EXPECT_EQ(*console.lineAt(0), "line 1200");
+  EXPECT_EQ(view.surfaceSize().height(), 3601 * lineHeight);
+  EXPECT_EQ(view.verticalScrollBar()->value(), view.verticalScrollBar()->maximum());
+
+  frame->runCommand(ID_CLEAR_CONSOLE);
+  EXPECT_EQ(console.count(), 0u);
+  EXPECT_EQ(view.verticalScrollBar()->maximum(), 0);
+}
+
+TEST_F(FrameTest, ConsoleMenuOffersClearAndSaveAndEmptySaveAsksNothing) {
+  CKORVAView& view = frame->view();
+  view.document().console().print("one line");
+  QStringList texts;
+  QTimer::singleShot(50, [&texts] {
+    if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+      for (QAction* action : menu->actions()) texts << action->text();
+      menu->actions().front()->trigger();
+      menu->close();
+    }
+  });
+  QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(10, 10), view.viewport()->mapToGlobal(QPoint(10, 10)));
+  QApplication::sendEvent(view.viewport(), &event);
+  EXPECT_EQ(texts, (QStringList{QStringLiteral("Clear the console"), QStringLiteral("Save to a file")}));
+  // Clear was chosen.
+  EXPECT_EQ(view.document().console().count(), 0u);
+
+  // With an empty console Save to file shows no dialog: no modal may appear.
+  bool dialogShown = false;
+  QTimer::singleShot(0, [&dialogShown] { dialogShown = QApplication::activeModalWidget() != nullptr; });
+  frame->runCommand(ID_SAVE_CONSOLE);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(dialogShown);
+}
+
+}  // namespace
+}  // namespace velda::ui
