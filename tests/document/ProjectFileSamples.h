@@ -46,7 +46,10 @@ inline Individual& addIndividual(SymbolicMatrix& matrix, const char* id, double 
                                  std::initializer_list<Assertion*> assertions) {
   Individual& individual = matrix.insertIndividual(Individual(id, matrix.cellCount, weight));
   size_t v = 0;
-  for (const char* text : texts) matrix.variable(v).addCell(text, individual.cells[v]), ++v;
+  for (const char* text : texts) {
+    matrix.variable(v).addCell(text, individual.cells[v]);
+    ++v;
+  }
   for (Assertion* assertion : assertions) {
     matrix.link(individual, *assertion);
     matrix.addMember(*assertion, individual);
