@@ -13,3 +13,4 @@ root=$(dirname "$here")
 "$here/extraction/run.sh" "$build" sqlite
 "$root/scripts/with-postgres.sh" "$here/extraction/run.sh" "$build" postgres
 "$here/analysis/run.sh" "$build"
+"$here/document/run.sh" "$build"

@@ -1,5 +1,8 @@
 // velda-cli: every command of the document, without a display.
 //   velda-cli [--seed N] COMMAND [ARGS...] [then COMMAND [ARGS...]]...
+#include <sys/resource.h>
+
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <string>
@@ -20,7 +23,7 @@ constexpr int kExitUsage = 2;
 
 void printUsage(std::FILE* out) {
   std::fprintf(out,
-               "usage: velda-cli [--seed N] COMMAND [ARGS...] [then COMMAND [ARGS...]]...\n"
+               "usage: velda-cli [--seed N] [--times] COMMAND [ARGS...] [then COMMAND [ARGS...]]...\n"
                "\n"
                "The commands of one call run in order on one document, as the menu\n"
                "commands would. Reductions, divisions and hordes are not kept in project\n"
@@ -35,6 +38,8 @@ void printUsage(std::FILE* out) {
                "existing taxonomy is Yes.\n"
                "\n"
                "  --seed N    seed the sampling's random generator (default: the time)\n"
+               "  --times     after each command, its time and the peak memory so far\n"
+               "              on standard error\n"
                "  --help      this text\n"
                "\n"
                "Commands:\n");
@@ -48,6 +53,14 @@ int usageError(const std::string& text) {
   std::fprintf(stderr, "velda-cli: %s\n\n", text.c_str());
   printUsage(stderr);
   return kExitUsage;
+}
+
+void printTime(const std::string& command, std::chrono::steady_clock::duration elapsed) {
+  struct rusage usage = {};
+  getrusage(RUSAGE_SELF, &usage);
+  std::fflush(stdout);
+  std::fprintf(stderr, "velda-cli: time %s %.3f s, peak memory %ld kB\n", command.c_str(),
+               std::chrono::duration<double>(elapsed).count(), usage.ru_maxrss);
 }
 
 // The chain's commands, each parsed; a usage error stops before any runs.
@@ -75,10 +88,15 @@ int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 1, argv + argc);
   size_t first = 0;
   bool seeded = false;
+  bool showTimes = false;
   for (; first < args.size(); ++first) {
     if (args[first] == "--help" || args[first] == "-h") {
       printUsage(stdout);
       return 0;
+    }
+    if (args[first] == "--times") {
+      showTimes = true;
+      continue;
     }
     if (args[first] != "--seed") break;
     if (first + 1 >= args.size()) return usageError("--seed needs a value");
@@ -116,7 +134,10 @@ int main(int argc, char** argv) {
   int status = 0;
   for (size_t i = 0; i < chain.actions.size(); ++i) {
     ui.resetScript();
-    if (chain.actions[i](session)) continue;
+    const auto start = std::chrono::steady_clock::now();
+    const bool succeeded = chain.actions[i](session);
+    if (showTimes) printTime(chain.names[i], std::chrono::steady_clock::now() - start);
+    if (succeeded) continue;
     std::fflush(stdout);
     std::fprintf(stderr, "velda-cli: %s failed\n", chain.names[i].c_str());
     status = kExitFailure;
