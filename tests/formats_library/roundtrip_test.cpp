@@ -288,5 +288,37 @@ TEST_F(RoundTripTest, FillsAnEmptyCreationDateWithTheCurrentTime) {
   EXPECT_TRUE(XmlLintAccepts(file("dated.xml")));
 }
 
+TEST_F(RoundTripTest, ContentsAttributesFollowTheBlocksPresent) {
+  std::string text = Fixture("towns.kvf");
+  text.replace(text.find("RULES, HIERARCHIE, "), 19, "");
+  text.replace(text.find("rules_nb = 1"), 12, "rules_nb = 0");
+  text.replace(text.find("nb_hierarchies = 1"), 18, "nb_hierarchies = 0");
+  text.erase(text.find("HIERARCHIE = ("), text.find("RECTANGLE_MATRIX = (") - text.find("HIERARCHIE = ("));
+  text.replace(text.find("\"north\""), 7, "\"<x>\"");
+  SymbolicFile model;
+  ParseText(text, model);
+  const std::string xml = XmlOf(model);
+  EXPECT_NE(xml.find("<contains FILES=\"YES\" HEADER=\"YES\" INDIVIDUALS=\"YES\" VARIABLES=\"YES\" RULES=\"NO\" "
+                     "RECTANGLE_MATRIX=\"YES\" DIST_MATRIX=\"NO\" MATCH_MATRIX=\"NO\" VARIABLES_SET=\"NO\" "
+                     "HIERARCHIE=\"NO\" /> \n"),
+            std::string::npos);
+  EXPECT_EQ(xml.find("<hierarchies>"), std::string::npos);
+  EXPECT_NE(xml.find("<rules_gen>\n\t<rules>\n\t</rules>\n</rules_gen>\n"), std::string::npos);
+  // A label that is itself markup goes through unescaped.
+  EXPECT_NE(xml.find("\t\t<label><x></label>\n"), std::string::npos);
+}
+
+TEST_F(RoundTripTest, CategoryBeyondTheVariableMakesTheXmlWriterFail) {
+  SymbolicFile model;
+  ParseText(Fixture("towns.kvf"), model);
+  model.matrix[0][2].category = 3;
+  std::ostringstream out;
+  EXPECT_FALSE(WriteXmlSymbolicFile(model, out));
+  const std::string ending = " for valnomin max: 2 indice too big \n";
+  const std::string log = this->log();
+  ASSERT_GE(log.size(), ending.size());
+  EXPECT_EQ(log.substr(log.size() - ending.size()), ending);
+}
+
 }  // namespace
 }  // namespace velda::symlib::test
