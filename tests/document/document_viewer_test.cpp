@@ -1,0 +1,71 @@
+// Viewer start and the view files' temporary names.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "document/ViewFiles.h"
+#include "document/ViewerLauncher.h"
+#include "support/TempDir.h"
+
+namespace velda {
+namespace {
+
+// Sets an environment variable for the scope of a test.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const std::string& value) : name_(name) {
+    if (const char* old = std::getenv(name)) previous_ = old, hadValue_ = true;
+    setenv(name, value.c_str(), 1);
+  }
+  ~ScopedEnv() {
+    if (hadValue_) setenv(name_, previous_.c_str(), 1);
+    else unsetenv(name_);
+  }
+
+ private:
+  const char* name_;
+  std::string previous_;
+  bool hadValue_ = false;
+};
+
+TEST(DocumentViewer, TheChosenViewerIsTheOnlyOneTried) {
+  {
+    ScopedEnv viewer("VELDA_VIEWER", "velda-no-such-viewer");
+    EXPECT_EQ(viewerPrograms(ViewerKind::Text), std::vector<std::string>{"velda-no-such-viewer"});
+    EXPECT_FALSE(launchViewer("file.txt", ViewerKind::Text));
+  }
+  {
+    ScopedEnv viewer("VELDA_VIEWER", "true");
+    EXPECT_TRUE(launchViewer("file.txt", ViewerKind::Xml));
+  }
+  ScopedEnv none("VELDA_VIEWER", "");
+  EXPECT_EQ(viewerPrograms(ViewerKind::Text).front(), "xdg-open");
+  EXPECT_EQ(viewerPrograms(ViewerKind::Xml).front(), "xdg-open");
+}
+
+TEST(DocumentViewer, ViewFilesAreMadeInTmpdirOnceAndDeletedAtTheEnd) {
+  test::TempDir dir;
+  std::string individuals;
+  {
+    ScopedEnv tmpdir("TMPDIR", dir.path());
+    ViewFiles files;
+    EXPECT_TRUE(files.keptName(ViewFiles::Reduced).empty());
+    individuals = files.nameFor(ViewFiles::Individuals);
+    ASSERT_EQ(individuals.rfind(dir.path() + "/dbind", 0), 0u) << individuals;
+    EXPECT_EQ(individuals.size(), dir.path().size() + 1 + 5 + 6 + 4);  // prefix, 6 random characters, ".txt"
+    EXPECT_EQ(files.nameFor(ViewFiles::Individuals), individuals);
+    EXPECT_EQ(access(individuals.c_str(), F_OK), 0);
+    EXPECT_EQ(files.nameFor(ViewFiles::Groups).rfind(dir.path() + "/dbgrp", 0), 0u);
+    EXPECT_EQ(files.nameFor(ViewFiles::Reduced).rfind(dir.path() + "/dbred", 0), 0u);
+    EXPECT_NE(files.nameFor(ViewFiles::Groups), files.nameFor(ViewFiles::Reduced));
+  }
+  EXPECT_NE(access(individuals.c_str(), F_OK), 0);
+
+  ScopedEnv missing("TMPDIR", dir.file("no-such-folder"));
+  ViewFiles files;
+  EXPECT_TRUE(files.nameFor(ViewFiles::Individuals).empty());
+}
+
+}  // namespace
+}  // namespace velda
