@@ -31,27 +31,29 @@ KeyInput RealInput(double value) { return KeyInput{KeyInput::Kind::Real, {}, 0, 
 
 KeyInput XmlTextInput(std::string text) { return KeyInput{KeyInput::Kind::XmlText, std::move(text)}; }
 
-SymVariable Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
-                         const std::string& label, double naCount, double nuCount, double min, double max) {
-  SymVariable v;
-  v.kind = kind;
-  v.comment = comment;
-  v.code = code;
-  v.label = label;
-  v.naCount = naCount;
-  v.nuCount = nuCount;
-  v.min = min;
-  v.max = max;
+std::unique_ptr<SymVariable> Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
+                                          const std::string& label, double naCount, double nuCount, double min,
+                                          double max) {
+  auto v = std::make_unique<SymVariable>();
+  v->kind = kind;
+  v->comment = comment;
+  v->code = code;
+  v->label = label;
+  v->naCount = naCount;
+  v->nuCount = nuCount;
+  v->min = min;
+  v->max = max;
   return v;
 }
 
-SymVariable Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
-                        const std::string& code, const std::string& label, double naCount, double nuCount,
-                        long long declaredCategories, std::vector<SymCategory> categories) {
-  SymVariable v = Quantitative(kind, comment, code, label, naCount, nuCount, 0, 0);
-  v.weighting = weighting;
-  v.declaredCategories = declaredCategories;
-  v.categories = std::move(categories);
+std::unique_ptr<SymVariable> Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
+                                         const std::string& code, const std::string& label, double naCount,
+                                         double nuCount, long long declaredCategories,
+                                         std::vector<SymCategory> categories) {
+  auto v = Quantitative(kind, comment, code, label, naCount, nuCount, 0, 0);
+  v->weighting = weighting;
+  v->declaredCategories = declaredCategories;
+  v->categories = std::move(categories);
   return v;
 }
 
@@ -117,18 +119,19 @@ void DeclareContents(SymbolicBuilder& builder, ParseContext& ctx, const XmlAttri
   }
 }
 
-SymVariable XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes) {
-  SymVariable v;
-  v.kind = kind;
+std::unique_ptr<SymVariable> XmlQuantitative(ParseContext& ctx, SymVariableKind kind,
+                                             const XmlAttributes& attributes) {
+  auto v = std::make_unique<SymVariable>();
+  v->kind = kind;
   for (const auto& [name, value] : attributes) {
     if (name == "min") {
-      v.min = XmlReal(ctx, value);
+      v->min = XmlReal(ctx, value);
     } else if (name == "max") {
-      v.max = XmlReal(ctx, value);
+      v->max = XmlReal(ctx, value);
     } else if (name == "nbna") {
-      v.naCount = XmlReal(ctx, value);
+      v->naCount = XmlReal(ctx, value);
     } else if (name == "nbnu") {
-      v.nuCount = XmlReal(ctx, value);
+      v->nuCount = XmlReal(ctx, value);
     } else {
       refuseAttribute(ctx, name, "continue-desc");
     }
@@ -136,19 +139,19 @@ SymVariable XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAt
   return v;
 }
 
-SymVariable XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
-                           const XmlAttributes& attributes, std::vector<SymCategory> categories) {
-  SymVariable v;
-  v.kind = kind;
-  v.weighting = weighting;
-  v.categories = std::move(categories);
+std::unique_ptr<SymVariable> XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
+                                            const XmlAttributes& attributes, std::vector<SymCategory> categories) {
+  auto v = std::make_unique<SymVariable>();
+  v->kind = kind;
+  v->weighting = weighting;
+  v->categories = std::move(categories);
   for (const auto& [name, value] : attributes) {
     if (name == "nbna") {
-      v.naCount = XmlReal(ctx, value);
+      v->naCount = XmlReal(ctx, value);
     } else if (name == "nbnu") {
-      v.nuCount = XmlReal(ctx, value);
+      v->nuCount = XmlReal(ctx, value);
     } else if (name == "nbmoda") {
-      v.declaredCategories = XmlInteger(ctx, value);
+      v->declaredCategories = XmlInteger(ctx, value);
     } else {
       refuseAttribute(ctx, name, "nominal-desc");
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,16 +13,17 @@ namespace velda::symlib {
 
 class ParseContext;
 
-// Small constructors and conversions used by the grammar's actions.
+// Small constructors and conversions used by the grammar's actions. Large
+// values travel on the parser's stack by pointer, which keeps it small.
 
 KeyInput TextInput(std::string text);
 KeyInput IntegerInput(long long value);
 KeyInput RealInput(double value);
 KeyInput XmlTextInput(std::string text);
 
-SymVariable Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
+std::unique_ptr<SymVariable> Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
                          const std::string& label, double naCount, double nuCount, double min, double max);
-SymVariable Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
+std::unique_ptr<SymVariable> Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
                         const std::string& code, const std::string& label, double naCount, double nuCount,
                         long long declaredCategories, std::vector<SymCategory> categories);
 
@@ -38,8 +40,8 @@ SymWeighting XmlWeighting(ParseContext& ctx, const std::string& text);
 // The contents element: one attribute per block, "YES" when present.
 void DeclareContents(SymbolicBuilder& builder, ParseContext& ctx, const XmlAttributes& attributes);
 // Variables described by their continue-desc or nominal-desc attributes.
-SymVariable XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes);
-SymVariable XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
+std::unique_ptr<SymVariable> XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes);
+std::unique_ptr<SymVariable> XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
                            const XmlAttributes& attributes, std::vector<SymCategory> categories);
 
 MetaData& Meta(ParseContext& ctx);

@@ -30,6 +30,9 @@ class ParseContext {
   ScanState scan;
   SymbolicBuilder builder;
   MetaData& metadata;
+  // The value just read, and the premise of the rule being read.
+  SymValue value;
+  SymValue premise;
   void* scanner = nullptr;
 };
 

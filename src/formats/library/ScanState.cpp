@@ -31,12 +31,13 @@ void ScanState::advance(const char* text, size_t length) {
   tokenLine = line;
   tokenLineStart = lineStart;
   tokenIsChar = false;
+  const size_t start = offset;
   offset += length;
-  const char* end = text + length;
-  for (const char* p = text; (p = static_cast<const char*>(std::memchr(p, '\n', end - p))) != nullptr;) {
-    ++p;
+  // Tokens are short: a plain loop beats a library call here.
+  for (size_t i = 0; i < length; ++i) {
+    if (text[i] != '\n') continue;
     ++line;
-    lineStart = offset - (end - p);
+    lineStart = start + i + 1;
     checkLineLength();
   }
 }

@@ -11,6 +11,7 @@
 %lex-param {ParseContext& ctx}
 
 %code requires {
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -108,18 +109,17 @@ int yylex(SymbolicGrammar::value_type* value, ParseContext& ctx) { return ScanTo
 %type <std::string> key xtext mtext m_name m_label m_comment m_source m_computed m_datatype m_operator
 %type <double> number xreal
 %type <long long> xint xnum mint m_num
-%type <velda::symlib::SymValue> value xvalue xvalue_opt
 %type <std::vector<velda::symlib::SymItem>> int_items modal_items xmodal_items xweighted_items
 %type <velda::symlib::SymItem> modal_item
-%type <velda::symlib::SymVariable> var_body xvar_desc
+%type <std::unique_ptr<velda::symlib::SymVariable>> var_body xvar_desc
 %type <velda::symlib::SymWeighting> weighting xweighting
 %type <std::vector<velda::symlib::SymCategory>> categ_list categ_items xcateg_items xnode_items
-%type <velda::symlib::SymCategory> categ_item xcateg xnode
+%type <std::unique_ptr<velda::symlib::SymCategory>> categ_item xcateg xnode
 %type <std::vector<velda::symlib::SymHierarchyLink>> link_list link_items xlink_items
 %type <velda::symlib::SymHierarchyLink> link_item xlink
 %type <std::vector<long long>> child_list child_items xchild_items m_v_items m_vo_items m_var_orig_lis
 %type <std::vector<double>> real_list real_items xvf_items
-%type <velda::symlib::MetaMeasure> m_measure_desc
+%type <std::unique_ptr<velda::symlib::MetaMeasure>> m_measure_desc
 
 %%
 
@@ -207,12 +207,12 @@ individual: '(' C_INT ',' C_STRING ',' C_STRING ')'
 
 variables: %empty | variable_items ;
 variable_items: variable | variable_items ',' variable ;
-variable: '(' C_INT ',' var_body ')' { $4.number = $2; ctx.builder.addVariable(std::move($4)); } ;
+variable: '(' C_INT ',' var_body ')' { $4->number = $2; ctx.builder.addVariable(std::move(*$4)); } ;
 var_body
   : CONTINUE ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
-    { $$ = Quantitative(SymVariableKind::Continue, $3, $5, $7, $9, $11, $13, std::move($15)); }
+    { $$ = Quantitative(SymVariableKind::Continue, $3, $5, $7, $9, $11, $13, $15); }
   | INTER_CONT ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
-    { $$ = Quantitative(SymVariableKind::InterContinue, $3, $5, $7, $9, $11, $13, std::move($15)); }
+    { $$ = Quantitative(SymVariableKind::InterContinue, $3, $5, $7, $9, $11, $13, $15); }
   | NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
     { $$ = Categorical(SymVariableKind::Nominal, SymWeighting::None, $3, $5, $7, $9, $11, $13, std::move($15)); }
   | MULT_NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
@@ -229,10 +229,11 @@ number: C_INT { $$ = static_cast<double>($1); } | C_FLOAT { $$ = $1; } ;
 
 categ_list: '(' ')' { } | '(' categ_items ')' { $$ = std::move($2); } ;
 categ_items
-  : categ_item { $$.push_back(std::move($1)); }
-  | categ_items ',' categ_item { $$ = std::move($1); $$.push_back(std::move($3)); }
+  : categ_item { $$.push_back(std::move(*$1)); }
+  | categ_items ',' categ_item { $$ = std::move($1); $$.push_back(std::move(*$3)); }
   ;
-categ_item: '(' C_INT ',' C_STRING ',' C_STRING ',' C_INT ')' { $$ = SymCategory{$2, $4, $6, $8}; } ;
+categ_item: '(' C_INT ',' C_STRING ',' C_STRING ',' C_INT ')'
+            { $$ = std::make_unique<SymCategory>(SymCategory{$2, $4, $6, $8}); } ;
 
 hierarchies: %empty | hierarchy_items ;
 hierarchy_items: hierarchy | hierarchy_items ',' hierarchy ;
@@ -252,24 +253,28 @@ child_items
 
 rules: %empty | rule_items ;
 rule_items: rule | rule_items ',' rule ;
-rule: '(' '(' C_INT '=' value ')' '(' C_INT '=' value ')' ')'
-      { if (!ctx.builder.addRule(SymRule{$3, std::move($5), $8, std::move($10)})) YYABORT; } ;
+rule: '(' '(' C_INT '=' value { ctx.premise = std::move(ctx.value); } ')' '(' C_INT '=' value ')' ')'
+      { if (!ctx.builder.addRule(SymRule{$3, std::move(ctx.premise), $9, std::move(ctx.value)})) YYABORT; } ;
 
 rows: %empty | row_items ;
 row_items: row | row_items ',' row ;
 row: '(' { ctx.builder.beginRow(); } cells ')' { ctx.builder.endRow(); } ;
 cells: %empty | cell_items ;
-cell_items: value { ctx.builder.addCell(std::move($1)); } | cell_items ',' value { ctx.builder.addCell(std::move($3)); } ;
+cell_items
+  : value { ctx.builder.addCell(std::move(ctx.value)); }
+  | cell_items ',' value { ctx.builder.addCell(std::move(ctx.value)); }
+  ;
 
+/* A value is left in the context rather than on the parser's stack. */
 value
-  : C_INT { $$ = CategoryValue($1); }
-  | C_FLOAT { $$ = RealValue($1); }
-  | NA { $$.kind = SymValue::Kind::NA; }
-  | NU { $$.kind = SymValue::Kind::NU; }
-  | '(' ')' { $$.kind = SymValue::Kind::CategorySet; }
-  | '(' number ':' number ')' { $$ = IntervalValue($2, $4); }
-  | '(' int_items ')' { $$ = ListValue(SymValue::Kind::CategorySet, std::move($2)); }
-  | '(' modal_items ')' { $$ = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+  : C_INT { ctx.value = CategoryValue($1); }
+  | C_FLOAT { ctx.value = RealValue($1); }
+  | NA { ctx.value = ListValue(SymValue::Kind::NA, {}); }
+  | NU { ctx.value = ListValue(SymValue::Kind::NU, {}); }
+  | '(' ')' { ctx.value = ListValue(SymValue::Kind::CategorySet, {}); }
+  | '(' number ':' number ')' { ctx.value = IntervalValue($2, $4); }
+  | '(' int_items ')' { ctx.value = ListValue(SymValue::Kind::CategorySet, std::move($2)); }
+  | '(' modal_items ')' { ctx.value = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
   ;
 int_items
   : C_INT { $$.push_back(SymItem{$1, 0}); }
@@ -337,8 +342,8 @@ xvariables
 xvariable_items: %empty | xvariable_items xvariable ;
 xvariable
   : XMLSTVAR XMLIDENT xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL FINXMLIDENT xvar_desc FINXMLSTVAR
-    { $11.number = $3; $11.code = std::move($5); $11.label = std::move($8);
-      ctx.builder.addVariable(std::move($11)); }
+    { $11->number = $3; $11->code = std::move($5); $11->label = std::move($8);
+      ctx.builder.addVariable(std::move(*$11)); }
   ;
 xvar_desc
   : XMLCONTINUE XMLCONTINUE_DESC FINXMLCONTINUE_DESC FINXMLCONTINUE
@@ -355,10 +360,11 @@ xvar_desc
   ;
 xcateg_items
   : %empty { }
-  | xcateg_items xcateg { $$ = std::move($1); $$.push_back(std::move($2)); }
+  | xcateg_items xcateg { $$ = std::move($1); $$.push_back(std::move(*$2)); }
   ;
-xcateg: XMLLIST_NOM xnode FINXMLLIST_NOM { $$ = std::move($2); $$.leaves = 1; } ;
-xnode: xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL { $$ = SymCategory{$1, $3, $6, 0}; } ;
+xcateg: XMLLIST_NOM xnode FINXMLLIST_NOM { $$ = std::move($2); $$->leaves = 1; } ;
+xnode: xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL
+       { $$ = std::make_unique<SymCategory>(SymCategory{$1, $3, $6, 0}); } ;
 
 xhierarchies
   : %empty
@@ -373,7 +379,7 @@ xhierarchy
   ;
 xnode_items
   : %empty { }
-  | xnode_items xnode { $$ = std::move($1); $$.push_back(std::move($2)); }
+  | xnode_items xnode { $$ = std::move($1); $$.push_back(std::move(*$2)); }
   ;
 xlink_items
   : %empty { }
@@ -396,8 +402,9 @@ xrules
 xrule_items: %empty | xrule_items xrule ;
 xrule
   : XMLPREM_DESC XMLVAR_NUM xint FINXMLVAR_NUM XMLVAL xvalue_opt FINXMLVAL FINXMLPREM_DESC
+    { ctx.premise = std::move(ctx.value); }
     XMLCONCLUSION XMLVAR_NUM xint FINXMLVAR_NUM XMLVAL xvalue_opt FINXMLVAL FINXMLCONCLUSION
-    { if (!ctx.builder.addRule(SymRule{$3, std::move($6), $11, std::move($14)})) YYABORT; }
+    { if (!ctx.builder.addRule(SymRule{$3, std::move(ctx.premise), $12, std::move(ctx.value)})) YYABORT; }
   ;
 
 xmatrix
@@ -407,18 +414,19 @@ xmatrix
   ;
 xrow_items: %empty | xrow_items xrow ;
 xrow: XMLLIGMAT { ctx.builder.beginRow(); } xcells FINXMLLIGMAT { ctx.builder.endRow(); } ;
-xcells: %empty | xcells XMLVALMAT xvalue_opt FINXMLVALMAT { ctx.builder.addCell(std::move($3)); } ;
+xcells: %empty | xcells XMLVALMAT xvalue_opt FINXMLVALMAT { ctx.builder.addCell(std::move(ctx.value)); } ;
 
-xvalue_opt: %empty { $$.kind = SymValue::Kind::CategorySet; } | xvalue { $$ = std::move($1); } ;
+xvalue_opt: %empty { ctx.value = ListValue(SymValue::Kind::CategorySet, {}); } | xvalue ;
 xvalue
-  : XMLNA xtext FINXMLNA { $$.kind = SymValue::Kind::NA; }
-  | XMLNU xtext FINXMLNU { $$.kind = SymValue::Kind::NU; }
-  | XMLVAL_CONTI xreal FINXMLVAL_CONTI { $$ = RealValue($2); }
-  | XMLVAL_INTERV XMLPMIN xreal FINXMLPMIN XMLPMAX xreal FINXMLPMAX FINXMLVAL_INTERV { $$ = IntervalValue($3, $6); }
-  | XMLVAL_NOMINA xint FINXMLVAL_NOMINA { $$ = CategoryValue($2); }
-  | xmodal_items { $$ = ListValue(SymValue::Kind::CategorySet, std::move($1)); }
+  : XMLNA xtext FINXMLNA { ctx.value = ListValue(SymValue::Kind::NA, {}); }
+  | XMLNU xtext FINXMLNU { ctx.value = ListValue(SymValue::Kind::NU, {}); }
+  | XMLVAL_CONTI xreal FINXMLVAL_CONTI { ctx.value = RealValue($2); }
+  | XMLVAL_INTERV XMLPMIN xreal FINXMLPMIN XMLPMAX xreal FINXMLPMAX FINXMLVAL_INTERV
+    { ctx.value = IntervalValue($3, $6); }
+  | XMLVAL_NOMINA xint FINXMLVAL_NOMINA { ctx.value = CategoryValue($2); }
+  | xmodal_items { ctx.value = ListValue(SymValue::Kind::CategorySet, std::move($1)); }
   | XMLVAL_LIST_MODAL xweighted_items FINXMLVAL_LIST_MODAL
-    { $$ = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+    { ctx.value = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
   ;
 xmodal_items
   : XMLVAL_MODAL xint FINXMLVAL_MODAL { $$.push_back(SymItem{$2, 0}); }
@@ -525,10 +533,10 @@ m_prev_file: M_PREVFILE mtext FM_PREVFILE { Meta(ctx).metaMat.prevFile = std::mo
 m_prev_treatment: M_PREVTREATMENT mtext FM_PREVTREATMENT { Meta(ctx).metaMat.prevTreatment = std::move($2); } ;
 m_nb_meta_var: M_NBMETAVAR mint FM_NBMETAVAR { Meta(ctx).metaMat.nbMetaVar = $2; } ;
 m_nb_meta_ind: M_NBMETAIND mint FM_NBMETAIND { Meta(ctx).metaMat.nbMetaInd = $2; } ;
-m_meta_distance: M_METADISTANCE m_measure_desc FM_METADISTANCE { Meta(ctx).metaMat.distance = std::move($2); } ;
-m_meta_match: M_METAMATCH m_measure_desc FM_METAMATCH { Meta(ctx).metaMat.match = std::move($2); } ;
+m_meta_distance: M_METADISTANCE m_measure_desc FM_METADISTANCE { Meta(ctx).metaMat.distance = std::move(*$2); } ;
+m_meta_match: M_METAMATCH m_measure_desc FM_METAMATCH { Meta(ctx).metaMat.match = std::move(*$2); } ;
 m_measure_desc
-  : M_MEASURE mtext FM_MEASURE M_LISTVAR m_v_items FM_LISTVAR { $$ = MetaMeasure{std::move($2), std::move($5)}; }
+  : M_MEASURE mtext FM_MEASURE M_LISTVAR m_v_items FM_LISTVAR { $$ = std::make_unique<MetaMeasure>(MetaMeasure{std::move($2), std::move($5)}); }
   ;
 m_v_items: %empty { } | m_v_items M_V mint FM_V { $$ = std::move($1); $$.push_back($3); } ;
 
