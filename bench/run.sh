@@ -14,3 +14,4 @@ root=$(dirname "$here")
 "$root/scripts/with-postgres.sh" "$here/extraction/run.sh" "$build" postgres
 "$here/analysis/run.sh" "$build"
 "$here/document/run.sh" "$build"
+"$here/symlib/run.sh" "$build"
