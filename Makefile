@@ -3,6 +3,7 @@
 #   make demo     install dependencies, build, run the main job on the sample database
 #   make test     install dependencies, build with sanitizers, run every test
 #   make gui      build and start the desktop application
+#   make screenshots  pictures of the main window and every dialog in build/screenshots/
 #   make bench    build and run the benchmarks
 
 JOBS ?= $(shell nproc)
@@ -11,7 +12,7 @@ TEST_BUILD := build-test
 BENCH_BUILD := build-bench
 SAMPLE_DB := $(BUILD)/sample.db
 
-.PHONY: all deps configure demo test gui bench sample clean
+.PHONY: all deps configure demo test gui screenshots bench sample clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -38,6 +39,11 @@ test: deps
 
 gui: deps all sample
 	VELDA_SAMPLE_DB=$(abspath $(SAMPLE_DB)) $(BUILD)/bin/velda
+
+screenshots: deps all sample
+	rm -rf $(BUILD)/screenshots
+	QT_QPA_PLATFORM=offscreen VELDA_SAMPLE_DB=$(abspath $(SAMPLE_DB)) $(BUILD)/bin/velda-screenshots $(abspath $(BUILD))/screenshots > /dev/null
+	@echo "pictures written to $(BUILD)/screenshots/"
 
 bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELDA_BUILD_TESTS=OFF -DVELDA_BUILD_BENCH=ON >/dev/null

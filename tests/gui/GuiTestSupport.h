@@ -3,10 +3,11 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QMessageBox>
-#include <QTimer>
 #include <clocale>
 #include <functional>
 #include <string>
+
+#include "ui/widgets/ModalDriver.h"
 
 namespace velda::test {
 
@@ -24,21 +25,7 @@ inline QApplication& guiApplication() {
   return *application;
 }
 
-// Runs `act` on the next modal widget of type T to appear (a dialog opened
-// with exec() or a message box), from the event loop that runs it.
-template <typename T>
-void onNextModal(std::function<void(T*)> act) {
-  auto* timer = new QTimer;
-  timer->setInterval(5);
-  QObject::connect(timer, &QTimer::timeout, [timer, act] {
-    T* widget = qobject_cast<T*>(QApplication::activeModalWidget());
-    if (!widget || !widget->isVisible()) return;
-    timer->stop();
-    timer->deleteLater();
-    act(widget);
-  });
-  timer->start();
-}
+using ui::onNextModal;
 
 // What a message box said.
 struct ShownMessage {

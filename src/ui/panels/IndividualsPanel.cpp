@@ -15,7 +15,6 @@ IndividualsPanel::IndividualsPanel(QWidget* parent) : QDockWidget(QStringLiteral
   view_->setModel(model_);
   // Equal rows let the view lay out a million items without measuring each.
   view_->setUniformItemSizes(true);
-  view_->setLayoutMode(QListView::Batched);
   pages_ = new QStackedWidget(this);
   pages_->addWidget(new EmptyPage(pages_));
   pages_->addWidget(view_);

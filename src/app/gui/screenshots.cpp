@@ -1,0 +1,216 @@
+// Writes pictures of the desktop program for the manual and for review:
+// the main window with the sample data, every dialog and the volume matrix.
+//   velda-screenshots OUTPUT_FOLDER   (VELDA_SAMPLE_DB names the sample database)
+// Run it on Qt's offscreen platform; no display is needed.
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+
+#include "common/Random15.h"
+#include "db/Connection.h"
+#include "model/SymbolicMatrix.h"
+#include "ui/dialogs/ChoiceListDialog.h"
+#include "ui/dialogs/DBViewDialog.h"
+#include "ui/dialogs/DataSourceDialog.h"
+#include "ui/dialogs/DependenceDialog.h"
+#include "ui/dialogs/DependencesDialog.h"
+#include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/JoinDialog.h"
+#include "ui/dialogs/NumberParameterDialog.h"
+#include "ui/dialogs/ProgressDialog.h"
+#include "ui/dialogs/QueryDialog.h"
+#include "ui/dialogs/TaxonomiesDialog.h"
+#include "ui/dialogs/VariablePropertiesDialog.h"
+#include "ui/dialogs/VolumeMatrixDialog.h"
+#include "ui/frame/AboutDialog.h"
+#include "ui/frame/CKORVAView.h"
+#include "ui/frame/CMainFrame.h"
+#include "ui/widgets/ExtractionSettingsBox.h"
+#include "ui/widgets/ModalDriver.h"
+#include "ui/widgets/OdbcSources.h"
+#include "ui/widgets/TableListBox.h"
+
+using namespace velda;
+using namespace velda::ui;
+
+namespace {
+
+QString outputFolder;
+
+void save(QWidget& widget, const char* name) {
+  widget.show();
+  widget.adjustSize();
+  QApplication::processEvents();
+  const QString path = QDir(outputFolder).filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
+  if (!widget.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+  widget.hide();
+}
+
+void choose(QListWidget* list, const char* text) {
+  const QList<QListWidgetItem*> found = list->findItems(QString::fromLatin1(text), Qt::MatchExactly);
+  if (found.isEmpty()) return;
+  list->setCurrentItem(found.front());
+  found.front()->setSelected(true);
+}
+
+// The main job of the sample database, driven through the real dialogs.
+bool loadSample(CMainFrame& frame) {
+  Document& document = frame.view().document();
+  const std::string connection = sampleConnectionString();
+  if (connection.empty() || !document.connect(connection)) return false;
+  onNextModal<QueryDialog>([](QueryDialog* dialog) {
+    choose(dialog->tableList()->list(), "survey");
+    dialog->settings()->weightBox()->setChecked(true);
+    dialog->accept();
+  });
+  frame.runCommand(ID_FILE_NEW);
+  if (!document.matrix()) return false;
+  onNextModal<QueryDialog>([](QueryDialog* dialog) {
+    choose(dialog->variableList(), "town");
+    choose(dialog->tableList()->list(), "towns");
+    dialog->accept();
+  });
+  frame.runCommand(ID_CREATE_TAXONOMY);
+  onNextModal<DependenceDialog>([](DependenceDialog* dialog) {
+    choose(dialog->motherList(), "occupation");
+    choose(dialog->modalityList(), "manager");
+    choose(dialog->modalityList(), "professional");
+    choose(dialog->daughterList(), "income");
+    onNextModal<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
+    dialog->accept();
+  });
+  frame.runCommand(ID_ADD_DEPENDENCE);
+  onNextModal<NumberParameterDialog>([](NumberParameterDialog* dialog) { dialog->accept(); });
+  frame.runCommand(ID_REDUCE_ASSERTIONS);
+  return true;
+}
+
+void saveQueryDialogs(CKORVAView& view, const SymbolicMatrix& matrix) {
+  QueryDialog::Values values;
+  {
+    QueryDialog dialog(QueryPurpose::NewData, false, values, view, &matrix);
+    choose(dialog.tableList()->list(), "survey");
+    save(dialog, "extraction");
+  }
+  {
+    values.query.query = "select person_id, region, town, sex, age, income, weight from survey";
+    QueryDialog dialog(QueryPurpose::NewData, true, values, view, &matrix);
+    dialog.settings()->samplingBox()->setChecked(true);
+    save(dialog, "sql-query");
+  }
+  {
+    QueryDialog dialog(QueryPurpose::AddVariables, false, QueryDialog::Values{}, view, &matrix);
+    save(dialog, "add-individuals");
+  }
+  {
+    QueryDialog dialog(QueryPurpose::Taxonomy, false, QueryDialog::Values{}, view, &matrix);
+    save(dialog, "create-taxonomy");
+  }
+  {
+    QueryDialog::Values taxonomy;
+    taxonomy.query.query = "select distinct town, region, country from towns";
+    QueryDialog dialog(QueryPurpose::Taxonomy, true, taxonomy, view, &matrix);
+    save(dialog, "taxonomy-query");
+  }
+  if (const Connection* connection = view.connection()) {
+    DBViewDialog dialog(*connection, "survey");
+    dialog.load();
+    save(dialog, "dbview");
+  }
+  DataSourceDialog source(sampleConnectionString());
+  save(source, "data-source");
+}
+
+void saveMatrixDialogs(const SymbolicMatrix& matrix) {
+  DependenceDialog dependence(matrix, DependenceValues{});
+  choose(dependence.motherList(), "occupation");
+  choose(dependence.modalityList(), "manager");
+  save(dependence, "add-dependence");
+
+  std::vector<ChoiceListDialog::Item> items;
+  for (size_t i = 0; i < matrix.variableCount(); ++i) items.emplace_back(static_cast<int32_t>(i), matrix.variable(i).name);
+  ChoiceListDialog remove(QStringLiteral("Remove variables"), QStringLiteral("Variable"), items);
+  save(remove, "remove-variables");
+  ChoiceListDialog removeTaxonomies(QStringLiteral("Remove taxonomies"), QStringLiteral("Taxonomy variable"),
+                                    {items.front()});
+  save(removeTaxonomies, "remove-taxonomies");
+
+  VariablePropertiesValues properties;
+  VariablePropertiesDialog propertiesDialog(matrix, properties);
+  save(propertiesDialog, "variables-properties");
+  TaxonomiesDialog taxonomies(matrix);
+  save(taxonomies, "taxonomies");
+  DependencesDialog dependences(matrix);
+  save(dependences, "view-dependences");
+  VolumeMatrixDialog volumes(matrix);
+  volumes.resize(760, 620);
+  save(volumes, "volume-matrix");
+}
+
+void saveFormDialogs() {
+  ExportValues exportValues;
+  exportValues.file = "/home/user/survey.kvf";
+  exportValues.title = "Household survey";
+  exportValues.reducedAssertionsAvailable = true;
+  ExportDialog exportDialog(exportValues);
+  save(exportDialog, "export");
+  JoinDialog join(JoinValues{"/home/user/north.gaj", "/home/user/south.gaj"});
+  save(join, "join");
+  auto noCheck = [](int32_t) { return std::optional<Refusal>(); };
+  NumberParameterDialog reduction(QStringLiteral("Reduction parameter"), QStringLiteral("Reduction threshold"), 80,
+                                  noCheck);
+  save(reduction, "reduction-parameter");
+  NumberParameterDialog division(QStringLiteral("Division Parameter"), QStringLiteral("Div Class number"), 3, noCheck);
+  save(division, "division-parameter");
+  ProgressDialog progress(QStringLiteral("Reducing assertions"));
+  progress.setLine1("Reduction in progress...");
+  progress.setLine2("Assertion Occitanie");
+  save(progress, "progress");
+  AboutDialog about;
+  save(about, "about");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");
+  if (argc != 2) {
+    std::fprintf(stderr, "usage: velda-screenshots OUTPUT_FOLDER\n");
+    return 2;
+  }
+  outputFolder = QString::fromLocal8Bit(argv[1]);
+  QDir().mkpath(outputFolder);
+  // The export and the division write their files in the current folder.
+  QDir::setCurrent(outputFolder);
+  seedRandom15(2003);
+
+  CMainFrame frame;
+  frame.resize(1100, 720);
+  frame.show();
+  QApplication::processEvents();
+  const QString emptyPath = QDir(outputFolder).filePath(QStringLiteral("main-window-empty.png"));
+  frame.grab().save(emptyPath);
+  if (!loadSample(frame)) {
+    std::fprintf(stderr, "the sample database could not be loaded (is VELDA_SAMPLE_DB set?)\n");
+    return 1;
+  }
+  QApplication::processEvents();
+  frame.grab().save(QDir(outputFolder).filePath(QStringLiteral("main-window.png")));
+
+  const SymbolicMatrix& matrix = *frame.view().document().matrix();
+  saveQueryDialogs(frame.view(), matrix);
+  saveMatrixDialogs(matrix);
+  saveFormDialogs();
+  frame.view().document().console().clear();
+  return 0;
+}
