@@ -17,6 +17,7 @@
 
 #include "common/Random15.h"
 #include "db/Connection.h"
+#include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "ui/dialogs/ChoiceListDialog.h"
 #include "ui/dialogs/DBViewDialog.h"
@@ -35,6 +36,7 @@
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
 #include "ui/widgets/ExtractionSettingsBox.h"
+#include "ui/widgets/FileDialogs.h"
 #include "ui/widgets/ModalDriver.h"
 #include "ui/widgets/OdbcSources.h"
 #include "ui/widgets/TableListBox.h"
@@ -145,6 +147,12 @@ void saveMatrixDialogs(const SymbolicMatrix& matrix) {
   save(removeTaxonomies, "remove-taxonomies");
 
   VariablePropertiesValues properties;
+  for (size_t i = 0; i < matrix.variableCount(); ++i) {
+    VariableProperty property;
+    property.active = matrix.variable(i).active != 0;
+    if (const auto* categorical = dynamic_cast<const CategoricalVariable*>(&matrix.variable(i))) property.mode = categorical->mode;
+    properties.variables.push_back(property);
+  }
   VariablePropertiesDialog propertiesDialog(matrix, properties);
   save(propertiesDialog, "variables-properties");
   TaxonomiesDialog taxonomies(matrix);
@@ -177,6 +185,18 @@ void saveFormDialogs() {
   save(progress, "progress");
   AboutDialog about;
   save(about, "about");
+
+  // The open dialog with its "Ignore MetaData" box, pictured while it runs.
+  FileRequest open;
+  open.filter = "VELDA file (*.gaj)";
+  open.defaultSuffix = "gaj";
+  open.offerIgnoreMetadata = true;
+  onNextModal<QFileDialog>([](QFileDialog* dialog) {
+    dialog->grab().save(QDir(outputFolder).filePath(QStringLiteral("open.png")));
+    dialog->reject();
+  });
+  FileChoice choice;
+  chooseFile(nullptr, open, choice);
 }
 
 }  // namespace
