@@ -1,0 +1,205 @@
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QListWidget>
+#include <QTreeWidget>
+
+#include "gui/GuiTestSupport.h"
+#include "model/CategoricalVariable.h"
+#include "model/QuantitativeVariable.h"
+#include "model/SymbolicMatrix.h"
+#include "ui/dialogs/DependenceDialog.h"
+#include "ui/dialogs/VariablePropertiesDialog.h"
+#include "ui/panels/DependencesPanel.h"
+#include "ui/panels/VariablesPanel.h"
+#include "ui/widgets/VolumeMatrixView.h"
+
+namespace velda::ui {
+namespace {
+
+using test::ShownMessage;
+using test::recordNextMessage;
+
+TriangularMatrix triangle(size_t order, std::vector<double> entries) {
+  TriangularMatrix matrix;
+  matrix.order = order;
+  matrix.entries = std::move(entries);
+  return matrix;
+}
+
+// Four variables: sex (nominal), jobs (multinominal, probabilist view),
+// age (interval), income (single number); the first three hold cells.
+std::unique_ptr<SymbolicMatrix> smallMatrix() {
+  auto matrix = SymbolicMatrix::create(11, 7);
+  auto sex = std::make_unique<CategoricalVariable>("sex", 0, 5);
+  sex->mode = MODE_BOOLEAN;
+  sex->addModality("F");
+  sex->addModality("M");
+  auto jobs = std::make_unique<CategoricalVariable>("jobs", 1, 5);
+  jobs->mode = MODE_PROBABILIST;
+  jobs->addModality("clerk");
+  jobs->addModality("farmer");
+  jobs->addModality("manager");
+  matrix->appendVariable(std::move(sex));
+  matrix->appendVariable(std::move(jobs));
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("age", 1));
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("income", 0));
+  matrix->cellCount = 3;
+  return matrix;
+}
+
+class MatrixViewTest : public ::testing::Test {
+ protected:
+  void SetUp() override { test::guiApplication(); }
+};
+
+TEST_F(MatrixViewTest, VolumeScaleIsTheLargestPairOfDiagonalsOfEitherMatrix) {
+  // Diagonals before: 1, 2, 3 (largest pair 2 + 3); after: 4, 0.5, 0.25
+  // (largest pair 4 + 0.5). Off-diagonal entries do not count.
+  const TriangularMatrix before = triangle(3, {1, 90, 2, 90, 90, 3});
+  const TriangularMatrix after = triangle(3, {4, 90, 0.5, 90, 90, 0.25});
+  EXPECT_DOUBLE_EQ(VolumeMatrixView::colourScale(before, after), 5.0);
+  EXPECT_DOUBLE_EQ(VolumeMatrixView::colourScale(after, before), 5.0);
+
+  // One assertion has no pair of diagonal entries: the scale is 0 and the
+  // drawing still works.
+  const TriangularMatrix single = triangle(1, {7});
+  VolumeMatrixView lone({"Paris"}, single, single);
+  EXPECT_DOUBLE_EQ(lone.scale(), 0.0);
+  EXPECT_FALSE(lone.grab().isNull());
+  EXPECT_EQ(lone.label(0).toStdString(), "1: Paris");
+}
+
+TEST_F(MatrixViewTest, VolumeZoomStepsAndLimitsAndChoiceOfMatrix) {
+  const TriangularMatrix before = triangle(2, {1, 0.5, 2});
+  const TriangularMatrix after = triangle(2, {0.5, 0.25, 1});
+  VolumeMatrixView view({"Lyon", "Nice"}, before, after);
+  EXPECT_EQ(view.cellSize(), 50);
+  EXPECT_TRUE(view.showsBefore());
+  view.zoomIn();
+  EXPECT_EQ(view.cellSize(), 60);
+  const int widthAt60 = view.width();
+  view.zoomOut();
+  view.zoomOut();
+  EXPECT_EQ(view.cellSize(), 40);
+  EXPECT_EQ(widthAt60 - view.width(), 2 * 20);  // two cells across, 20 pixels each
+  for (int i = 0; i < 10; ++i) view.zoomOut();
+  EXPECT_EQ(view.cellSize(), 10);
+  for (int i = 0; i < 30; ++i) view.zoomIn();
+  EXPECT_EQ(view.cellSize(), 200);
+  view.setShowBefore(false);
+  EXPECT_FALSE(view.showsBefore());
+  EXPECT_EQ(view.label(1).toStdString(), "2: Nice");
+}
+
+TEST_F(MatrixViewTest, VariablesPanelGroupsByKindAndShowsViewTypes) {
+  auto matrix = smallMatrix();
+  VariablesPanel panel;
+  EXPECT_TRUE(panel.isEmptyShown());
+  panel.fill(*matrix);
+  EXPECT_FALSE(panel.isEmptyShown());
+  QTreeWidgetItem* root = panel.tree()->topLevelItem(0);
+  ASSERT_NE(root, nullptr);
+  EXPECT_EQ(root->text(0).toStdString(), "Variables");
+  // Kinds appear in the order of their first variable.
+  ASSERT_EQ(root->childCount(), 4);
+  EXPECT_EQ(root->child(0)->text(0).toStdString(), "Categorical Single");
+  EXPECT_EQ(root->child(1)->text(0).toStdString(), "Multinominal");
+  EXPECT_EQ(root->child(2)->text(0).toStdString(), "Interval");
+  EXPECT_EQ(root->child(3)->text(0).toStdString(), "Quantitative Single");
+  QTreeWidgetItem* jobs = root->child(1)->child(0);
+  EXPECT_EQ(jobs->text(0).toStdString(), "jobs");
+  ASSERT_EQ(jobs->childCount(), 1);
+  EXPECT_EQ(jobs->child(0)->text(0).toStdString(), "Probabilist view");
+  EXPECT_EQ(root->child(0)->child(0)->childCount(), 0);  // a nominal variable has no view type
+  panel.clear();
+  EXPECT_TRUE(panel.isEmptyShown());
+}
+
+TEST_F(MatrixViewTest, DependencesPanelNestsDaughtersUnderMothers) {
+  auto matrix = smallMatrix();
+  DependencesPanel panel;
+  ASSERT_EQ(panel.tree()->topLevelItemCount(), 1);
+  EXPECT_EQ(panel.tree()->topLevelItem(0)->text(0).toStdString(), "No dependence set");
+
+  // jobs is the mother of age and income (newest daughter first: income).
+  matrix->variable(1).firstDaughter = 3;
+  matrix->variable(3).nextDaughter = 2;
+  matrix->variable(3).motherIndex = 1;
+  matrix->variable(2).motherIndex = 1;
+  panel.fill(*matrix);
+  ASSERT_EQ(panel.tree()->topLevelItemCount(), 2);
+  EXPECT_EQ(panel.tree()->topLevelItem(0)->text(0).toStdString(), "sex");
+  QTreeWidgetItem* jobs = panel.tree()->topLevelItem(1);
+  EXPECT_EQ(jobs->text(0).toStdString(), "jobs");
+  ASSERT_EQ(jobs->childCount(), 2);
+  EXPECT_EQ(jobs->child(0)->text(0).toStdString(), "income");
+  EXPECT_EQ(jobs->child(1)->text(0).toStdString(), "age");
+  EXPECT_TRUE(jobs->isExpanded());
+  panel.clear();
+  EXPECT_EQ(panel.tree()->topLevelItem(0)->text(0).toStdString(), "No dependence set");
+}
+
+TEST_F(MatrixViewTest, PropertiesSetAllTypesReachesOnlyMultinominalVariables) {
+  auto matrix = smallMatrix();
+  VariablePropertiesValues initial;
+  initial.variables = {{true, MODE_BOOLEAN}, {true, MODE_PROBABILIST}, {false, 0}, {true, 0}};
+  VariablePropertiesDialog dialog(*matrix, initial);
+  EXPECT_EQ(dialog.typeEditor(0), nullptr);
+  ASSERT_NE(dialog.typeEditor(1), nullptr);
+  EXPECT_EQ(dialog.typeEditor(1)->currentText().toStdString(), "Probabilist view");
+  EXPECT_EQ(dialog.stateEditor(2)->currentText().toStdString(), "Inactive");
+
+  dialog.allTypesEditor()->setCurrentIndex(MODE_KT_ESTIMATE);
+  emit dialog.allTypesEditor()->activated(MODE_KT_ESTIMATE);
+  dialog.stateEditor(0)->setCurrentIndex(1);
+  const VariablePropertiesValues chosen = dialog.values();
+  ASSERT_EQ(chosen.variables.size(), 4u);
+  EXPECT_EQ(chosen.variables[1].mode, MODE_KT_ESTIMATE);
+  EXPECT_EQ(chosen.variables[0].mode, MODE_BOOLEAN);  // nominal: untouched
+  EXPECT_FALSE(chosen.variables[0].active);
+  EXPECT_FALSE(chosen.variables[2].active);
+  EXPECT_TRUE(chosen.variables[3].active);
+}
+
+TEST_F(MatrixViewTest, DependenceDialogListsAndChecksInOrder) {
+  auto matrix = smallMatrix();
+  DependenceDialog dialog(*matrix, DependenceValues{});
+  // Mothers: the categorical cell variables.
+  ASSERT_EQ(dialog.motherList()->count(), 2);
+  EXPECT_EQ(dialog.motherList()->item(1)->text().toStdString(), "jobs");
+
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "No mother variable selected");
+
+  dialog.motherList()->item(1)->setSelected(true);
+  ASSERT_EQ(dialog.modalityList()->count(), 3);
+  EXPECT_EQ(dialog.modalityList()->item(2)->text().toStdString(), "manager");
+  // Daughters: the other cell variables, never the mother nor income
+  // (which holds no cells).
+  ASSERT_EQ(dialog.daughterList()->count(), 2);
+  EXPECT_EQ(dialog.daughterList()->item(0)->text().toStdString(), "sex");
+  EXPECT_EQ(dialog.daughterList()->item(1)->text().toStdString(), "age");
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "No modalities selected");
+
+  dialog.modalityList()->item(2)->setSelected(true);
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "No daughter variables selected");
+  EXPECT_EQ(shown.count, 3);
+  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+
+  dialog.daughterList()->item(1)->setSelected(true);
+  dialog.accept();
+  ASSERT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.values().motherIndex, 1);
+  EXPECT_EQ(dialog.values().applicableModalities, std::vector<int32_t>{2});
+  EXPECT_EQ(dialog.values().daughterIndexes, std::vector<int32_t>{2});
+}
+
+}  // namespace
+}  // namespace velda::ui
