@@ -86,6 +86,7 @@ QueryDialog::QueryDialog(QueryPurpose purpose, bool written, const Values& value
     writeQuery_ = new QPushButton(taxonomy ? QStringLiteral("&Write a Query...") : QStringLiteral("Write Query"), this);
     view_ = new QPushButton(taxonomy ? QStringLiteral("&View") : QStringLiteral("View"), this);
     connect(writeQuery_, &QPushButton::clicked, this, &QueryDialog::openWrittenForm);
+    connect(tables_->list(), &QListWidget::itemDoubleClicked, this, &QueryDialog::accept);
     connect(view_, &QPushButton::clicked, this, &QueryDialog::viewTable);
     auto* row = new QHBoxLayout;
     row->addWidget(writeQuery_);
