@@ -8,6 +8,7 @@
 #include <QDockWidget>
 #include <QFileInfo>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QToolBar>
 #include <QUrl>
@@ -98,6 +99,9 @@ CMainFrame::CMainFrame(QWidget* parent) : QMainWindow(parent) {
   buildToolBars();
   buildPanels();
   connectView();
+  // F1 opens the manual wherever the focus is.
+  auto* contextHelp = new QShortcut(QKeySequence::HelpContents, this);
+  connect(contextHelp, &QShortcut::activated, this, &CMainFrame::showHelp);
   resize(1000, 700);
   updateCommandStates();
 }
