@@ -19,6 +19,9 @@ namespace velda {
 // Values live in individually allocated nodes and never move: a pointer to a
 // stored value stays valid until that value is erased.
 //
+// A table filled in bulk can keep the tail of every chain (trackTails), so
+// that an insert does not walk its chain; the order is the same either way.
+//
 // Traits provide:
 //   using Key = ...;                               (a cheap key view)
 //   static Key key(const Value&);
@@ -41,15 +44,20 @@ class ChainedHashTable {
   ChainedHashTable(const ChainedHashTable&) = delete;
   ChainedHashTable& operator=(const ChainedHashTable&) = delete;
   ChainedHashTable(ChainedHashTable&& other) noexcept
-      : buckets_(std::move(other.buckets_)), count_(std::exchange(other.count_, 0)) {
+      : buckets_(std::move(other.buckets_)),
+        tails_(std::move(other.tails_)),
+        count_(std::exchange(other.count_, 0)) {
     other.buckets_.assign(1, nullptr);
+    other.tails_.clear();
   }
   ChainedHashTable& operator=(ChainedHashTable&& other) noexcept {
     if (this != &other) {
       clear();
       buckets_ = std::move(other.buckets_);
+      tails_ = std::move(other.tails_);
       count_ = std::exchange(other.count_, 0);
       other.buckets_.assign(1, nullptr);
+      other.tails_.clear();
     }
     return *this;
   }
@@ -71,8 +79,14 @@ class ChainedHashTable {
   template <typename... Args>
   Value& insert(Args&&... args) {
     auto node = std::make_unique<Node>(std::forward<Args>(args)...);
-    Node** link = &buckets_[bucketOf(Traits::key(node->value))];
-    while (*link) link = &(*link)->next;
+    const size_t bucket = bucketOf(Traits::key(node->value));
+    Node** link = &buckets_[bucket];
+    if (!tails_.empty()) {
+      if (tails_[bucket]) link = &tails_[bucket]->next;
+      tails_[bucket] = node.get();
+    } else {
+      while (*link) link = &(*link)->next;
+    }
     *link = node.release();
     ++count_;
     return (*link)->value;
@@ -80,10 +94,13 @@ class ChainedHashTable {
 
   // Removes and destroys the entry with this key; false when there is none.
   bool erase(Key key) {
-    for (Node** link = &buckets_[bucketOf(key)]; *link; link = &(*link)->next) {
+    const size_t bucket = bucketOf(key);
+    Node* previous = nullptr;
+    for (Node** link = &buckets_[bucket]; *link; previous = *link, link = &(*link)->next) {
       if (!Traits::equal(Traits::key((*link)->value), key)) continue;
       Node* dead = *link;
       *link = dead->next;
+      if (!tails_.empty() && tails_[bucket] == dead) tails_[bucket] = previous;
       delete dead;
       --count_;
       return true;
@@ -96,9 +113,11 @@ class ChainedHashTable {
   template <typename Predicate>
   size_t eraseIf(Predicate predicate) {
     size_t removed = 0;
-    for (Node*& head : buckets_) {
-      for (Node** link = &head; *link;) {
+    for (size_t bucket = 0; bucket < buckets_.size(); ++bucket) {
+      Node* kept = nullptr;
+      for (Node** link = &buckets_[bucket]; *link;) {
         if (!predicate((*link)->value)) {
+          kept = *link;
           link = &(*link)->next;
           continue;
         }
@@ -107,6 +126,7 @@ class ChainedHashTable {
         delete dead;
         ++removed;
       }
+      if (!tails_.empty()) tails_[bucket] = kept;
     }
     count_ -= removed;
     return removed;
@@ -120,35 +140,64 @@ class ChainedHashTable {
         delete dead;
       }
     }
+    if (!tails_.empty()) tails_.assign(tails_.size(), nullptr);
     count_ = 0;
   }
 
+  // Starts or stops keeping the chains' tails. Returns false, and leaves the
+  // table as it was, when the tail array cannot be allocated.
+  bool trackTails(bool on) {
+    if (!on) {
+      std::vector<Node*>().swap(tails_);
+      return true;
+    }
+    try {
+      tails_.assign(buckets_.size(), nullptr);
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+    for (size_t bucket = 0; bucket < buckets_.size(); ++bucket)
+      for (Node* n = buckets_[bucket]; n; n = n->next) tails_[bucket] = n;
+    return true;
+  }
+
   // Rehashes into n buckets (0 is taken as 1). Returns false and keeps the
-  // table unchanged when the new bucket array cannot be allocated.
+  // table unchanged when the new bucket arrays cannot be allocated.
   bool rebuild(size_t n) {
     if (n == 0) n = 1;
     std::vector<Node*> fresh;
     std::vector<Node*> tails;
     try {
       fresh.assign(n, nullptr);
-      tails.assign(n, nullptr);
+      if (!tails_.empty()) tails.assign(n, nullptr);
     } catch (const std::bad_alloc&) {
       return false;
     }
+    // Every entry is pushed on the head of its new chain, in iteration
+    // order, and each chain is then reversed: the same order as appending
+    // at the tails, without a second array as large as the first.
     for (Node* head : buckets_) {
       while (head) {
         Node* node = head;
         head = head->next;
-        node->next = nullptr;
-        const size_t b = Traits::hash(Traits::key(node->value)) % n;
-        if (tails[b])
-          tails[b]->next = node;
-        else
-          fresh[b] = node;
-        tails[b] = node;
+        Node*& chain = fresh[Traits::hash(Traits::key(node->value)) % n];
+        node->next = chain;
+        chain = node;
       }
     }
+    for (size_t bucket = 0; bucket < n; ++bucket) {
+      Node* reversed = nullptr;
+      if (!tails.empty()) tails[bucket] = fresh[bucket];
+      for (Node* node = fresh[bucket]; node;) {
+        Node* following = node->next;
+        node->next = reversed;
+        reversed = node;
+        node = following;
+      }
+      fresh[bucket] = reversed;
+    }
     buckets_ = std::move(fresh);
+    tails_ = std::move(tails);
     return true;
   }
 
@@ -205,6 +254,7 @@ class ChainedHashTable {
   size_t bucketOf(Key key) const { return Traits::hash(key) % buckets_.size(); }
 
   std::vector<Node*> buckets_;
+  std::vector<Node*> tails_;  // the last node of every chain, or empty
   size_t count_ = 0;
 };
 

@@ -38,7 +38,11 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
       variableCount_(variableCount),
       weighted_(options.lastColumnIsWeight),
       sampleSize_(std::max<int32_t>(options.sampleSize, 0)),
-      rowCells_(new CellValue[variableCount]) {}
+      rowCells_(new CellValue[variableCount]) {
+  // Individuals are appended to the long chains of a table whose bucket
+  // count stays fixed until the matrix is finished.
+  if (!matrix_->individuals.trackTails(true)) throw std::bad_alloc();
+}
 
 std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
                                                               const ExtractionOptions& options) {
@@ -96,7 +100,8 @@ int ExtractionBuilder::addRow(const char* const* texts) {
   }
   const double weight = weighted_ ? readWeight(texts[variableCount_ + 2]) : 1.0;
 
-  Individual* individual = matrix_->findIndividual(individualId);
+  const uint64_t idHash = ExtractionIndex::hashOf(individualId);
+  Individual* individual = seenIndividuals_.mayContain(idHash) ? matrix_->findIndividual(individualId) : nullptr;
   if (individual) {
     if (!checkRepeat(*individual, weight)) return 0;
   } else {
@@ -105,19 +110,13 @@ int ExtractionBuilder::addRow(const char* const* texts) {
       return 0;
     }
     individual = &insertIndividual(individualId, weight);
+    seenIndividuals_.add(idHash);
   }
 
   Assertion& assertion = assertionNamed(assertionId);
   if (matrix_->isMember(*individual, assertion)) return 1;  // a duplicate row
   matrix_->link(*individual, assertion);
-  if (sampleSize_ > 0) {
-    sample(*individual, assertion);
-    return 1;
-  }
-  if (!matrix_->addMember(assertion, *individual)) {
-    setError("Memory allocation failed");
-    return 0;
-  }
+  if (sampleSize_ > 0) sample(*individual, assertion);
   return 1;
 }
 
@@ -153,10 +152,10 @@ Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
 }
 
 Assertion& ExtractionBuilder::assertionNamed(const char* id) {
-  const auto found = assertionIndex_.find(id);
-  if (found != assertionIndex_.end()) return *found->second;
+  const uint64_t hash = ExtractionIndex::hashOf(id);
+  if (Assertion* found = assertionIndex_.find(id, hash)) return *found;
   Assertion& created = matrix_->createAssertion(id);
-  assertionIndex_.emplace(created.id, &created);
+  assertionIndex_.add(created, hash);
   return created;
 }
 
@@ -186,8 +185,27 @@ void ExtractionBuilder::dropMembership(Individual& individual, Assertion& assert
   if (!individual.hasMembership()) matrix_->removeIndividual(individual);
 }
 
+// Without sampling every linked member stays, so each assertion's values are
+// the sums over its members in link order. They are added here, one assertion
+// at a time, rather than row by row: the rows of a group are scattered over
+// the query, and one group's values then stay in the processor's cache while
+// its members are added. The sums and the order in which categories enter the
+// values are the same as row by row.
+int ExtractionBuilder::addMembers() {
+  for (Assertion& assertion : matrix_->assertions) {
+    for (const Individual* member : assertion.members) {
+      if (matrix_->addMember(assertion, *member)) continue;
+      setError("Memory allocation failed");
+      return 0;
+    }
+  }
+  return 1;
+}
+
 std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
   matrix_->rowsRead = rowsRead;
+  matrix_->individuals.trackTails(false);
+  if (sampleSize_ == 0 && !addMembers()) return nullptr;
   if (!matrix_->finish(sampleSize_ > 0)) return nullptr;
   if (!matrix_->indexAssertions()) {
     setError("Memory allocation failed");

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "db/ExtractionFilter.h"
+#include "db/ExtractionIndex.h"
 #include "db/QueryStatement.h"
 #include "model/SymbolicMatrix.h"
 
@@ -54,16 +54,15 @@ class ExtractionBuilder {
   Assertion& assertionNamed(const char* id);
   void sample(Individual& newcomer, Assertion& assertion);
   void dropMembership(Individual& individual, Assertion& assertion);
+  int addMembers();
 
   std::unique_ptr<SymbolicMatrix> matrix_;
   size_t variableCount_;
   bool weighted_;
   int32_t sampleSize_;
   std::unique_ptr<CellValue[]> rowCells_;  // the current row's cells
-  // The assertions by identifier, for lookups that do not walk the long
-  // chains of the assertion table (its bucket count is fixed until the
-  // matrix is finished). Keys view the identifiers held by the table.
-  std::unordered_map<std::string_view, Assertion*> assertionIndex_;
+  ExtractionIndex assertionIndex_;
+  IdentifierFilter seenIndividuals_;
 };
 
 }  // namespace velda

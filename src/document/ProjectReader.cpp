@@ -328,7 +328,12 @@ bool ProjectReader::readCell(size_t v, CellValue& cell) {
   cell.flags = flags;
   if (cell.isMissing()) return true;
   const auto* variable = asCategorical(matrix_->variable(v));
-  if (!variable) return (flags & kKinds) == CELL_NUMBER && in_.f64(cell.number);
+  if (!variable) {
+    double number = 0.0;  // read aside: the cell's payload is packed
+    if ((flags & kKinds) != CELL_NUMBER || !in_.f64(number)) return false;
+    cell.number = number;
+    return true;
+  }
   uint16_t number;
   if ((flags & kKinds) != CELL_MODALITY || !in_.u16(number)) return false;
   cell.modality = variable->byIndex(number);

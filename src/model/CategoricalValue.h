@@ -5,17 +5,9 @@
 #include "common/ChainedHashTable.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicValue.h"
+#include "model/ValueEntryTable.h"
 
 namespace velda {
-
-// The weight of one modality in a categorical value.
-struct ValueEntry {
-  ValueEntry(int32_t index, double weight = 0.0, double subtreeWeight = 0.0)
-      : index(index), weight(weight), subtreeWeight(subtreeWeight) {}
-  int32_t index;         // the modality's index
-  double weight;         // accumulated from the members' cells
-  double subtreeWeight;  // set by the taxonomy, read instead when there is one
-};
 
 // Keys a table by a modality's index: its stable number.
 template <typename T>
@@ -25,8 +17,6 @@ struct ModalityIndexTraits {
   static uint32_t hash(Key key) { return static_cast<uint32_t>(key); }
   static bool equal(Key a, Key b) { return a == b; }
 };
-
-using ValueEntryTable = ChainedHashTable<ValueEntry, ModalityIndexTraits<ValueEntry>>;
 
 // A category or a weighted set of categories.
 class CategoricalValue final : public SymbolicValue {

@@ -16,6 +16,13 @@ enum CellFlag : uint32_t {
 
 // The value of one individual for one variable. Readings test NULL first,
 // then NA, then the kind.
+//
+// Every individual holds one cell per extracted variable, so the cell is
+// packed to 12 bytes instead of 16: the payload sits at offset 4. Reading and
+// writing the members is fine; only a reference or pointer to the payload
+// (double& to number) must not be taken, as it would be misaligned. The
+// compiler rejects binding a non-const reference to it.
+#pragma pack(push, 4)
 struct CellValue {
   uint32_t flags = 0;
   union {
@@ -35,6 +42,8 @@ struct CellValue {
   // individual are compared.
   bool sameAs(const CellValue& other) const;
 };
+#pragma pack(pop)
+static_assert(sizeof(CellValue) == 12, "a cell is packed to 12 bytes");
 
 // "NULL", "NA", the modality's name, the number with "%.2f", or "".
 std::string cellText(const CellValue& cell);

@@ -13,8 +13,9 @@ void QuantitativeValue::reset() {
 int QuantitativeValue::addCell(const CellValue& cell, double weight) {
   int result;
   if (!acceptCell(cell, weight, result)) return result;
-  min = std::min(min, cell.number);
-  max = std::max(max, cell.number);
+  const double number = cell.number;  // a copy: the cell's payload is packed
+  min = std::min(min, number);
+  max = std::max(max, number);
   return 1;
 }
 

@@ -65,6 +65,41 @@ TEST(ChainedHashTable, IteratesBucketsThenChainsAndRebuildsInThatOrder) {
   EXPECT_EQ(table.size(), 2u);
 }
 
+TEST(ChainedHashTable, KeptTailsGiveTheSameOrderThroughErasesAndRebuilds) {
+  Table table(3);
+  for (int key : {4, 1}) table.insert(key, "x");
+  ASSERT_TRUE(table.trackTails(true));
+  for (int key : {3, 7, 2}) table.insert(key, "x");
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 4, 1, 7, 2}));
+
+  // Erasing a chain's tail, its only entry, or by predicate moves the tail
+  // back: the next entries still go after the last one left.
+  EXPECT_TRUE(table.erase(7));
+  EXPECT_TRUE(table.erase(3));
+  table.insert(10, "x");
+  table.insert(6, "x");
+  // Buckets: 0 -> 6; 1 -> 4, 1, 10; 2 -> 2.
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{6, 4, 1, 10, 2}));
+  EXPECT_EQ(table.eraseIf([](const Item& item) { return item.key == 10 || item.key == 2; }), 2u);
+  table.insert(13, "x");
+  table.insert(5, "x");
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{6, 4, 1, 13, 5}));
+
+  // Rebuild walks 6, 4, 1, 13, 5 into 2 buckets: 0 -> 6, 4; 1 -> 1, 13, 5;
+  // then 8 and 9 are appended.
+  ASSERT_TRUE(table.rebuild(2));
+  table.insert(8, "x");
+  table.insert(9, "x");
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{6, 4, 8, 1, 13, 5, 9}));
+
+  ASSERT_TRUE(table.trackTails(false));
+  table.clear();
+  ASSERT_TRUE(table.trackTails(true));
+  table.insert(3, "x");
+  table.insert(1, "x");
+  EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 1}));
+}
+
 TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
   Table table(0);
   EXPECT_EQ(table.bucketCount(), 1u);

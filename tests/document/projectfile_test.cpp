@@ -81,8 +81,8 @@ TEST(ProjectFile, ReadsTheLayoutBack) {
   ASSERT_TRUE(g);
   EXPECT_EQ(i1->direct, g);
   EXPECT_EQ(g->members, std::vector<Individual*>{const_cast<Individual*>(i1)});
-  EXPECT_EQ(i1->cells[1].modality, c.byIndex(0));
-  EXPECT_EQ(i1->cells[0].number, 2.0);
+  EXPECT_EQ(static_cast<const Modality*>(i1->cells[1].modality), c.byIndex(0));
+  EXPECT_EQ(static_cast<double>(i1->cells[0].number), 2.0);
   EXPECT_EQ(matrix->orderedAssertions, std::vector<Assertion*>{g});
 }
 

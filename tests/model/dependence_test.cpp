@@ -96,7 +96,7 @@ TEST(Dependence, ApplyingMarksNAKeepsPayloadsAndRecomputesDaughters) {
   EXPECT_EQ(m.i2->cells[2].flags, CELL_MODALITY | CELL_NA);
   EXPECT_EQ(m.i2->cells[2].modality->name, "uni");
   EXPECT_EQ(m.i3->cells[1].flags, CELL_NUMBER | CELL_NA);
-  EXPECT_EQ(m.i3->cells[1].number, 50.0);
+  EXPECT_EQ(static_cast<double>(m.i3->cells[1].number), 50.0);
   EXPECT_EQ(m.i4->cells[2].flags, CELL_MODALITY | CELL_NA);
   EXPECT_TRUE(m.i4->cells[2].isNA());
   EXPECT_EQ(cellText(m.i4->cells[2]), "NA");

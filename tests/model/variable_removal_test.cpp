@@ -139,7 +139,7 @@ TEST(VariableRemoval, RefusedChoicesChangeNothing) {
   EXPECT_EQ(m.matrix->variableCount(), 7u);
   EXPECT_EQ(m.matrix->cellCount, 4u);
   EXPECT_EQ(m.matrix->rules[1]->daughter, 2);
-  EXPECT_EQ(m.i1->cells[1].number, 100.0);
+  EXPECT_EQ(static_cast<double>(m.i1->cells[1].number), 100.0);
 }
 
 TEST(VariableRemoval, NothingIsOfferedWhenEveryAddedVariableIsRuled) {

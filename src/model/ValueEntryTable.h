@@ -1,0 +1,198 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <new>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace velda {
+
+// The weight of one modality in a categorical value.
+struct ValueEntry {
+  ValueEntry(int32_t index, double weight = 0.0, double subtreeWeight = 0.0)
+      : index(index), weight(weight), subtreeWeight(subtreeWeight) {}
+  int32_t index;         // the modality's index
+  double weight;         // accumulated from the members' cells
+  double subtreeWeight;  // set by the taxonomy, read instead when there is one
+};
+
+// The entries of a categorical value, keyed by modality index. It behaves as
+// a ChainedHashTable hashed by the index itself: iteration walks buckets 0 to
+// n-1 and each chain from head to tail, new entries go to the tail of their
+// chain, and rebuild() re-appends every entry in iteration order, so the same
+// inserts always give the same order.
+//
+// The entries are stored in one array, in insertion order, and chained by
+// position: a value holds hundreds of thousands of entries over a large
+// extraction, and an array costs a third of what a node per entry costs and
+// keeps a value's entries together for lookups. The price is that an entry's
+// address is valid only until the next insert or rebuild.
+class ValueEntryTable {
+  static constexpr uint32_t kEnd = UINT32_MAX;
+
+ public:
+  using Key = int32_t;
+
+  explicit ValueEntryTable(size_t bucketCount = 1) : heads_(bucketCount == 0 ? 1 : bucketCount, kEnd) {}
+  ValueEntryTable(const ValueEntryTable&) = delete;
+  ValueEntryTable& operator=(const ValueEntryTable&) = delete;
+  ValueEntryTable(ValueEntryTable&& other) noexcept
+      : entries_(std::move(other.entries_)), next_(std::move(other.next_)), heads_(std::move(other.heads_)) {
+    other.reset();
+  }
+  ValueEntryTable& operator=(ValueEntryTable&& other) noexcept {
+    if (this != &other) {
+      entries_ = std::move(other.entries_);
+      next_ = std::move(other.next_);
+      heads_ = std::move(other.heads_);
+      other.reset();
+    }
+    return *this;
+  }
+
+  size_t size() const { return entries_.size(); }
+  bool empty() const { return entries_.empty(); }
+  size_t bucketCount() const { return heads_.size(); }
+
+  ValueEntry* find(Key index) {
+    for (uint32_t at = heads_[bucketOf(index, heads_.size())]; at != kEnd; at = next_[at])
+      if (entries_[at].index == index) return &entries_[at];
+    return nullptr;
+  }
+  const ValueEntry* find(Key index) const { return const_cast<ValueEntryTable*>(this)->find(index); }
+
+  // Appends an entry at the tail of its chain without checking for an equal
+  // index (callers look up first). Throws std::bad_alloc, leaving the table
+  // as it was.
+  template <typename... Args>
+  ValueEntry& insert(Args&&... args) {
+    entries_.emplace_back(std::forward<Args>(args)...);
+    try {
+      next_.push_back(kEnd);
+    } catch (...) {
+      entries_.pop_back();
+      throw;
+    }
+    const auto added = static_cast<uint32_t>(entries_.size() - 1);
+    uint32_t* link = &heads_[bucketOf(entries_.back().index, heads_.size())];
+    while (*link != kEnd) link = &next_[*link];
+    *link = added;
+    return entries_.back();
+  }
+
+  // Removes every entry, keeping the bucket count.
+  void clear() {
+    entries_.clear();
+    next_.clear();
+    std::fill(heads_.begin(), heads_.end(), kEnd);
+  }
+
+  // Rehashes into n buckets (0 is taken as 1) and gives back the storage
+  // that the entries do not use. Returns false and keeps the table unchanged
+  // when the new bucket array cannot be allocated.
+  bool rebuild(size_t n) {
+    if (n == 0) n = 1;
+    std::vector<uint32_t> fresh;
+    try {
+      fresh.assign(n, kEnd);
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+    // Every entry is pushed on the head of its new chain, in iteration
+    // order, and each chain is then reversed: the order of appending at the
+    // tails.
+    for (uint32_t head : heads_) {
+      while (head != kEnd) {
+        const uint32_t at = head;
+        head = next_[at];
+        uint32_t& chain = fresh[bucketOf(entries_[at].index, n)];
+        next_[at] = chain;
+        chain = at;
+      }
+    }
+    for (uint32_t& chain : fresh) {
+      uint32_t reversed = kEnd;
+      for (uint32_t at = chain; at != kEnd;) {
+        const uint32_t following = next_[at];
+        next_[at] = reversed;
+        reversed = at;
+        at = following;
+      }
+      chain = reversed;
+    }
+    heads_ = std::move(fresh);
+    entries_.shrink_to_fit();
+    next_.shrink_to_fit();
+    return true;
+  }
+
+  template <bool Const>
+  class Iterator {
+    using Table = std::conditional_t<Const, const ValueEntryTable, ValueEntryTable>;
+
+   public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = ValueEntry;
+    using difference_type = std::ptrdiff_t;
+    using pointer = std::conditional_t<Const, const ValueEntry*, ValueEntry*>;
+    using reference = std::conditional_t<Const, const ValueEntry&, ValueEntry&>;
+
+    Iterator() = default;
+    explicit Iterator(Table* table) : table_(table) { settle(); }
+    reference operator*() const { return table_->entries_[at_]; }
+    pointer operator->() const { return &table_->entries_[at_]; }
+    Iterator& operator++() {
+      at_ = table_->next_[at_];
+      if (at_ == kEnd) {
+        ++bucket_;
+        settle();
+      }
+      return *this;
+    }
+    Iterator operator++(int) {
+      Iterator old = *this;
+      ++*this;
+      return old;
+    }
+    bool operator==(const Iterator& other) const { return at_ == other.at_; }
+
+   private:
+    // Moves to the head of the first non-empty bucket from bucket_ on.
+    void settle() {
+      while (at_ == kEnd && bucket_ < table_->heads_.size()) {
+        at_ = table_->heads_[bucket_];
+        if (at_ == kEnd) ++bucket_;
+      }
+    }
+    Table* table_ = nullptr;
+    size_t bucket_ = 0;
+    uint32_t at_ = kEnd;
+  };
+
+  using iterator = Iterator<false>;
+  using const_iterator = Iterator<true>;
+  iterator begin() { return iterator(this); }
+  iterator end() { return iterator(); }
+  const_iterator begin() const { return const_iterator(this); }
+  const_iterator end() const { return const_iterator(); }
+
+ private:
+  static size_t bucketOf(Key index, size_t n) { return static_cast<uint32_t>(index) % n; }
+
+  // Leaves a moved-from table empty with one bucket.
+  void reset() {
+    entries_.clear();
+    next_.clear();
+    heads_.assign(1, kEnd);
+  }
+
+  std::vector<ValueEntry> entries_;  // in insertion order
+  std::vector<uint32_t> next_;       // the following entry of each chain, kEnd at a tail
+  std::vector<uint32_t> heads_;      // the first entry of each bucket, kEnd when empty
+};
+
+}  // namespace velda
