@@ -34,7 +34,7 @@ function(velda_test name)
     add_test(NAME ${name} COMMAND ${name})
   endif()
   set_tests_properties(${name} PROPERTIES LABELS ${T_LABEL}
-    ENVIRONMENT "VELDA_SOURCE_DIR=${PROJECT_SOURCE_DIR};VELDA_BINARY_DIR=${CMAKE_BINARY_DIR};QT_QPA_PLATFORM=offscreen"
+    ENVIRONMENT "VELDA_SOURCE_DIR=${PROJECT_SOURCE_DIR};VELDA_BINARY_DIR=${CMAKE_BINARY_DIR};QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0"
     WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 endfunction()
 
