@@ -4,9 +4,13 @@
 //   velda-bench-extraction extract CONNECTION SQL
 //   velda-bench-extraction privacy CONNECTION SQL THRESHOLD
 //   velda-bench-extraction exec CONNECTION STATEMENT
+//   velda-bench-extraction dump CONNECTION SQL [SAMPLE]
 //
 // Each mode prints "name value" lines; the peak resident memory of the
 // process is in peak_kb, so bare and extract run in separate processes.
+// dump prints the extracted matrix in the order of its tables (individuals,
+// modalities, assertions and their values' entries), so that two builds of
+// the program can be checked to give exactly the same matrix.
 #include <sql.h>
 #include <sqlext.h>
 #include <sys/resource.h>
@@ -23,6 +27,8 @@
 #include "db/Connection.h"
 #include "db/Extraction.h"
 #include "db/QueryStatement.h"
+#include "model/CategoricalValue.h"
+#include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "ops/PrivacyThreshold.h"
 
@@ -90,6 +96,45 @@ int extraction(const velda::Connection& connection, const std::string& sql, int 
   return 0;
 }
 
+int dump(const velda::Connection& connection, const std::string& sql, int sampleSize) {
+  velda::ExtractionOptions options;
+  options.sampleSize = sampleSize;
+  velda::ExtractionResult result = velda::extractIndividuals(connection, sql, options);
+  if (!result.matrix) return fail(velda::lastError());
+  velda::SymbolicMatrix& matrix = *result.matrix;
+  std::printf("individuals %zu buckets %zu\n", matrix.individualCount(), matrix.individuals.bucketCount());
+  for (const velda::Individual& individual : matrix.individuals) {
+    std::printf("%s %g", individual.id.c_str(), individual.weight);
+    individual.forEachAssertion([](const velda::Assertion* a) { std::printf(" %d", a->number); });
+    for (size_t v = 0; v < matrix.cellCount; ++v) std::printf(" %s", velda::cellText(individual.cells[v]).c_str());
+    std::printf("\n");
+  }
+  for (size_t v = 0; v < matrix.variableCount(); ++v) {
+    if (!matrix.variable(v).isCategorical()) continue;
+    const auto& variable = static_cast<const velda::CategoricalVariable&>(matrix.variable(v));
+    std::printf("variable %s buckets %zu:", variable.name.c_str(), variable.modalities.bucketCount());
+    for (const velda::Modality& m : variable.modalities) std::printf(" %s=%d", m.name.c_str(), m.index);
+    std::printf("\n");
+  }
+  std::printf("assertions %zu buckets %zu\n", matrix.assertionCount(), matrix.assertions.bucketCount());
+  for (const velda::Assertion& a : matrix.assertions) {
+    std::printf("%s %d %d members", a.id.c_str(), a.number, a.memberCount);
+    for (const velda::Individual* m : a.members) std::printf(" %s", m->id.c_str());
+    std::printf("\n");
+    for (size_t v = 0; v < a.values.size(); ++v) {
+      const velda::SymbolicValue& value = a.value(v);
+      std::printf("  %.17g %.17g %.17g", value.totalWeight, value.nullWeight, value.naWeight);
+      if (value.variable().isCategorical()) {
+        const auto& entries = static_cast<const velda::CategoricalValue&>(value).entries;
+        std::printf(" buckets %zu:", entries.bucketCount());
+        for (const velda::ValueEntry& e : entries) std::printf(" %d=%.17g", e.index, e.weight);
+      }
+      std::printf("\n");
+    }
+  }
+  return 0;
+}
+
 // Runs a statement that is not a select (building the benchmark's table).
 int execute(const velda::Connection& connection, const std::string& sql) {
   SQLHSTMT statement = SQL_NULL_HSTMT;
@@ -120,5 +165,6 @@ int main(int argc, char** argv) {
   if (mode == "extract") return extraction(*connection, argv[3], 0);
   if (mode == "privacy" && argc > 4) return extraction(*connection, argv[3], std::atoi(argv[4]));
   if (mode == "exec") return execute(*connection, argv[3]);
+  if (mode == "dump") return dump(*connection, argv[3], argc > 4 ? std::atoi(argv[4]) : 0);
   return fail("unknown mode " + mode);
 }

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <utility>
+#include <vector>
+
+#include "model/ValueEntryTable.h"
+
+namespace velda {
+namespace {
+
+std::vector<int32_t> indexesInOrder(const ValueEntryTable& table) {
+  std::vector<int32_t> indexes;
+  for (const ValueEntry& entry : table) indexes.push_back(entry.index);
+  return indexes;
+}
+
+// The order rules of a chained table hashed by the index: buckets in turn,
+// each chain in insertion order, rebuild re-appending in iteration order.
+TEST(ValueEntryTable, KeepsTheOrderOfAChainedTable) {
+  ValueEntryTable table(3);
+  for (int32_t index : {4, 1, 3, 7, 2}) table.insert(index, index * 10.0);
+  // Buckets: 0 -> 3; 1 -> 4, 1, 7; 2 -> 2.
+  EXPECT_EQ(indexesInOrder(table), (std::vector<int32_t>{3, 4, 1, 7, 2}));
+  ASSERT_NE(table.find(7), nullptr);
+  EXPECT_EQ(table.find(7)->weight, 70.0);
+  EXPECT_EQ(table.find(5), nullptr);
+
+  // Walks 3, 4, 1, 7, 2 into 2 buckets: 0 -> 4, 2; 1 -> 3, 1, 7.
+  ASSERT_TRUE(table.rebuild(2));
+  EXPECT_EQ(table.bucketCount(), 2u);
+  EXPECT_EQ(indexesInOrder(table), (std::vector<int32_t>{4, 2, 3, 1, 7}));
+  // The same count again changes nothing; later entries go to the tails.
+  ASSERT_TRUE(table.rebuild(2));
+  table.insert(6);
+  table.insert(9);
+  EXPECT_EQ(indexesInOrder(table), (std::vector<int32_t>{4, 2, 6, 3, 1, 7, 9}));
+  EXPECT_EQ(table.size(), 7u);
+  for (ValueEntry& entry : table) entry.subtreeWeight = entry.weight + 1.0;
+  EXPECT_EQ(table.find(3)->subtreeWeight, 31.0);
+  EXPECT_EQ(table.find(9)->weight, 0.0);
+
+  // A negative index hashes as its unsigned value: 4294967295 % 7 = 3.
+  ValueEntryTable signedTable(7);
+  for (int32_t index : {10, -1, 2}) signedTable.insert(index);
+  EXPECT_EQ(indexesInOrder(signedTable), (std::vector<int32_t>{2, 10, -1}));
+}
+
+TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
+  ValueEntryTable table(0);
+  EXPECT_EQ(table.bucketCount(), 1u);
+  EXPECT_TRUE(table.empty());
+  EXPECT_EQ(table.begin(), table.end());
+  table.insert(5, 1.5, 2.5);
+  table.insert(1);
+
+  ValueEntryTable moved = std::move(table);
+  EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{5, 1}));
+  EXPECT_EQ(moved.find(5)->subtreeWeight, 2.5);
+  EXPECT_TRUE(table.empty());
+  EXPECT_EQ(table.bucketCount(), 1u);
+  EXPECT_EQ(table.find(5), nullptr);
+
+  ASSERT_TRUE(moved.rebuild(4));
+  moved.clear();
+  EXPECT_TRUE(moved.empty());
+  EXPECT_EQ(moved.bucketCount(), 4u) << "clear keeps the bucket count";
+  EXPECT_EQ(moved.find(1), nullptr);
+  moved.insert(8);
+  moved.insert(3);
+  EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{8, 3}));
+  ASSERT_TRUE(moved.rebuild(0));
+  EXPECT_EQ(moved.bucketCount(), 1u);
+  EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{8, 3}));
+}
+
+}  // namespace
+}  // namespace velda
