@@ -94,13 +94,19 @@ int ExtractionBuilder::addRow(const char* const* texts) {
   const char* assertionId = texts[1];
   if (!individualId || !assertionId) return 1;
 
+  // The individual's and the group's lookups reach memory that is rarely in
+  // the cache: start loading it now, to arrive while the cells are read.
+  const uint64_t idHash = ExtractionIndex::hashOf(individualId);
+  const uint64_t groupHash = ExtractionIndex::hashOf(assertionId);
+  seenIndividuals_.prefetch(idHash);
+  assertionIndex_.prefetch(groupHash);
+
   if (!readCells(texts)) {
     setError("Memory allocation failed");
     return 0;
   }
   const double weight = weighted_ ? readWeight(texts[variableCount_ + 2]) : 1.0;
 
-  const uint64_t idHash = ExtractionIndex::hashOf(individualId);
   Individual* individual = seenIndividuals_.mayContain(idHash) ? matrix_->findIndividual(individualId) : nullptr;
   if (individual) {
     if (!checkRepeat(*individual, weight)) return 0;
@@ -113,7 +119,7 @@ int ExtractionBuilder::addRow(const char* const* texts) {
     seenIndividuals_.add(idHash);
   }
 
-  Assertion& assertion = assertionNamed(assertionId);
+  Assertion& assertion = assertionNamed(assertionId, groupHash);
   if (matrix_->isMember(*individual, assertion)) return 1;  // a duplicate row
   matrix_->link(*individual, assertion);
   if (sampleSize_ > 0) sample(*individual, assertion);
@@ -151,8 +157,7 @@ Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
   return matrix_->insertIndividual(std::move(fresh));
 }
 
-Assertion& ExtractionBuilder::assertionNamed(const char* id) {
-  const uint64_t hash = ExtractionIndex::hashOf(id);
+Assertion& ExtractionBuilder::assertionNamed(const char* id, uint64_t hash) {
   if (Assertion* found = assertionIndex_.find(id, hash)) return *found;
   Assertion& created = matrix_->createAssertion(id);
   assertionIndex_.add(created, hash);
@@ -193,6 +198,9 @@ void ExtractionBuilder::dropMembership(Individual& individual, Assertion& assert
 // values are the same as row by row.
 int ExtractionBuilder::addMembers() {
   for (Assertion& assertion : matrix_->assertions) {
+    // The member list has its final length: its spare room, given back
+    // now, is reused by the values built next.
+    assertion.members.shrink_to_fit();
     for (const Individual* member : assertion.members) {
       if (matrix_->addMember(assertion, *member)) continue;
       setError("Memory allocation failed");

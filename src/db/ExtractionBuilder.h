@@ -51,7 +51,7 @@ class ExtractionBuilder {
   int readCells(const char* const* texts);
   int checkRepeat(const Individual& individual, double weight) const;
   Individual& insertIndividual(const char* id, double weight);
-  Assertion& assertionNamed(const char* id);
+  Assertion& assertionNamed(const char* id, uint64_t hash);
   void sample(Individual& newcomer, Assertion& assertion);
   void dropMembership(Individual& individual, Assertion& assertion);
   int addMembers();

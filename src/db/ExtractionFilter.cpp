@@ -5,7 +5,7 @@
 namespace velda {
 
 IdentifierFilter::IdentifierFilter()
-    : words_(static_cast<uint64_t*>(std::calloc((kMask + 1) / 64, sizeof(uint64_t)))) {
+    : words_(static_cast<uint64_t*>(std::calloc(kWordMask + 1, sizeof(uint64_t)))) {
   if (!words_) throw std::bad_alloc();
 }
 

@@ -12,26 +12,31 @@ namespace velda {
 // finished) walks a long chain to find out. A "maybe" is settled by the
 // table. Hashes are ExtractionIndex::hashOf.
 //
-// It has a fixed size, 4 MB: at a million individuals, about 1 new identifier
-// in 300 is answered "maybe"; far beyond, more of them are, and only the
-// speed suffers.
+// An identifier sets two bits of one 64-bit word, so that a test or an add
+// reaches memory once (the filter is far larger than the processor's
+// caches). It has a fixed size, 4 MB: at a million individuals, fewer than 1
+// new identifier in 200 is answered "maybe"; far beyond, more of them are,
+// and only the speed suffers.
 class IdentifierFilter {
  public:
   // Throws std::bad_alloc.
   IdentifierFilter();
 
-  bool mayContain(uint64_t hash) const { return test(hash) && test(hash >> 32); }
-  void add(uint64_t hash) {
-    set(hash);
-    set(hash >> 32);
+  bool mayContain(uint64_t hash) const {
+    const uint64_t bits = bitsOf(hash);
+    return (word(hash) & bits) == bits;
   }
+  void add(uint64_t hash) { word(hash) |= bitsOf(hash); }
+  // Starts loading the word of this hash, for a test or add soon after.
+  void prefetch(uint64_t hash) const { __builtin_prefetch(&word(hash)); }
 
  private:
-  static constexpr unsigned kBitsLog2 = 25;
-  static constexpr uint64_t kMask = (uint64_t{1} << kBitsLog2) - 1;
+  static constexpr unsigned kWordsLog2 = 19;
+  static constexpr uint64_t kWordMask = (uint64_t{1} << kWordsLog2) - 1;
 
-  bool test(uint64_t h) const { return words_[(h & kMask) >> 6] >> (h & 63) & 1; }
-  void set(uint64_t h) { words_[(h & kMask) >> 6] |= uint64_t{1} << (h & 63); }
+  // The word from the low bits of the hash, the two bits from the high ones.
+  uint64_t& word(uint64_t hash) const { return words_[hash & kWordMask]; }
+  static uint64_t bitsOf(uint64_t hash) { return uint64_t{1} << (hash >> 52 & 63) | uint64_t{1} << (hash >> 58); }
 
   struct Free {
     void operator()(uint64_t* words) const { std::free(words); }

@@ -21,6 +21,10 @@ class ExtractionIndex {
   // Adds an assertion that find() does not know. Throws std::bad_alloc,
   // leaving the index as it was.
   void add(Assertion& assertion, uint64_t hash);
+  // Starts loading the first slot of this hash, for a find soon after.
+  void prefetch(uint64_t hash) const {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[firstSlot(hash)]);
+  }
 
  private:
   struct Slot {
