@@ -152,9 +152,9 @@ int ExtractionBuilder::checkRepeat(const Individual& individual, double weight) 
 }
 
 Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
-  Individual fresh(id, variableCount_, weight);
+  Individual& fresh = matrix_->individuals.insert(id, variableCount_, weight);  // made in the table's node
   std::copy(rowCells_.get(), rowCells_.get() + variableCount_, fresh.cells.get());
-  return matrix_->insertIndividual(std::move(fresh));
+  return fresh;
 }
 
 Assertion& ExtractionBuilder::assertionNamed(const char* id, uint64_t hash) {

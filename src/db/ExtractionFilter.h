@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -12,11 +13,12 @@ namespace velda {
 // finished) walks a long chain to find out. A "maybe" is settled by the
 // table. Hashes are ExtractionIndex::hashOf.
 //
-// An identifier sets two bits of one 64-bit word, so that a test or an add
-// reaches memory once (the filter is far larger than the processor's
-// caches). It has a fixed size, 4 MB: at a million individuals, fewer than 1
-// new identifier in 200 is answered "maybe"; far beyond, more of them are,
-// and only the speed suffers.
+// An identifier sets two bits of one 64-bit word, chosen by the low bits of
+// its hash, so that a test or an add reaches memory once (the filter soon
+// outgrows the processor's caches). The filter doubles when it holds two
+// identifiers per word: each word is copied to both words that the low bits
+// may now choose, so nothing added is forgotten. At a million individuals
+// it takes 4 MB and fewer than 1 new identifier in 200 is answered "maybe".
 class IdentifierFilter {
  public:
   // Throws std::bad_alloc.
@@ -26,23 +28,26 @@ class IdentifierFilter {
     const uint64_t bits = bitsOf(hash);
     return (word(hash) & bits) == bits;
   }
-  void add(uint64_t hash) { word(hash) |= bitsOf(hash); }
+  // Throws std::bad_alloc when the filter cannot grow, leaving it as it was.
+  void add(uint64_t hash);
   // Starts loading the word of this hash, for a test or add soon after.
   void prefetch(uint64_t hash) const { __builtin_prefetch(&word(hash)); }
 
  private:
-  static constexpr unsigned kWordsLog2 = 19;
-  static constexpr uint64_t kWordMask = (uint64_t{1} << kWordsLog2) - 1;
-
-  // The word from the low bits of the hash, the two bits from the high ones.
-  uint64_t& word(uint64_t hash) const { return words_[hash & kWordMask]; }
-  static uint64_t bitsOf(uint64_t hash) { return uint64_t{1} << (hash >> 52 & 63) | uint64_t{1} << (hash >> 58); }
-
   struct Free {
     void operator()(uint64_t* words) const { std::free(words); }
   };
-  // Zeroed by calloc, so that pages are only touched as bits are set.
-  std::unique_ptr<uint64_t[], Free> words_;
+  using Words = std::unique_ptr<uint64_t[], Free>;
+
+  static Words zeroedWords(size_t count);
+  // The two bits from the high bits of the hash (they may be the same).
+  static uint64_t bitsOf(uint64_t hash) { return uint64_t{1} << (hash >> 52 & 63) | uint64_t{1} << (hash >> 58); }
+  uint64_t& word(uint64_t hash) const { return words_[hash & (wordCount_ - 1)]; }
+  void grow();
+
+  size_t wordCount_;  // a power of two
+  Words words_;
+  size_t count_ = 0;
 };
 
 }  // namespace velda

@@ -33,7 +33,8 @@ TEST(ExtractionIndex, FindsEveryGroupThroughGrowthAndTellsEqualHashesApart) {
   EXPECT_EQ(clashing.find("z", 42), nullptr);
 }
 
-TEST(IdentifierFilter, NeverForgetsAnAddedIdentifier) {
+// 10,000 identifiers make the filter of 4,096 words double once, at 8,192.
+TEST(IdentifierFilter, NeverForgetsAnAddedIdentifierThroughGrowth) {
   IdentifierFilter filter;
   EXPECT_FALSE(filter.mayContain(ExtractionIndex::hashOf("a")));
   int maybe = 0;
@@ -46,8 +47,10 @@ TEST(IdentifierFilter, NeverForgetsAnAddedIdentifier) {
       ++maybe;
     }
   }
-  // About (1 - e^(-2 * 10000 / 2^25))^2 of the others: a handful at most.
-  EXPECT_LT(maybe, 10);
+  // The words hold about 2.2 identifiers (copies included), about 4 bits
+  // of 64 set: a new identifier finds both of its bits set about 0.5% of
+  // the time, some 50 of 10,000.
+  EXPECT_LT(maybe, 200);
 }
 
 }  // namespace
