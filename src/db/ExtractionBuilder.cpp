@@ -38,7 +38,10 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
       variableCount_(variableCount),
       weighted_(options.lastColumnIsWeight),
       sampleSize_(std::max<int32_t>(options.sampleSize, 0)),
-      rowCells_(new CellValue[variableCount]) {
+      rowCells_(new CellValue[variableCount]),
+      cellCaches_(variableCount) {
+  for (size_t v = 0; v < variableCount; ++v)
+    if (matrix_->variable(v).isCategorical()) cellCaches_[v] = std::make_unique<ExtractionCellCache>();
   // Individuals are appended to the long chains of a table whose bucket
   // count stays fixed until the matrix is finished.
   if (!matrix_->individuals.trackTails(true)) throw std::bad_alloc();
@@ -127,8 +130,12 @@ int ExtractionBuilder::addRow(const char* const* texts) {
 }
 
 int ExtractionBuilder::readCells(const char* const* texts) {
-  for (size_t v = 0; v < variableCount_; ++v)
-    if (!matrix_->variable(v).addCell(texts[v + 2], rowCells_[v])) return 0;
+  for (size_t v = 0; v < variableCount_; ++v) {
+    SymbolicVariable& variable = matrix_->variable(v);
+    const char* text = texts[v + 2];
+    ExtractionCellCache* cache = cellCaches_[v].get();
+    if (!(cache ? cache->addCell(variable, text, rowCells_[v]) : variable.addCell(text, rowCells_[v]))) return 0;
+  }
   return 1;
 }
 

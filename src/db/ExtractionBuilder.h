@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "db/ExtractionCellCache.h"
 #include "db/ExtractionFilter.h"
 #include "db/ExtractionIndex.h"
 #include "db/QueryStatement.h"
@@ -61,6 +62,8 @@ class ExtractionBuilder {
   bool weighted_;
   int32_t sampleSize_;
   std::unique_ptr<CellValue[]> rowCells_;  // the current row's cells
+  // Per variable, the cells of the texts met, for categorical variables.
+  std::vector<std::unique_ptr<ExtractionCellCache>> cellCaches_;
   ExtractionIndex assertionIndex_;
   IdentifierFilter seenIndividuals_;
 };

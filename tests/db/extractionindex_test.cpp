@@ -4,8 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "db/ExtractionCellCache.h"
 #include "db/ExtractionFilter.h"
 #include "db/ExtractionIndex.h"
+#include "model/CategoricalVariable.h"
 
 namespace velda {
 namespace {
@@ -51,6 +53,37 @@ TEST(IdentifierFilter, NeverForgetsAnAddedIdentifierThroughGrowth) {
   // of 64 set: a new identifier finds both of its bits set about 0.5% of
   // the time, some 50 of 10,000.
   EXPECT_LT(maybe, 200);
+}
+
+TEST(ExtractionCellCache, GivesTheVariablesCellsAndAddsEachModalityOnce) {
+  CategoricalVariable variable("colour", 1, 19);
+  ExtractionCellCache cache;
+  CellValue cell;
+  const char* texts[] = {"red", "blue", "red", "re", "blue", "red"};
+  const char* names[] = {"red", "blue", "red", "re", "blue", "red"};
+  for (size_t i = 0; i < 6; ++i) {
+    ASSERT_EQ(cache.addCell(variable, texts[i], cell), 1);
+    EXPECT_EQ(cell.flags, static_cast<uint32_t>(CELL_MODALITY));
+    ASSERT_NE(static_cast<const Modality*>(cell.modality), nullptr);
+    EXPECT_EQ(cell.modality->name, names[i]);
+  }
+  EXPECT_EQ(variable.modalityCount(), 3u);
+  EXPECT_EQ(variable.byIndex(0)->name, "red");
+  EXPECT_EQ(variable.byIndex(2)->name, "re");
+
+  // NULL is the variable's own NULL cell, and is not kept.
+  ASSERT_EQ(cache.addCell(variable, nullptr, cell), 1);
+  EXPECT_EQ(cell.flags, static_cast<uint32_t>(CELL_MODALITY | CELL_NULL));
+  EXPECT_EQ(static_cast<const Modality*>(cell.modality), nullptr);
+  ASSERT_EQ(cache.addCell(variable, "red", cell), 1);
+  EXPECT_EQ(static_cast<const Modality*>(cell.modality), variable.byIndex(0));
+
+  // Past the kept texts, later ones still come from the variable.
+  for (size_t i = 0; i < ExtractionCellCache::kMaxTexts + 10; ++i)
+    ASSERT_EQ(cache.addCell(variable, ("t" + std::to_string(i)).c_str(), cell), 1);
+  ASSERT_EQ(cache.addCell(variable, "t4100", cell), 1);
+  EXPECT_EQ(cell.modality->name, "t4100");
+  EXPECT_EQ(variable.modalityCount(), 3u + ExtractionCellCache::kMaxTexts + 10);
 }
 
 }  // namespace
