@@ -13,7 +13,7 @@ namespace velda::ui {
 namespace {
 
 // The browse dialog of a joined file: its filter text names ".kvf" files
-// and has no pattern part; the file-name field proposes "*.gaj".
+// and has no pattern part, so the project files stay listed.
 FileRequest joinFileRequest() {
   FileRequest request;
   request.mode = FileRequest::Mode::Open;

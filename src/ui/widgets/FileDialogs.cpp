@@ -46,10 +46,9 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
   dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setNameFilters(qtNameFilters(request.filter));
-  if (isPlainSuffix(request.defaultSuffix)) {
-    dialog.setDefaultSuffix(toQt(request.defaultSuffix));
-    dialog.selectFile(QStringLiteral("*.") + toQt(request.defaultSuffix));
-  }
+  // The name field starts empty: a literal "*.gaj" would be taken as a
+  // file name on this platform.
+  if (isPlainSuffix(request.defaultSuffix)) dialog.setDefaultSuffix(toQt(request.defaultSuffix));
 
   QCheckBox* ignoreMetadata = nullptr;
   if (request.offerIgnoreMetadata) {
