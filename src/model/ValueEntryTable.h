@@ -27,8 +27,8 @@ struct ValueEntry {
 // inserts always give the same order.
 //
 // The entries are stored in one array, in insertion order, and chained by
-// position: a value holds hundreds of thousands of entries over a large
-// extraction, and an array costs a third of what a node per entry costs and
+// position: a large extraction makes about one entry per row and category
+// column, and an array takes about half of what a node per entry takes, and
 // keeps a value's entries together for lookups. The price is that an entry's
 // address is valid only until the next insert or rebuild.
 class ValueEntryTable {
