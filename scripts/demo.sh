@@ -21,7 +21,7 @@ echo "== Columns of the survey"
 "$cli" connect "$conn" then columns survey
 echo
 echo "== The main job: extraction with a weight, privacy threshold, taxonomy,"
-echo "   dependence, variables at the level of the towns, save, export"
+echo "   dependence, variables at the level of the towns, save, export, reduction"
 "$cli" --seed 2003 connect "$conn" \
   then new --query "select person_id, town, region, sex, age, income, occupation, marital_status, weight from survey" \
            --weight --min 150 \
@@ -32,13 +32,23 @@ echo "   dependence, variables at the level of the towns, save, export"
   then save survey.gaj \
   then export survey.kvf --title "Household survey" --subtitle "Towns of France and Belgium" \
   then export survey.xml \
+  then reduce --threshold 80 \
+  then export survey_reduced.kvf --reduced \
   then console-save console.txt \
   > run.log 2> messages.log || { cat run.log messages.log; exit 1; }
 grep -a -v '^CHaine Korva' run.log
+echo
+echo "== Division of each town's people into 3 classes by age and income"
+"$cli" --seed 2003 connect "$conn" \
+  then new --query "select person_id, town, age, income from survey" \
+  then divide --classes 3 \
+  then export-hordes hordes.kvf \
+  > divide.log 2> divide-messages.log || { cat divide.log divide-messages.log; exit 1; }
+grep -a -v '^CHaine Korva' divide.log
 echo
 echo "== Reading the exported text file back with the symbolic-file library"
 "$cli" check survey.kvf > check.log 2>&1 || { cat check.log; exit 1; }
 grep -a -v '^CHaine Korva' check.log | tail -n 9
 echo
 echo "== Files written in $out"
-ls -l survey.gaj survey.gaj.xml survey.kvf survey.xml survey_meta.xml console.txt
+ls -l survey.gaj survey.gaj.xml survey.kvf survey.xml survey_meta.xml survey_reduced.kvf hordes.kvf result.txt console.txt
