@@ -57,7 +57,7 @@ void describeMatrix(const SymbolicMatrix& matrix, symlib::MetaData& meta) {
     if (!assertion) continue;
     symlib::MetaInd ind = symlib::MakeMetaInd();
     ind.num = static_cast<long long>(i + 1);
-    ind.name = itemCode(0, static_cast<uint32_t>(i + 1));
+    ind.name = itemCode(0, static_cast<uint32_t>(i));
     ind.nbInObj = assertion->memberCount;
     ind.gNbInObj = assertion->memberCount;
     ind.operatorName = "aggregated";
