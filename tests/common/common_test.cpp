@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -192,6 +193,10 @@ TEST(Decimal, ReadsTheLeadingNumberLikeTheCLibrary) {
   EXPECT_DOUBLE_EQ(parseDecimal("  -3e2"), -300.0);
   EXPECT_DOUBLE_EQ(parseDecimal("abc"), 0.0);
   EXPECT_DOUBLE_EQ(parseDecimal(""), 0.0);
+  EXPECT_DOUBLE_EQ(parseDecimal("+5"), 5.0);
+  EXPECT_DOUBLE_EQ(parseDecimal("0x10"), 16.0);
+  EXPECT_EQ(parseDecimal("0.1"), 0.1);
+  EXPECT_TRUE(std::isinf(parseDecimal("1e400")));
 }
 
 }  // namespace
