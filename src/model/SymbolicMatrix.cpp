@@ -6,6 +6,7 @@
 #include "common/LastError.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
+#include "model/DerivedRowValues.h"
 
 namespace velda {
 
@@ -25,11 +26,13 @@ void SymbolicMatrix::appendVariable(std::unique_ptr<SymbolicVariable> variable) 
   fresh.reserve(assertions.size());
   for (size_t i = 0; i < assertions.size(); ++i) fresh.push_back(variable->newSymbolicValue());
   for (Assertion& a : assertions) a.values.reserve(variables.size() + 1);
+  DerivedRowValues derived(*this, std::span(&variable, 1));
   variables.reserve(variables.size() + 1);
   isDaughter.reserve(variables.size() + 1);
   // Nothing below allocates.
   size_t next = 0;
   for (Assertion& a : assertions) a.values.push_back(std::move(fresh[next++]));
+  derived.handOver();
   if (variable->isCategorical()) ++categoricalCount_;
   variables.push_back(std::move(variable));
   isDaughter.push_back(0);
@@ -39,12 +42,14 @@ void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariabl
                                      std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values) {
   const size_t total = variables.size() + added.size();
   for (Assertion& a : assertions) a.values.reserve(total);
+  DerivedRowValues derived(*this, added);
   variables.reserve(total);
   isDaughter.reserve(total);
   // Nothing below allocates.
   size_t row = 0;
   for (Assertion& a : assertions)
     for (auto& value : values[row++]) a.values.push_back(std::move(value));
+  derived.handOver();
   for (auto& variable : added) {
     if (variable->isCategorical()) ++categoricalCount_;
     variables.push_back(std::move(variable));

@@ -31,12 +31,14 @@ class SymbolicMatrix {
   static std::unique_ptr<SymbolicMatrix> create(size_t individualBuckets = kIndividualBuckets,
                                                 size_t assertionBuckets = kAssertionBuckets);
 
-  // Variables. Appending gives every existing assertion an empty value for
-  // the new variable; throws std::bad_alloc leaving the matrix unchanged.
+  // Variables. Appending gives every existing assertion (and every reduced
+  // assertion and horde class) an empty value for the new variable; throws
+  // std::bad_alloc leaving the matrix unchanged.
   void appendVariable(std::unique_ptr<SymbolicVariable> variable);
   // Appends several variables at once with every assertion's values for
   // them: values[a][j] is the value of the a-th assertion in table order for
-  // added[j]. Throws std::bad_alloc leaving the matrix unchanged.
+  // added[j]; the reduced assertions and horde classes get empty values.
+  // Throws std::bad_alloc leaving the matrix unchanged.
   void appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
                        std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values);
   size_t variableCount() const { return variables.size(); }

@@ -34,6 +34,45 @@ struct SmallMatrix {
   std::unique_ptr<SymbolicMatrix> matrix;
 };
 
+TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
+  SmallMatrix m;
+  SymbolicMatrix& matrix = *m.matrix;
+  Assertion& north = matrix.createAssertion("north");
+  auto row = [&](const char* id) {
+    auto made = std::make_unique<Assertion>(id, 0);
+    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    return made;
+  };
+  matrix.reducedAssertions.push_back(row("north"));
+  matrix.hordes.resize(1);
+  matrix.hordes[0].classes.push_back(row("north_1"));
+  matrix.hordes[0].reducedClasses.push_back(row("north_1"));
+  std::vector<Assertion*> rows = {&north, matrix.reducedAssertions[0].get(), matrix.hordes[0].classes[0].get(),
+                                  matrix.hordes[0].reducedClasses[0].get()};
+
+  matrix.appendVariable(std::make_unique<QuantitativeVariable>("income"));
+  std::vector<std::unique_ptr<SymbolicVariable>> added;
+  added.push_back(std::make_unique<CategoricalVariable>("job", 0, 19));
+  added.push_back(std::make_unique<QuantitativeVariable>("height"));
+  std::vector<std::vector<std::unique_ptr<SymbolicValue>>> values(1);
+  for (const auto& variable : added) values[0].push_back(variable->newSymbolicValue());
+  CellValue height;
+  height.flags = CELL_NUMBER;
+  height.number = 1.5;
+  values[0][1]->addCell(height, 1.0);
+  matrix.appendVariables(added, values);
+
+  ASSERT_EQ(matrix.variableCount(), 5u);
+  for (Assertion* r : rows) {
+    ASSERT_EQ(r->values.size(), 5u) << r->id;
+    for (size_t v = 2; v < 5; ++v) EXPECT_EQ(&r->value(v).variable(), &matrix.variable(v)) << r->id << v;
+  }
+  // The assertion takes the values given; the other rows are empty.
+  EXPECT_EQ(m.value(north, 4), "(1.5:1.5)");  // an interval variable
+  EXPECT_TRUE(rows[1]->value(4).isNull());
+  EXPECT_TRUE(rows[3]->value(3).isNull());
+}
+
 TEST(SymbolicMatrix, MembershipKeepsTheNewestDirectAndPromotesOnUnlink) {
   SmallMatrix m;
   Assertion& north = m.matrix->createAssertion("north");
