@@ -78,6 +78,10 @@ Modality& CategoricalVariable::registerIndex(ModalityTable& table, std::string n
 void CategoricalVariable::clearTaxonomy() {
   taxonomyRoot = nullptr;
   nodes.clear();
+  // A read project sizes the table to its nodes; a new taxonomy starts from
+  // the usual buckets, so it lists its nodes as in a fresh session. Without
+  // memory for them the table keeps its buckets, which only changes the order.
+  nodes.rebuild(kNodeTableBuckets);
   byIndex_.resize(modalities.size());
   for (Modality& leaf : modalities) {
     leaf.parent = nullptr;

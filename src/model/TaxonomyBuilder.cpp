@@ -99,16 +99,16 @@ int TaxonomyBuilder::finish() {
     finished_ = true;
     return 1;
   }
-  // A name that is already taken cannot become the root: two nodes of one
-  // variable never share a name.
-  Modality* root = nullptr;
-  if (!variable_.findNode(kRootName)) {
-    try {
-      root = &variable_.addNode(kRootName);
-    } catch (const std::bad_alloc&) {
-    }
-  }
-  if (!root) {
+  // The root is made even when a modality or a node of the query is already
+  // called "root_". Everything after this point tells nodes apart by their
+  // indexes (the links, the project file, the exported hierarchies); only
+  // the rows of a taxonomy query look nodes up by name, and a new query
+  // starts from the flat modalities, where the query's own "root_" is met
+  // first anyway.
+  Modality* root;
+  try {
+    root = &variable_.addNode(kRootName);
+  } catch (const std::bad_alloc&) {
     setError("Creation of root modality failed");
     return fail();
   }

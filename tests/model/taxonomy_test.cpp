@@ -128,11 +128,37 @@ TEST(TaxonomyBuilder, UnfinishedOrRootlessHierarchyIsDiscarded) {
   }
   EXPECT_TRUE(isFlat(*variable));
 
-  // A leaf already named root_ cannot become the root of several tops.
+}
+
+TEST(TaxonomyBuilder, ANewTaxonomyStartsFromTheUsualNodeBuckets) {
+  // As after Open, which sizes the node table to the nodes it read.
+  auto variable = withLeaves({"a", "b"});
+  ASSERT_TRUE(variable->nodes.rebuild(1));
+  EXPECT_EQ(buildFrom(*variable, {{"a", "X"}, {"b", "Y"}}), 2);
+  EXPECT_EQ(variable->nodes.bucketCount(), CategoricalVariable::kNodeTableBuckets);
+  // X, Y and root_ hash to 88, 89 and 839003: buckets 8, 9 and 3 of 10.
+  std::string order;
+  for (const Modality& node : variable->nodes) order += node.name + " ";
+  EXPECT_EQ(order, "root_ X Y ");
+}
+
+TEST(TaxonomyBuilder, TheRootIsMadeEvenWhenTheNameIsTaken) {
+  // A leaf named root_ is one of the tops under the new root of that name.
   auto named = withLeaves({"a", "root_"});
-  EXPECT_EQ(buildFrom(*named, {{"a", "X"}}), 0);
-  EXPECT_EQ(lastError(), "Creation of root modality failed");
-  EXPECT_TRUE(isFlat(*named));
+  EXPECT_EQ(buildFrom(*named, {{"a", "X"}}), 2);
+  ASSERT_TRUE(named->hasTaxonomy());
+  EXPECT_EQ(named->taxonomyRoot->index, 3);
+  EXPECT_EQ(children(*named->taxonomyRoot), "X root_ ");
+  EXPECT_EQ(named->findNode("root_")->index, 1);  // the name finds the leaf
+
+  // An inner node named root_ by the query, with another top beside it.
+  auto inner = withLeaves({"a", "b"});
+  EXPECT_EQ(buildFrom(*inner, {{"a", "root_"}}), 2);
+  EXPECT_EQ(inner->nodeCount(), 2u);
+  EXPECT_EQ(inner->taxonomyRoot->index, 3);
+  EXPECT_EQ(children(*inner->taxonomyRoot), "root_ b ");
+  EXPECT_EQ(inner->findNode("root_")->index, 2);
+  EXPECT_EQ(inner->findNode("a")->parent, inner->byIndex(2));
 }
 
 // kind: a, b, c, d with the hierarchy root_ -> {T -> {b -> {M -> {a}}, c}, d}.
