@@ -9,7 +9,7 @@ namespace velda::symlib {
 namespace {
 
 template <typename Number>
-bool readWhole(const std::string& text, Number& value) {
+bool readWhole(std::string_view text, Number& value) {
   const char* begin = text.data();
   const char* end = begin + text.size();
   if (begin != end && *begin == '+') ++begin;
@@ -23,7 +23,7 @@ void refuseAttribute(ParseContext& ctx, const std::string& name, const char* ele
 
 }  // namespace
 
-KeyInput TextInput(std::string text) { return KeyInput{KeyInput::Kind::Text, std::move(text)}; }
+KeyInput TextInput(std::string_view text) { return KeyInput{KeyInput::Kind::Text, std::string(text)}; }
 
 KeyInput IntegerInput(long long value) { return KeyInput{KeyInput::Kind::Integer, {}, value}; }
 
@@ -31,29 +31,27 @@ KeyInput RealInput(double value) { return KeyInput{KeyInput::Kind::Real, {}, 0, 
 
 KeyInput XmlTextInput(std::string text) { return KeyInput{KeyInput::Kind::XmlText, std::move(text)}; }
 
-std::unique_ptr<SymVariable> Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
-                                          const std::string& label, double naCount, double nuCount, double min,
-                                          double max) {
-  auto v = std::make_unique<SymVariable>();
-  v->kind = kind;
-  v->comment = comment;
-  v->code = code;
-  v->label = label;
-  v->naCount = naCount;
-  v->nuCount = nuCount;
-  v->min = min;
-  v->max = max;
+SymVariable Quantitative(SymVariableKind kind, std::string_view comment, std::string_view code, std::string_view label,
+                         double naCount, double nuCount, double min, double max) {
+  SymVariable v;
+  v.kind = kind;
+  v.comment = comment;
+  v.code = code;
+  v.label = label;
+  v.naCount = naCount;
+  v.nuCount = nuCount;
+  v.min = min;
+  v.max = max;
   return v;
 }
 
-std::unique_ptr<SymVariable> Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
-                                         const std::string& code, const std::string& label, double naCount,
-                                         double nuCount, long long declaredCategories,
-                                         std::vector<SymCategory> categories) {
-  auto v = Quantitative(kind, comment, code, label, naCount, nuCount, 0, 0);
-  v->weighting = weighting;
-  v->declaredCategories = declaredCategories;
-  v->categories = std::move(categories);
+SymVariable Categorical(SymVariableKind kind, SymWeighting weighting, std::string_view comment, std::string_view code,
+                        std::string_view label, double naCount, double nuCount, long long declaredCategories,
+                        std::vector<SymCategory> categories) {
+  SymVariable v = Quantitative(kind, comment, code, label, naCount, nuCount, 0, 0);
+  v.weighting = weighting;
+  v.declaredCategories = declaredCategories;
+  v.categories = std::move(categories);
   return v;
 }
 
@@ -79,31 +77,38 @@ SymValue IntervalValue(double low, double high) {
   return v;
 }
 
-SymValue ListValue(SymValue::Kind kind, std::vector<SymItem> items) {
+SymValue EmptyValue(SymValue::Kind kind) {
   SymValue v;
   v.kind = kind;
-  v.items = std::move(items);
   return v;
 }
 
-long long XmlInteger(ParseContext& ctx, const std::string& text) {
+SymValue ListValue(SymValue::Kind kind, std::vector<SymItem>& pending) {
+  SymValue v;
+  v.kind = kind;
+  v.items.assign(pending.begin(), pending.end());
+  pending.clear();
+  return v;
+}
+
+long long XmlInteger(ParseContext& ctx, std::string_view text) {
   long long value = 0;
   if (readWhole(text, value)) return value;
-  ctx.diagnostics.semanticError("the text '" + text + "' is not an integer");
+  ctx.diagnostics.semanticError("the text '" + std::string(text) + "' is not an integer");
   return 0;
 }
 
-double XmlReal(ParseContext& ctx, const std::string& text) {
+double XmlReal(ParseContext& ctx, std::string_view text) {
   double value = 0;
   if (readWhole(text, value)) return value;
-  ctx.diagnostics.semanticError("the text '" + text + "' is not a number");
+  ctx.diagnostics.semanticError("the text '" + std::string(text) + "' is not a number");
   return 0;
 }
 
-SymWeighting XmlWeighting(ParseContext& ctx, const std::string& text) {
+SymWeighting XmlWeighting(ParseContext& ctx, std::string_view text) {
   if (text == "cardinal") return SymWeighting::Cardinal;
   if (text == "proba") return SymWeighting::Proba;
-  ctx.diagnostics.semanticError("the weighting " + text + " is neither cardinal nor proba");
+  ctx.diagnostics.semanticError("the weighting " + std::string(text) + " is neither cardinal nor proba");
   return SymWeighting::Proba;
 }
 
@@ -119,19 +124,18 @@ void DeclareContents(SymbolicBuilder& builder, ParseContext& ctx, const XmlAttri
   }
 }
 
-std::unique_ptr<SymVariable> XmlQuantitative(ParseContext& ctx, SymVariableKind kind,
-                                             const XmlAttributes& attributes) {
-  auto v = std::make_unique<SymVariable>();
-  v->kind = kind;
+SymVariable XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes) {
+  SymVariable v;
+  v.kind = kind;
   for (const auto& [name, value] : attributes) {
     if (name == "min") {
-      v->min = XmlReal(ctx, value);
+      v.min = XmlReal(ctx, value);
     } else if (name == "max") {
-      v->max = XmlReal(ctx, value);
+      v.max = XmlReal(ctx, value);
     } else if (name == "nbna") {
-      v->naCount = XmlReal(ctx, value);
+      v.naCount = XmlReal(ctx, value);
     } else if (name == "nbnu") {
-      v->nuCount = XmlReal(ctx, value);
+      v.nuCount = XmlReal(ctx, value);
     } else {
       refuseAttribute(ctx, name, "continue-desc");
     }
@@ -139,19 +143,19 @@ std::unique_ptr<SymVariable> XmlQuantitative(ParseContext& ctx, SymVariableKind 
   return v;
 }
 
-std::unique_ptr<SymVariable> XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
-                                            const XmlAttributes& attributes, std::vector<SymCategory> categories) {
-  auto v = std::make_unique<SymVariable>();
-  v->kind = kind;
-  v->weighting = weighting;
-  v->categories = std::move(categories);
+SymVariable XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
+                           const XmlAttributes& attributes, std::vector<SymCategory> categories) {
+  SymVariable v;
+  v.kind = kind;
+  v.weighting = weighting;
+  v.categories = std::move(categories);
   for (const auto& [name, value] : attributes) {
     if (name == "nbna") {
-      v->naCount = XmlReal(ctx, value);
+      v.naCount = XmlReal(ctx, value);
     } else if (name == "nbnu") {
-      v->nuCount = XmlReal(ctx, value);
+      v.nuCount = XmlReal(ctx, value);
     } else if (name == "nbmoda") {
-      v->declaredCategories = XmlInteger(ctx, value);
+      v.declaredCategories = XmlInteger(ctx, value);
     } else {
       refuseAttribute(ctx, name, "nominal-desc");
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "formats/library/MetaData.h"
@@ -13,35 +13,37 @@ namespace velda::symlib {
 
 class ParseContext;
 
-// Small constructors and conversions used by the grammar's actions. Large
-// values travel on the parser's stack by pointer, which keeps it small.
+// Small constructors and conversions used by the grammar's actions.
 
-KeyInput TextInput(std::string text);
+KeyInput TextInput(std::string_view text);
 KeyInput IntegerInput(long long value);
 KeyInput RealInput(double value);
 KeyInput XmlTextInput(std::string text);
 
-std::unique_ptr<SymVariable> Quantitative(SymVariableKind kind, const std::string& comment, const std::string& code,
-                         const std::string& label, double naCount, double nuCount, double min, double max);
-std::unique_ptr<SymVariable> Categorical(SymVariableKind kind, SymWeighting weighting, const std::string& comment,
-                        const std::string& code, const std::string& label, double naCount, double nuCount,
-                        long long declaredCategories, std::vector<SymCategory> categories);
+SymVariable Quantitative(SymVariableKind kind, std::string_view comment, std::string_view code, std::string_view label,
+                         double naCount, double nuCount, double min, double max);
+SymVariable Categorical(SymVariableKind kind, SymWeighting weighting, std::string_view comment, std::string_view code,
+                        std::string_view label, double naCount, double nuCount, long long declaredCategories,
+                        std::vector<SymCategory> categories);
 
 SymValue CategoryValue(long long category);
 SymValue RealValue(double value);
 SymValue IntervalValue(double low, double high);
-SymValue ListValue(SymValue::Kind kind, std::vector<SymItem> items);
+SymValue EmptyValue(SymValue::Kind kind);
+// A list value holding the pending items, which are then cleared (their
+// room is kept for the next list).
+SymValue ListValue(SymValue::Kind kind, std::vector<SymItem>& pending);
 
 // XML text read as a number; a text that is not one is an error and reads 0.
-long long XmlInteger(ParseContext& ctx, const std::string& text);
-double XmlReal(ParseContext& ctx, const std::string& text);
-SymWeighting XmlWeighting(ParseContext& ctx, const std::string& text);
+long long XmlInteger(ParseContext& ctx, std::string_view text);
+double XmlReal(ParseContext& ctx, std::string_view text);
+SymWeighting XmlWeighting(ParseContext& ctx, std::string_view text);
 
 // The contents element: one attribute per block, "YES" when present.
 void DeclareContents(SymbolicBuilder& builder, ParseContext& ctx, const XmlAttributes& attributes);
 // Variables described by their continue-desc or nominal-desc attributes.
-std::unique_ptr<SymVariable> XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes);
-std::unique_ptr<SymVariable> XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
+SymVariable XmlQuantitative(ParseContext& ctx, SymVariableKind kind, const XmlAttributes& attributes);
+SymVariable XmlCategorical(ParseContext& ctx, SymVariableKind kind, SymWeighting weighting,
                            const XmlAttributes& attributes, std::vector<SymCategory> categories);
 
 MetaData& Meta(ParseContext& ctx);

@@ -6,11 +6,11 @@
 
 namespace velda::symlib {
 
-// A keyword of the text form: its token, and whether its spelling is
-// handed to the grammar (keys of the FILE and HEADER blocks, refused kinds).
+// A keyword of the text form and its token. Its spelling always goes with
+// it to the grammar, which uses it for the keys of the FILE and HEADER
+// blocks and for the refused kinds.
 struct WordToken {
   int token;
-  bool carriesText;
   // Old-style spelling that the scanner warns about, or null.
   const char* warning;
 };

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 
@@ -72,10 +73,16 @@ void LibraryLog::writeError(const std::string& message) {
   if (pauseEnabled && isatty(STDIN_FILENO)) std::getchar();
 }
 
+size_t FormatRealInto(char* text, double value) {
+  // Six significant digits in the general style: exactly what "%g" prints,
+  // without going through the locale-aware printf machinery.
+  const auto written = std::to_chars(text, text + kRealTextSize, value, std::chars_format::general, 6);
+  return static_cast<size_t>(written.ptr - text);
+}
+
 std::string FormatReal(double value) {
-  char text[32];
-  std::snprintf(text, sizeof text, "%g", value);
-  return text;
+  char text[kRealTextSize];
+  return std::string(text, FormatRealInto(text, value));
 }
 
 }  // namespace velda::symlib

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace velda::symlib {
@@ -24,5 +25,9 @@ void ShowLibraryMessageBox(const std::string& text);
 
 // printf-style "%g" of a real, the default formatting of output streams.
 std::string FormatReal(double value);
+// The same written into a buffer of kRealTextSize characters; returns the
+// number of characters written (no terminating null).
+constexpr size_t kRealTextSize = 32;
+size_t FormatRealInto(char* text, double value);
 
 }  // namespace velda::symlib

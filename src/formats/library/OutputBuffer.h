@@ -1,5 +1,6 @@
 #pragma once
 
+#include <charconv>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -25,8 +26,15 @@ class OutputBuffer {
     text_ += c;
     return *this;
   }
-  OutputBuffer& operator<<(long long n) { return *this << std::string_view(std::to_string(n)); }
-  OutputBuffer& operator<<(double x) { return *this << std::string_view(FormatReal(x)); }
+  OutputBuffer& operator<<(long long n) {
+    char digits[24];
+    const char* end = std::to_chars(digits, digits + sizeof digits, n).ptr;
+    return *this << std::string_view(digits, static_cast<size_t>(end - digits));
+  }
+  OutputBuffer& operator<<(double x) {
+    char digits[kRealTextSize];
+    return *this << std::string_view(digits, FormatRealInto(digits, x));
+  }
   // Direct access for appenders that build text in place.
   std::string& text() { return text_; }
   void flush() {

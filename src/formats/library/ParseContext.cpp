@@ -31,4 +31,9 @@ void ParseContext::enterXml(DocumentMode mode) {
   diagnostics.note(mode == DocumentMode::UlmeXml ? "XML Ulmefile" : "XML MetaUlme");
 }
 
+TextSpan ParseContext::keep(std::string text) {
+  // A deque never moves its elements, so the kept text stays in place.
+  return SpanOf(decodedTexts.emplace_back(std::move(text)));
+}
+
 }  // namespace velda::symlib

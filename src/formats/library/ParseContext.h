@@ -1,11 +1,14 @@
 #pragma once
 
+#include <deque>
 #include <string>
+#include <vector>
 
 #include "formats/library/Diagnostics.h"
 #include "formats/library/MetaData.h"
 #include "formats/library/ScanState.h"
 #include "formats/library/SymbolicBuilder.h"
+#include "formats/library/TextSpan.h"
 
 namespace velda::symlib {
 
@@ -25,6 +28,8 @@ class ParseContext {
   void reportSyntaxError(const std::string& message);
   // Switches to an XML form when its root element is met.
   void enterXml(DocumentMode mode);
+  // Keeps a decoded text for the rest of the parse.
+  TextSpan keep(std::string text);
 
   Diagnostics diagnostics;
   ScanState scan;
@@ -33,6 +38,21 @@ class ParseContext {
   // The value just read, and the premise of the rule being read.
   SymValue value;
   SymValue premise;
+  // Lists and records being read. The parser's stack only holds numbers and
+  // texts; the rule that completes a list takes it from here and leaves the
+  // list empty for the next one.
+  std::vector<SymItem> items;
+  std::vector<SymCategory> categories;
+  std::vector<SymHierarchyLink> links;
+  std::vector<long long> numbers;
+  std::vector<double> reals;
+  SymVariable variable;
+  MetaMeasure measure;
+  // Attributes of the XML start tags that carry them, by the number the
+  // scanner gives the grammar.
+  std::vector<XmlAttributes> attributeLists;
+  // Texts whose references were decoded (the others stay in the input).
+  std::deque<std::string> decodedTexts;
   void* scanner = nullptr;
 };
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,8 @@ struct ScanState {
   // Called for every token matched: records it and follows the lines.
   void advance(const char* text, size_t length);
   void markEndOfInput();
+  // The text of the last token matched, in the input itself.
+  std::string_view token() const { return {begin + tokenStart, tokenLength}; }
   // The layout of a syntax error at the last token.
   std::string errorLayout(const std::string& message) const;
 

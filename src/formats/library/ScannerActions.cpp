@@ -20,6 +20,18 @@ bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 void print(std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); }
 
+// The echo of every string read, in one write: it is the scanner's most
+// frequent output.
+void echo(std::string_view body) {
+  constexpr std::string_view kOpening = "CHaine Korva: ";
+  constexpr std::string_view kClosing = " \n";
+  char line[kOpening.size() + ScanState::kMaxString + kClosing.size()];
+  char* end = std::copy(kOpening.begin(), kOpening.end(), line);
+  end = std::copy(body.begin(), body.end(), end);
+  end = std::copy(kClosing.begin(), kClosing.end(), end);
+  std::fwrite(line, 1, static_cast<size_t>(end - line), stdout);
+}
+
 // Sign and digits may be preceded by '+', which from_chars refuses.
 const char* skipPlus(const char* text, const char* end) { return text != end && *text == '+' ? text + 1 : text; }
 
@@ -33,8 +45,9 @@ void warnOnce(ParseContext& ctx, const char* warning) {
 
 }  // namespace
 
-std::string QuotedString(ParseContext& ctx, const char* text, size_t length) {
-  std::string_view body(text + 1, length - 2);
+TextSpan QuotedString(ParseContext& ctx) {
+  const std::string_view token = ctx.scan.token();
+  std::string_view body = token.substr(1, token.size() - 2);
   if (body.size() > ScanState::kMaxString) {
     body = body.substr(0, ScanState::kMaxString);
     std::printf("the character string at line %d is too long", static_cast<int>(ctx.scan.tokenLine));
@@ -42,10 +55,8 @@ std::string QuotedString(ParseContext& ctx, const char* text, size_t length) {
     print(body);
     print(" \n");
   }
-  print("CHaine Korva: ");
-  print(body);
-  print(" \n");
-  return std::string(body);
+  echo(body);
+  return SpanOf(body);
 }
 
 long long IntegerOf(const char* text, size_t length) {
@@ -68,15 +79,12 @@ double RealOf(const char* text, size_t length) {
   return *text == '-' ? -DBL_MAX : DBL_MAX;
 }
 
-int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value, const char* text, size_t length) {
-  const std::string_view word(text, length);
+int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value) {
+  const std::string_view word = ctx.scan.token();
+  value->text = SpanOf(word);
   const WordToken* keyword = FindKeyword(word);
-  if (!keyword) {
-    value->emplace<std::string>(word);
-    return SymbolicGrammar::token::IDENT;
-  }
+  if (!keyword) return SymbolicGrammar::token::IDENT;
   if (keyword->warning) warnOnce(ctx, keyword->warning);
-  if (keyword->carriesText) value->emplace<std::string>(word);
   return keyword->token;
 }
 
@@ -110,7 +118,10 @@ int FinishStartTag(ParseContext& ctx, SymbolicGrammar::value_type* value, bool e
   s.tokenLength = s.offset - s.tagStart;
   s.tokenLine = s.tagLine;
   s.tokenLineStart = s.tagLineStart;
-  if (s.tagCarriesAttributes) value->emplace<XmlAttributes>(std::move(s.attributes));
+  if (s.tagCarriesAttributes) {
+    value->attributes = static_cast<int>(ctx.attributeLists.size());
+    ctx.attributeLists.push_back(std::move(s.attributes));
+  }
   s.attributes.clear();
   if (empty) s.pendingClose = s.closeToken;
   return s.openToken;
@@ -123,11 +134,13 @@ int EndTag(ParseContext& ctx, const char* text, size_t length) {
   return element ? element->close : SymbolicGrammar::token::UNKNOWN_TAG;
 }
 
-std::string XmlText(const char* text, size_t length) {
-  size_t begin = 0;
-  while (begin < length && isSpace(text[begin])) ++begin;
-  while (length > begin && isSpace(text[length - 1])) --length;
-  return DecodeXmlText(std::string_view(text + begin, length - begin));
+TextSpan XmlText(ParseContext& ctx) {
+  std::string_view text = ctx.scan.token();
+  while (!text.empty() && isSpace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
+  // Most texts hold no reference: they are read where they stand.
+  if (text.find('&') == std::string_view::npos) return SpanOf(text);
+  return ctx.keep(DecodeXmlText(text));
 }
 
 void ScannerFatal(const char* message) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <string>
 #include <string_view>
 
 #include "SymbolicGrammar.h"
@@ -9,14 +8,15 @@ namespace velda::symlib {
 
 class ParseContext;
 
-// What the scanner's rules do with the text they matched.
+// What the scanner's rules do with the token just matched (which they find
+// in the input through the context).
 
 // The text between the quotes, cut at 255 characters with the two
 // messages, and echoed to standard output.
-std::string QuotedString(ParseContext& ctx, const char* text, size_t length);
+TextSpan QuotedString(ParseContext& ctx);
 long long IntegerOf(const char* text, size_t length);
 double RealOf(const char* text, size_t length);
-int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value, const char* text, size_t length);
+int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value);
 
 // XML: a start tag begins (false for an element the form does not know),
 // gets its attributes, and ends with ">" or "/>".
@@ -25,7 +25,7 @@ void Attribute(ParseContext& ctx, const char* text, size_t length);
 int FinishStartTag(ParseContext& ctx, SymbolicGrammar::value_type* value, bool empty);
 int EndTag(ParseContext& ctx, const char* text, size_t length);
 // Text between tags, trimmed and decoded.
-std::string XmlText(const char* text, size_t length);
+TextSpan XmlText(ParseContext& ctx);
 
 // The generated scanner's fatal errors.
 [[noreturn]] void ScannerFatal(const char* message);

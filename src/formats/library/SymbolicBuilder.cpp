@@ -37,6 +37,19 @@ bool parseWhole(const std::string& text, double& value) {
   return ec == std::errc() && end == text.data() + text.size() && !text.empty();
 }
 
+// Whether a list may name a category twice. Short lists, the usual ones,
+// are compared pair by pair; long ones are left to the full check.
+bool mayRepeat(const std::vector<SymItem>& items) {
+  constexpr size_t kPairwiseLimit = 16;
+  if (items.size() > kPairwiseLimit) return true;
+  for (size_t i = 1; i < items.size(); ++i) {
+    for (size_t j = 0; j < i; ++j) {
+      if (items[i].number == items[j].number) return true;
+    }
+  }
+  return false;
+}
+
 // Turns XML text into the kind of the key it is given to; false when it
 // does not read as one.
 bool convertXmlText(KeyType type, KeyInput& value) {
@@ -86,18 +99,19 @@ void SymbolicBuilder::beginBlock(SymBlock block) {
   accepting_ = true;
 }
 
-void SymbolicBuilder::assignKey(const std::string& key, const KeyInput& given) {
+void SymbolicBuilder::assignKey(std::string_view key, const KeyInput& given) {
   if (!accepting_) return;
   KeyValueBlock& block = current_ == SymBlock::Files ? model_.file : model_.header;
   const int index = block.find(key);
   if (index < 0) {
     const std::string blockName = block.name();
+    const std::string name(key);
     if (model_.file.find(key) >= 0 || model_.header.find(key) >= 0) {
-      diag_.semanticError(" ERROR the name '" + key + " does not fit with any possible parameter within the  block" +
+      diag_.semanticError(" ERROR the name '" + name + " does not fit with any possible parameter within the  block" +
                           blockName);
       return;
     }
-    std::string message = "the Identifier" + key + " is not valid for describe an" + blockName + " file  :\n" +
+    std::string message = "the Identifier" + name + " is not valid for describe an" + blockName + " file  :\n" +
                           "possible element of a" + blockName + " file";
     for (const KeyDescriptor& allowed : block.keys()) message += std::string("\n") + allowed.name;
     diag_.semanticError(message);
@@ -236,8 +250,8 @@ void SymbolicBuilder::refuseVariablesSet() {
   diag_.semanticError(" the block VARIABLES_SET is not supported by this library");
 }
 
-void SymbolicBuilder::refuseKind(const std::string& word) {
-  diag_.semanticError(" the variable type " + word + " is not supported by this library");
+void SymbolicBuilder::refuseKind(std::string_view word) {
+  diag_.semanticError(" the variable type " + std::string(word) + " is not supported by this library");
 }
 
 bool SymbolicBuilder::beginMatrix() {
@@ -364,6 +378,7 @@ void SymbolicBuilder::checkCategoryList(const SymVariable& variable, SymValue& v
       return;
     }
   }
+  if (!mayRepeat(value.items)) return;
   // A category given twice keeps its first place and its last weight.
   std::vector<int> placeOf(count + 1, -1);
   std::vector<SymItem> kept;

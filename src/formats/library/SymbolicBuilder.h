@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "formats/library/Diagnostics.h"
@@ -31,13 +32,13 @@ class SymbolicBuilder {
   // not name ends the process.
   void beginBlock(SymBlock block);
 
-  void assignKey(const std::string& key, const KeyInput& value);
+  void assignKey(std::string_view key, const KeyInput& value);
   void addIndividual(long long number, std::string code, std::string label);
   void addVariable(SymVariable&& variable);
   bool addHierarchy(SymHierarchy&& hierarchy);
   bool addRule(SymRule&& rule);
   void refuseVariablesSet();
-  void refuseKind(const std::string& word);
+  void refuseKind(std::string_view word);
 
   bool beginMatrix();
   void beginRow();

@@ -1,27 +1,31 @@
 /* Grammar of the symbolic-file library: the symbolic text form, the XML
    symbolic file and the metadata XML. The actions hand everything to the
-   builder of the parse context, which applies the checks. */
+   builder of the parse context, which applies the checks. The parser's
+   stack holds only numbers and texts (pieces of the input); lists and
+   records are gathered in the context until the rule that completes them. */
 
 %require "3.2"
 %language "c++"
 %define api.namespace {velda::symlib}
 %define api.parser.class {SymbolicGrammar}
-%define api.value.type variant
 %parse-param {ParseContext& ctx}
 %lex-param {ParseContext& ctx}
 
 %code requires {
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "formats/library/MetaData.h"
-#include "formats/library/ScanState.h"
 #include "formats/library/SymbolicModel.h"
+#include "formats/library/TextSpan.h"
 
 namespace velda::symlib {
 class ParseContext;
 }
+}
+
+%union {
+  long long integer;
+  double real;
+  velda::symlib::TextSpan text;
+  velda::symlib::SymWeighting weighting;
+  int attributes;  // which of the context's attribute lists
 }
 
 %code provides {
@@ -32,6 +36,8 @@ int ScanToken(SymbolicGrammar::value_type* value, void* scanner);
 }
 
 %code {
+#include <utility>
+
 #include "formats/library/GrammarSupport.h"
 #include "formats/library/ParseContext.h"
 
@@ -43,9 +49,9 @@ int yylex(SymbolicGrammar::value_type* value, ParseContext& ctx) { return ScanTo
 }
 
 /* Literals. */
-%token <long long> C_INT
-%token <double> C_FLOAT
-%token <std::string> C_STRING IDENT XML_TEXT
+%token <integer> C_INT
+%token <real> C_FLOAT
+%token <text> C_STRING IDENT XML_TEXT
 %token UNKNOWN_CHAR UNKNOWN_TAG
 
 /* Top level and contents. */
@@ -53,18 +59,18 @@ int yylex(SymbolicGrammar::value_type* value, ParseContext& ctx) { return ScanTo
 %token REC_MATRIX CDISTANCE_MATRIX CMATCH_MATRIX VAR NA NU
 
 /* Keys of the FILE and HEADER blocks. */
-%token <std::string> PROC_NAME VERSION CREAT_DATE FIL_NAME FIL_PATH ARRAY BASE
-%token <std::string> TITLE SUB_TITLE NB_INDIV NB_VAR RULES_NB SET_VAR_NB SET_INDIV_NB NB_VAR_NOM NB_VAR_CONT
-%token <std::string> NB_VAR_TEXT NB_VAR_CONT_SYMB NB_VAR_NOM_SYMB NB_VAR_NOM_MOD NB_NA NB_NULL NB_HIERARCHIES
-%token <std::string> WEIGHT_INDIV NB_NU
+%token <text> PROC_NAME VERSION CREAT_DATE FIL_NAME FIL_PATH ARRAY BASE
+%token <text> TITLE SUB_TITLE NB_INDIV NB_VAR RULES_NB SET_VAR_NB SET_INDIV_NB NB_VAR_NOM NB_VAR_CONT
+%token <text> NB_VAR_TEXT NB_VAR_CONT_SYMB NB_VAR_NOM_SYMB NB_VAR_NOM_MOD NB_NA NB_NULL NB_HIERARCHIES
+%token <text> WEIGHT_INDIV NB_NU
 
 /* Variable kinds. */
 %token CONTINUE INTER_CONT NOMINAL MULT_NOMINAL MULT_NOMINAL_M CARDINAL PROBA
-%token <std::string> BINARY ORDERED UNORDERED
+%token <text> BINARY ORDERED UNORDERED
 
 /* XML symbolic file. */
 %token ULMEFILE FINULMEFILE
-%token <velda::symlib::XmlAttributes> XMLCONTAINS XMLHEADER XMLCONTINUE_DESC XMLNOMINAL_DESC
+%token <attributes> XMLCONTAINS XMLHEADER XMLCONTINUE_DESC XMLNOMINAL_DESC
 %token FINXMLCONTAINS FINXMLHEADER FINXMLCONTINUE_DESC FINXMLNOMINAL_DESC
 %token XMLPROCEDURE FINXMLPROCEDURE XMLDATE_CREAT FINXMLDATE_CREAT
 %token XMLINDIVIDUS FINXMLINDIVIDUS XMLSTINDIV FINXMLSTINDIV
@@ -106,20 +112,10 @@ int yylex(SymbolicGrammar::value_type* value, ParseContext& ctx) { return ScanTo
 %token M_NBINOBJ FM_NBINOBJ M_GNBINOBJ FM_GNBINOBJ M_OPERATOR FM_OPERATOR M_METAVARLIS FM_METAVARLIS
 %token M_METAVAR FM_METAVAR M_VARORIG FM_VARORIG M_VARORIGLIS FM_VARORIGLIS M_VO FM_VO M_STEPWIDHT FM_STEPWIDHT
 
-%type <std::string> key xtext mtext m_name m_label m_comment m_source m_computed m_datatype m_operator
-%type <double> number xreal
-%type <long long> xint xnum mint m_num
-%type <std::vector<velda::symlib::SymItem>> int_items modal_items xmodal_items xweighted_items
-%type <velda::symlib::SymItem> modal_item
-%type <std::unique_ptr<velda::symlib::SymVariable>> var_body xvar_desc
-%type <velda::symlib::SymWeighting> weighting xweighting
-%type <std::vector<velda::symlib::SymCategory>> categ_list categ_items xcateg_items xnode_items
-%type <std::unique_ptr<velda::symlib::SymCategory>> categ_item xcateg xnode
-%type <std::vector<velda::symlib::SymHierarchyLink>> link_list link_items xlink_items
-%type <velda::symlib::SymHierarchyLink> link_item xlink
-%type <std::vector<long long>> child_list child_items xchild_items m_v_items m_vo_items m_var_orig_lis
-%type <std::vector<double>> real_list real_items xvf_items
-%type <std::unique_ptr<velda::symlib::MetaMeasure>> m_measure_desc
+%type <text> key xtext mtext m_name m_label m_comment m_source m_computed m_datatype m_operator
+%type <real> number xreal
+%type <integer> xint xnum mint m_num
+%type <weighting> weighting xweighting
 
 %%
 
@@ -167,88 +163,89 @@ block
 assignments: %empty | assignment_items ;
 assignment_items: assignment | assignment_items ',' assignment ;
 assignment
-  : key '=' C_STRING { ctx.builder.assignKey($1, TextInput(std::move($3))); }
-  | key '=' C_INT { ctx.builder.assignKey($1, IntegerInput($3)); }
-  | key '=' C_FLOAT { ctx.builder.assignKey($1, RealInput($3)); }
+  : key '=' C_STRING { ctx.builder.assignKey($1.view(), TextInput($3.view())); }
+  | key '=' C_INT { ctx.builder.assignKey($1.view(), IntegerInput($3)); }
+  | key '=' C_FLOAT { ctx.builder.assignKey($1.view(), RealInput($3)); }
   ;
 key
-  : IDENT { $$ = std::move($1); }
-  | PROC_NAME { $$ = std::move($1); }
-  | VERSION { $$ = std::move($1); }
-  | CREAT_DATE { $$ = std::move($1); }
-  | FIL_NAME { $$ = std::move($1); }
-  | FIL_PATH { $$ = std::move($1); }
-  | ARRAY { $$ = std::move($1); }
-  | BASE { $$ = std::move($1); }
-  | TITLE { $$ = std::move($1); }
-  | SUB_TITLE { $$ = std::move($1); }
-  | NB_INDIV { $$ = std::move($1); }
-  | NB_VAR { $$ = std::move($1); }
-  | RULES_NB { $$ = std::move($1); }
-  | SET_VAR_NB { $$ = std::move($1); }
-  | SET_INDIV_NB { $$ = std::move($1); }
-  | NB_VAR_NOM { $$ = std::move($1); }
-  | NB_VAR_CONT { $$ = std::move($1); }
-  | NB_VAR_TEXT { $$ = std::move($1); }
-  | NB_VAR_CONT_SYMB { $$ = std::move($1); }
-  | NB_VAR_NOM_SYMB { $$ = std::move($1); }
-  | NB_VAR_NOM_MOD { $$ = std::move($1); }
-  | NB_NA { $$ = std::move($1); }
-  | NB_NULL { $$ = std::move($1); }
-  | NB_HIERARCHIES { $$ = std::move($1); }
-  | WEIGHT_INDIV { $$ = std::move($1); }
-  | NB_NU { $$ = std::move($1); }
+  : IDENT { $$ = $1; }
+  | PROC_NAME { $$ = $1; }
+  | VERSION { $$ = $1; }
+  | CREAT_DATE { $$ = $1; }
+  | FIL_NAME { $$ = $1; }
+  | FIL_PATH { $$ = $1; }
+  | ARRAY { $$ = $1; }
+  | BASE { $$ = $1; }
+  | TITLE { $$ = $1; }
+  | SUB_TITLE { $$ = $1; }
+  | NB_INDIV { $$ = $1; }
+  | NB_VAR { $$ = $1; }
+  | RULES_NB { $$ = $1; }
+  | SET_VAR_NB { $$ = $1; }
+  | SET_INDIV_NB { $$ = $1; }
+  | NB_VAR_NOM { $$ = $1; }
+  | NB_VAR_CONT { $$ = $1; }
+  | NB_VAR_TEXT { $$ = $1; }
+  | NB_VAR_CONT_SYMB { $$ = $1; }
+  | NB_VAR_NOM_SYMB { $$ = $1; }
+  | NB_VAR_NOM_MOD { $$ = $1; }
+  | NB_NA { $$ = $1; }
+  | NB_NULL { $$ = $1; }
+  | NB_HIERARCHIES { $$ = $1; }
+  | WEIGHT_INDIV { $$ = $1; }
+  | NB_NU { $$ = $1; }
   ;
 
 individuals: %empty | individual_items ;
 individual_items: individual | individual_items ',' individual ;
 individual: '(' C_INT ',' C_STRING ',' C_STRING ')'
-            { ctx.builder.addIndividual($2, std::move($4), std::move($6)); } ;
+            { ctx.builder.addIndividual($2, $4.str(), $6.str()); } ;
 
 variables: %empty | variable_items ;
 variable_items: variable | variable_items ',' variable ;
-variable: '(' C_INT ',' var_body ')' { $4->number = $2; ctx.builder.addVariable(std::move(*$4)); } ;
+variable: '(' C_INT ',' var_body ')'
+          { ctx.variable.number = $2; ctx.builder.addVariable(std::exchange(ctx.variable, {})); } ;
 var_body
   : CONTINUE ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
-    { $$ = Quantitative(SymVariableKind::Continue, $3, $5, $7, $9, $11, $13, $15); }
+    { ctx.variable = Quantitative(SymVariableKind::Continue, $3.view(), $5.view(), $7.view(), $9, $11, $13, $15); }
   | INTER_CONT ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' number ',' number
-    { $$ = Quantitative(SymVariableKind::InterContinue, $3, $5, $7, $9, $11, $13, $15); }
+    { ctx.variable = Quantitative(SymVariableKind::InterContinue, $3.view(), $5.view(), $7.view(), $9, $11, $13, $15); }
   | NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
-    { $$ = Categorical(SymVariableKind::Nominal, SymWeighting::None, $3, $5, $7, $9, $11, $13, std::move($15)); }
+    { ctx.variable = Categorical(SymVariableKind::Nominal, SymWeighting::None, $3.view(), $5.view(), $7.view(), $9,
+                                 $11, $13, std::exchange(ctx.categories, {})); }
   | MULT_NOMINAL ',' C_STRING ',' C_STRING ',' C_STRING ',' number ',' number ',' C_INT ',' categ_list
-    { $$ = Categorical(SymVariableKind::MultNominal, SymWeighting::None, $3, $5, $7, $9, $11, $13, std::move($15)); }
+    { ctx.variable = Categorical(SymVariableKind::MultNominal, SymWeighting::None, $3.view(), $5.view(), $7.view(),
+                                 $9, $11, $13, std::exchange(ctx.categories, {})); }
   | MULT_NOMINAL_M ',' C_STRING ',' C_STRING ',' C_STRING ',' weighting ',' number ',' number ',' C_INT ','
     categ_list
-    { $$ = Categorical(SymVariableKind::MultNominalModif, $9, $3, $5, $7, $11, $13, $15, std::move($17)); }
-  | BINARY { ctx.builder.refuseKind($1); YYABORT; }
-  | ORDERED { ctx.builder.refuseKind($1); YYABORT; }
-  | UNORDERED { ctx.builder.refuseKind($1); YYABORT; }
+    { ctx.variable = Categorical(SymVariableKind::MultNominalModif, $9, $3.view(), $5.view(), $7.view(), $11, $13,
+                                 $15, std::exchange(ctx.categories, {})); }
+  | BINARY { ctx.builder.refuseKind($1.view()); YYABORT; }
+  | ORDERED { ctx.builder.refuseKind($1.view()); YYABORT; }
+  | UNORDERED { ctx.builder.refuseKind($1.view()); YYABORT; }
   ;
 weighting: CARDINAL { $$ = SymWeighting::Cardinal; } | PROBA { $$ = SymWeighting::Proba; } ;
 number: C_INT { $$ = static_cast<double>($1); } | C_FLOAT { $$ = $1; } ;
 
-categ_list: '(' ')' { } | '(' categ_items ')' { $$ = std::move($2); } ;
-categ_items
-  : categ_item { $$.push_back(std::move(*$1)); }
-  | categ_items ',' categ_item { $$ = std::move($1); $$.push_back(std::move(*$3)); }
-  ;
+/* Categories, links and children are gathered in the context. */
+categ_list: '(' ')' | '(' categ_items ')' ;
+categ_items: categ_item | categ_items ',' categ_item ;
 categ_item: '(' C_INT ',' C_STRING ',' C_STRING ',' C_INT ')'
-            { $$ = std::make_unique<SymCategory>(SymCategory{$2, $4, $6, $8}); } ;
+            { ctx.categories.push_back(SymCategory{$2, $4.str(), $6.str(), $8}); } ;
 
 hierarchies: %empty | hierarchy_items ;
 hierarchy_items: hierarchy | hierarchy_items ',' hierarchy ;
 hierarchy: '(' VAR '=' C_INT ',' C_INT categ_list ',' link_list ')'
-           { if (!ctx.builder.addHierarchy(SymHierarchy{$4, $6, std::move($7), std::move($9)})) YYABORT; } ;
-link_list: '(' ')' { } | '(' link_items ')' { $$ = std::move($2); } ;
-link_items
-  : link_item { $$.push_back(std::move($1)); }
-  | link_items ',' link_item { $$ = std::move($1); $$.push_back(std::move($3)); }
-  ;
-link_item: C_INT '=' child_list { $$ = SymHierarchyLink{$1, std::move($3)}; } ;
-child_list: '(' ')' { } | '(' child_items ')' { $$ = std::move($2); } ;
+           { if (!ctx.builder.addHierarchy(SymHierarchy{$4, $6, std::exchange(ctx.categories, {}),
+                                                        std::exchange(ctx.links, {})}))
+               YYABORT; } ;
+link_list: '(' ')' | '(' link_items ')' ;
+link_items: link_item | link_items ',' link_item ;
+link_item: C_INT '=' child_list { ctx.links.push_back(SymHierarchyLink{$1, std::exchange(ctx.numbers, {})}); } ;
+child_list: '(' ')' | '(' child_items ')' ;
 child_items
-  : C_INT { $$.push_back($1); }
-  | child_items ',' C_INT { $$ = std::move($1); $$.push_back($3); }
+  : C_INT { ctx.numbers.push_back($1); }
+  | child_items ',' C_INT { ctx.numbers.push_back($3); }
   ;
 
 rules: %empty | rule_items ;
@@ -265,34 +262,31 @@ cell_items
   | cell_items ',' value { ctx.builder.addCell(std::move(ctx.value)); }
   ;
 
-/* A value is left in the context rather than on the parser's stack. */
+/* A value is left in the context, its items gathered there first. */
 value
   : C_INT { ctx.value = CategoryValue($1); }
   | C_FLOAT { ctx.value = RealValue($1); }
-  | NA { ctx.value = ListValue(SymValue::Kind::NA, {}); }
-  | NU { ctx.value = ListValue(SymValue::Kind::NU, {}); }
-  | '(' ')' { ctx.value = ListValue(SymValue::Kind::CategorySet, {}); }
+  | NA { ctx.value = EmptyValue(SymValue::Kind::NA); }
+  | NU { ctx.value = EmptyValue(SymValue::Kind::NU); }
+  | '(' ')' { ctx.value = EmptyValue(SymValue::Kind::CategorySet); }
   | '(' number ':' number ')' { ctx.value = IntervalValue($2, $4); }
-  | '(' int_items ')' { ctx.value = ListValue(SymValue::Kind::CategorySet, std::move($2)); }
-  | '(' modal_items ')' { ctx.value = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+  | '(' int_items ')' { ctx.value = ListValue(SymValue::Kind::CategorySet, ctx.items); }
+  | '(' modal_items ')' { ctx.value = ListValue(SymValue::Kind::WeightedSet, ctx.items); }
   ;
 int_items
-  : C_INT { $$.push_back(SymItem{$1, 0}); }
-  | int_items ',' C_INT { $$ = std::move($1); $$.push_back(SymItem{$3, 0}); }
+  : C_INT { ctx.items.push_back(SymItem{$1, 0}); }
+  | int_items ',' C_INT { ctx.items.push_back(SymItem{$3, 0}); }
   ;
-modal_items
-  : modal_item { $$.push_back($1); }
-  | modal_items ',' modal_item { $$ = std::move($1); $$.push_back($3); }
-  ;
-modal_item: C_INT '(' number ')' { $$ = SymItem{$1, $3}; } ;
+modal_items: modal_item | modal_items ',' modal_item ;
+modal_item: C_INT '(' number ')' { ctx.items.push_back(SymItem{$1, $3}); } ;
 
 triangle: %empty | triangle_items ;
 triangle_items: triangle_row | triangle_items ',' triangle_row ;
-triangle_row: real_list { ctx.builder.addTriangleRow(std::move($1)); } ;
-real_list: '(' ')' { } | '(' real_items ')' { $$ = std::move($2); } ;
+triangle_row: real_list { ctx.builder.addTriangleRow(std::exchange(ctx.reals, {})); } ;
+real_list: '(' ')' | '(' real_items ')' ;
 real_items
-  : number { $$.push_back($1); }
-  | real_items ',' number { $$ = std::move($1); $$.push_back($3); }
+  : number { ctx.reals.push_back($1); }
+  | real_items ',' number { ctx.reals.push_back($3); }
   ;
 
 /* ------------------------------------------------------- XML symbolic */
@@ -302,28 +296,28 @@ ulme_file
     xdist xmatch FINULMEFILE
   ;
 
-xcontains: XMLCONTAINS FINXMLCONTAINS { DeclareContents(ctx.builder, ctx, $1); } ;
+xcontains: XMLCONTAINS FINXMLCONTAINS { DeclareContents(ctx.builder, ctx, ctx.attributeLists[$1]); } ;
 
 xfile_desc
   : %empty
   | XMLPROCEDURE xtext FINXMLPROCEDURE XMLDATE_CREAT xtext FINXMLDATE_CREAT
     { ctx.builder.beginBlock(SymBlock::Files);
-      ctx.builder.assignKey("procedure_name", TextInput(std::move($2)));
-      ctx.builder.assignKey("create_date", TextInput(std::move($5))); }
+      ctx.builder.assignKey("procedure_name", TextInput($2.view()));
+      ctx.builder.assignKey("create_date", TextInput($5.view())); }
   ;
 
 xheader
   : %empty
   | XMLHEADER FINXMLHEADER
     { ctx.builder.beginBlock(SymBlock::Header);
-      for (auto& [name, text] : $1) ctx.builder.assignKey(name, XmlTextInput(std::move(text))); }
+      for (auto& [name, text] : ctx.attributeLists[$1]) ctx.builder.assignKey(name, XmlTextInput(std::move(text))); }
   ;
 
-xtext: %empty { } | XML_TEXT { $$ = std::move($1); } ;
-xint: XML_TEXT { $$ = XmlInteger(ctx, $1); } ;
-xreal: XML_TEXT { $$ = XmlReal(ctx, $1); } ;
+xtext: %empty { $$ = SpanOf(""); } | XML_TEXT { $$ = $1; } ;
+xint: XML_TEXT { $$ = XmlInteger(ctx, $1.view()); } ;
+xreal: XML_TEXT { $$ = XmlReal(ctx, $1.view()); } ;
 xnum: XMLNUM xint FINXMLNUM { $$ = $2; } ;
-xweighting: XML_TEXT { $$ = XmlWeighting(ctx, $1); } ;
+xweighting: XML_TEXT { $$ = XmlWeighting(ctx, $1.view()); } ;
 
 xindividuals
   : %empty
@@ -332,7 +326,7 @@ xindividuals
 xindividual_items: %empty | xindividual_items xindividual ;
 xindividual
   : XMLSTINDIV xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL FINXMLSTINDIV
-    { ctx.builder.addIndividual($2, std::move($4), std::move($7)); }
+    { ctx.builder.addIndividual($2, $4.str(), $7.str()); }
   ;
 
 xvariables
@@ -342,29 +336,31 @@ xvariables
 xvariable_items: %empty | xvariable_items xvariable ;
 xvariable
   : XMLSTVAR XMLIDENT xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL FINXMLIDENT xvar_desc FINXMLSTVAR
-    { $11->number = $3; $11->code = std::move($5); $11->label = std::move($8);
-      ctx.builder.addVariable(std::move(*$11)); }
+    { ctx.variable.number = $3;
+      ctx.variable.code = $5.str();
+      ctx.variable.label = $8.str();
+      ctx.builder.addVariable(std::exchange(ctx.variable, {})); }
   ;
 xvar_desc
   : XMLCONTINUE XMLCONTINUE_DESC FINXMLCONTINUE_DESC FINXMLCONTINUE
-    { $$ = XmlQuantitative(ctx, SymVariableKind::Continue, $2); }
+    { ctx.variable = XmlQuantitative(ctx, SymVariableKind::Continue, ctx.attributeLists[$2]); }
   | XMLINTER_CONT XMLCONTINUE_DESC FINXMLCONTINUE_DESC FINXMLINTER_CONT
-    { $$ = XmlQuantitative(ctx, SymVariableKind::InterContinue, $2); }
+    { ctx.variable = XmlQuantitative(ctx, SymVariableKind::InterContinue, ctx.attributeLists[$2]); }
   | XMLNOMINAL XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLNOMINAL
-    { $$ = XmlCategorical(ctx, SymVariableKind::Nominal, SymWeighting::None, $2, std::move($3)); }
+    { ctx.variable = XmlCategorical(ctx, SymVariableKind::Nominal, SymWeighting::None, ctx.attributeLists[$2],
+                                    std::exchange(ctx.categories, {})); }
   | XMLMULT_NOMINAL XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLMULT_NOMINAL
-    { $$ = XmlCategorical(ctx, SymVariableKind::MultNominal, SymWeighting::None, $2, std::move($3)); }
+    { ctx.variable = XmlCategorical(ctx, SymVariableKind::MultNominal, SymWeighting::None, ctx.attributeLists[$2],
+                                    std::exchange(ctx.categories, {})); }
   | XMLMULT_NOMINAL_MODIF XMLTYPE_MODIF xweighting FINXMLTYPE_MODIF
     XMLNOMINAL_DESC xcateg_items FINXMLNOMINAL_DESC FINXMLMULT_NOMINAL_MODIF
-    { $$ = XmlCategorical(ctx, SymVariableKind::MultNominalModif, $3, $5, std::move($6)); }
+    { ctx.variable = XmlCategorical(ctx, SymVariableKind::MultNominalModif, $3, ctx.attributeLists[$5],
+                                    std::exchange(ctx.categories, {})); }
   ;
-xcateg_items
-  : %empty { }
-  | xcateg_items xcateg { $$ = std::move($1); $$.push_back(std::move(*$2)); }
-  ;
-xcateg: XMLLIST_NOM xnode FINXMLLIST_NOM { $$ = std::move($2); $$->leaves = 1; } ;
+xcateg_items: %empty | xcateg_items xcateg ;
+xcateg: XMLLIST_NOM xnode FINXMLLIST_NOM { ctx.categories.back().leaves = 1; } ;
 xnode: xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL
-       { $$ = std::make_unique<SymCategory>(SymCategory{$1, $3, $6, 0}); } ;
+       { ctx.categories.push_back(SymCategory{$1, $3.str(), $6.str(), 0}); } ;
 
 xhierarchies
   : %empty
@@ -375,23 +371,19 @@ xhierarchy
   : XMLHIERARCHIE XMLVAR_NUM_REF xint FINXMLVAR_NUM_REF XMLNB_HIER_VAL xint FINXMLNB_HIER_VAL
     XMLHIER_VAL_LIST xnode_items FINXMLHIER_VAL_LIST XMLHIER_REF_LIST xlink_items FINXMLHIER_REF_LIST
     FINXMLHIERARCHIE
-    { if (!ctx.builder.addHierarchy(SymHierarchy{$3, $6, std::move($9), std::move($12)})) YYABORT; }
+    { if (!ctx.builder.addHierarchy(SymHierarchy{$3, $6, std::exchange(ctx.categories, {}),
+                                                 std::exchange(ctx.links, {})}))
+        YYABORT; }
   ;
-xnode_items
-  : %empty { }
-  | xnode_items xnode { $$ = std::move($1); $$.push_back(std::move(*$2)); }
-  ;
-xlink_items
-  : %empty { }
-  | xlink_items xlink { $$ = std::move($1); $$.push_back(std::move($2)); }
-  ;
+xnode_items: %empty | xnode_items xnode ;
+xlink_items: %empty | xlink_items xlink ;
 xlink
   : XMLCATEG_NUM xint FINXMLCATEG_NUM XMLHVAL_REF_LIST xchild_items FINXMLHVAL_REF_LIST
-    { $$ = SymHierarchyLink{$2, std::move($5)}; }
+    { ctx.links.push_back(SymHierarchyLink{$2, std::exchange(ctx.numbers, {})}); }
   ;
 xchild_items
-  : %empty { }
-  | xchild_items XMLHVAL_REF_ELEM xint FINXMLHVAL_REF_ELEM { $$ = std::move($1); $$.push_back($3); }
+  : %empty
+  | xchild_items XMLHVAL_REF_ELEM xint FINXMLHVAL_REF_ELEM { ctx.numbers.push_back($3); }
   ;
 
 xrules
@@ -416,26 +408,26 @@ xrow_items: %empty | xrow_items xrow ;
 xrow: XMLLIGMAT { ctx.builder.beginRow(); } xcells FINXMLLIGMAT { ctx.builder.endRow(); } ;
 xcells: %empty | xcells XMLVALMAT xvalue_opt FINXMLVALMAT { ctx.builder.addCell(std::move(ctx.value)); } ;
 
-xvalue_opt: %empty { ctx.value = ListValue(SymValue::Kind::CategorySet, {}); } | xvalue ;
+xvalue_opt: %empty { ctx.value = EmptyValue(SymValue::Kind::CategorySet); } | xvalue ;
 xvalue
-  : XMLNA xtext FINXMLNA { ctx.value = ListValue(SymValue::Kind::NA, {}); }
-  | XMLNU xtext FINXMLNU { ctx.value = ListValue(SymValue::Kind::NU, {}); }
+  : XMLNA xtext FINXMLNA { ctx.value = EmptyValue(SymValue::Kind::NA); }
+  | XMLNU xtext FINXMLNU { ctx.value = EmptyValue(SymValue::Kind::NU); }
   | XMLVAL_CONTI xreal FINXMLVAL_CONTI { ctx.value = RealValue($2); }
   | XMLVAL_INTERV XMLPMIN xreal FINXMLPMIN XMLPMAX xreal FINXMLPMAX FINXMLVAL_INTERV
     { ctx.value = IntervalValue($3, $6); }
   | XMLVAL_NOMINA xint FINXMLVAL_NOMINA { ctx.value = CategoryValue($2); }
-  | xmodal_items { ctx.value = ListValue(SymValue::Kind::CategorySet, std::move($1)); }
+  | xmodal_items { ctx.value = ListValue(SymValue::Kind::CategorySet, ctx.items); }
   | XMLVAL_LIST_MODAL xweighted_items FINXMLVAL_LIST_MODAL
-    { ctx.value = ListValue(SymValue::Kind::WeightedSet, std::move($2)); }
+    { ctx.value = ListValue(SymValue::Kind::WeightedSet, ctx.items); }
   ;
 xmodal_items
-  : XMLVAL_MODAL xint FINXMLVAL_MODAL { $$.push_back(SymItem{$2, 0}); }
-  | xmodal_items XMLVAL_MODAL xint FINXMLVAL_MODAL { $$ = std::move($1); $$.push_back(SymItem{$3, 0}); }
+  : XMLVAL_MODAL xint FINXMLVAL_MODAL { ctx.items.push_back(SymItem{$2, 0}); }
+  | xmodal_items XMLVAL_MODAL xint FINXMLVAL_MODAL { ctx.items.push_back(SymItem{$3, 0}); }
   ;
 xweighted_items
-  : %empty { }
+  : %empty
   | xweighted_items XMLNO_MODA xint FINXMLNO_MODA XMLFREQUENCY xreal FINXMLFREQUENCY
-    { $$ = std::move($1); $$.push_back(SymItem{$3, $6}); }
+    { ctx.items.push_back(SymItem{$3, $6}); }
   ;
 
 xdist
@@ -448,18 +440,18 @@ xmatch
   | XMLMATCH_MAT { ctx.builder.beginBlock(SymBlock::MatchMatrix); ctx.builder.beginTriangle(SymBlock::MatchMatrix); }
     xtriangle FINXMLMATCH_MAT { ctx.builder.endTriangle(); }
   ;
-xtriangle: %empty | xtriangle XMLLIGDMAT xvf_items FINXMLLIGDMAT { ctx.builder.addTriangleRow(std::move($3)); } ;
-xvf_items
-  : %empty { }
-  | xvf_items XMLVF xreal FINXMLVF { $$ = std::move($1); $$.push_back($3); }
+xtriangle
+  : %empty
+  | xtriangle XMLLIGDMAT xvf_items FINXMLLIGDMAT { ctx.builder.addTriangleRow(std::exchange(ctx.reals, {})); }
   ;
+xvf_items: %empty | xvf_items XMLVF xreal FINXMLVF { ctx.reals.push_back($3); } ;
 
 /* ------------------------------------------------------------ metadata */
 
 meta_file: M_METAULME m_orig_info m_meta_mat FM_METAULME ;
 
-mtext: %empty { } | XML_TEXT { $$ = std::move($1); } ;
-mint: XML_TEXT { $$ = XmlInteger(ctx, $1); } ;
+mtext: %empty { $$ = SpanOf(""); } | XML_TEXT { $$ = $1; } ;
+mint: XML_TEXT { $$ = XmlInteger(ctx, $1.view()); } ;
 
 m_orig_info
   : M_ORIGINFO m_nb_orig_var m_nb_orig_mat m_pop_samp_size m_samp_size m_rel_unit m_survey_desc m_legal_frame
@@ -470,81 +462,84 @@ m_orig_info
   ;
 m_nb_orig_var: M_NBORIGVAR mint FM_NBORIGVAR { Meta(ctx).origInfo.nbOrigVar = $2; } ;
 m_nb_orig_mat: M_NBORIGMAT mint FM_NBORIGMAT { Meta(ctx).origInfo.nbOrigMat = $2; } ;
-m_pop_samp_size: M_POPSAMPSIZE mtext FM_POPSAMPSIZE { Meta(ctx).origInfo.popSampSize = std::move($2); } ;
-m_samp_size: M_SAMPSIZE mtext FM_SAMPSIZE { Meta(ctx).origInfo.sampSize = std::move($2); } ;
-m_rel_unit: M_RELUNIT mtext FM_RELUNIT { Meta(ctx).origInfo.relUnit = std::move($2); } ;
-m_survey_desc: M_SURVEYDESC mtext FM_SURVEYDESC { Meta(ctx).origInfo.surveyDesc = std::move($2); } ;
-m_legal_frame: M_LEGALFRAME mtext FM_LEGALFRAME { Meta(ctx).origInfo.legalFrame = std::move($2); } ;
-m_survey_type: M_SURVEYTYPE mtext FM_SURVEYTYPE { Meta(ctx).origInfo.surveyType = std::move($2); } ;
-m_survey_freq: M_SURVEYFREQ mtext FM_SURVEYFREQ { Meta(ctx).origInfo.surveyFreq = std::move($2); } ;
-m_geo_cover: M_GEOCOVER mtext FM_GEOCOVER { Meta(ctx).origInfo.geoCover = std::move($2); } ;
-m_inter_stand: M_INTERSTAND mtext FM_INTERSTAND { Meta(ctx).origInfo.interStand = std::move($2); } ;
-m_spec_inter_stand: M_SPECINTERSTAND mtext FM_SPECINTERSTAND { Meta(ctx).origInfo.specInterStand = std::move($2); } ;
-m_report_unit: M_REPORTUNIT mtext FM_REPORTUNIT { Meta(ctx).origInfo.reportUnit = std::move($2); } ;
-m_pop_desc: M_POPDESC mtext FM_POPDESC { Meta(ctx).origInfo.popDesc = std::move($2); } ;
-m_samp_orig: M_SAMPORIG mtext FM_SAMPORIG { Meta(ctx).origInfo.sampOrig = std::move($2); } ;
-m_samp_select: M_SAMPSELECT mtext FM_SAMPSELECT { Meta(ctx).origInfo.sampSelect = std::move($2); } ;
-m_law_base: M_LAWBASE mtext FM_LAWBASE { Meta(ctx).origInfo.lawBase = std::move($2); } ;
-m_admin_qual: M_ADMINQUAL mtext FM_ADMINQUAL { Meta(ctx).origInfo.adminQual = std::move($2); } ;
-m_stat_collect: M_STATCOLLECT mtext FM_STATCOLLECT { Meta(ctx).origInfo.statCollect = std::move($2); } ;
-m_valid_tech: M_VALIDTECH mtext FM_VALIDTECH { Meta(ctx).origInfo.validTech = std::move($2); } ;
-m_non_resp_meth: M_NONRESPMETH mtext FM_NONRESPMETH { Meta(ctx).origInfo.nonRespMeth = std::move($2); } ;
-m_miss_val_reaj: M_MISSVALREAJ mtext FM_MISSVALREAJ { Meta(ctx).origInfo.missValReaj = std::move($2); } ;
-m_agreg_meth: M_AGREGMETH mtext FM_AGREGMETH { Meta(ctx).origInfo.agregMeth = std::move($2); } ;
-m_gross_meth: M_GROSSMETH mtext FM_GROSSMETH { Meta(ctx).origInfo.grossMeth = std::move($2); } ;
-m_corr_error: M_CORRERROR mtext FM_CORRERROR { Meta(ctx).origInfo.corrError = std::move($2); } ;
-m_othe_cor: M_OTHECOR mtext FM_OTHECOR { Meta(ctx).origInfo.otheCor = std::move($2); } ;
-m_pop_samp_frac: M_POPSAMPFRAC mtext FM_POPSAMPFRAC { Meta(ctx).origInfo.popSampFrac = std::move($2); } ;
-m_resp_rate: M_RESPRATE mtext FM_RESPRATE { Meta(ctx).origInfo.respRate = std::move($2); } ;
+m_pop_samp_size: M_POPSAMPSIZE mtext FM_POPSAMPSIZE { Meta(ctx).origInfo.popSampSize = $2.str(); } ;
+m_samp_size: M_SAMPSIZE mtext FM_SAMPSIZE { Meta(ctx).origInfo.sampSize = $2.str(); } ;
+m_rel_unit: M_RELUNIT mtext FM_RELUNIT { Meta(ctx).origInfo.relUnit = $2.str(); } ;
+m_survey_desc: M_SURVEYDESC mtext FM_SURVEYDESC { Meta(ctx).origInfo.surveyDesc = $2.str(); } ;
+m_legal_frame: M_LEGALFRAME mtext FM_LEGALFRAME { Meta(ctx).origInfo.legalFrame = $2.str(); } ;
+m_survey_type: M_SURVEYTYPE mtext FM_SURVEYTYPE { Meta(ctx).origInfo.surveyType = $2.str(); } ;
+m_survey_freq: M_SURVEYFREQ mtext FM_SURVEYFREQ { Meta(ctx).origInfo.surveyFreq = $2.str(); } ;
+m_geo_cover: M_GEOCOVER mtext FM_GEOCOVER { Meta(ctx).origInfo.geoCover = $2.str(); } ;
+m_inter_stand: M_INTERSTAND mtext FM_INTERSTAND { Meta(ctx).origInfo.interStand = $2.str(); } ;
+m_spec_inter_stand: M_SPECINTERSTAND mtext FM_SPECINTERSTAND { Meta(ctx).origInfo.specInterStand = $2.str(); } ;
+m_report_unit: M_REPORTUNIT mtext FM_REPORTUNIT { Meta(ctx).origInfo.reportUnit = $2.str(); } ;
+m_pop_desc: M_POPDESC mtext FM_POPDESC { Meta(ctx).origInfo.popDesc = $2.str(); } ;
+m_samp_orig: M_SAMPORIG mtext FM_SAMPORIG { Meta(ctx).origInfo.sampOrig = $2.str(); } ;
+m_samp_select: M_SAMPSELECT mtext FM_SAMPSELECT { Meta(ctx).origInfo.sampSelect = $2.str(); } ;
+m_law_base: M_LAWBASE mtext FM_LAWBASE { Meta(ctx).origInfo.lawBase = $2.str(); } ;
+m_admin_qual: M_ADMINQUAL mtext FM_ADMINQUAL { Meta(ctx).origInfo.adminQual = $2.str(); } ;
+m_stat_collect: M_STATCOLLECT mtext FM_STATCOLLECT { Meta(ctx).origInfo.statCollect = $2.str(); } ;
+m_valid_tech: M_VALIDTECH mtext FM_VALIDTECH { Meta(ctx).origInfo.validTech = $2.str(); } ;
+m_non_resp_meth: M_NONRESPMETH mtext FM_NONRESPMETH { Meta(ctx).origInfo.nonRespMeth = $2.str(); } ;
+m_miss_val_reaj: M_MISSVALREAJ mtext FM_MISSVALREAJ { Meta(ctx).origInfo.missValReaj = $2.str(); } ;
+m_agreg_meth: M_AGREGMETH mtext FM_AGREGMETH { Meta(ctx).origInfo.agregMeth = $2.str(); } ;
+m_gross_meth: M_GROSSMETH mtext FM_GROSSMETH { Meta(ctx).origInfo.grossMeth = $2.str(); } ;
+m_corr_error: M_CORRERROR mtext FM_CORRERROR { Meta(ctx).origInfo.corrError = $2.str(); } ;
+m_othe_cor: M_OTHECOR mtext FM_OTHECOR { Meta(ctx).origInfo.otheCor = $2.str(); } ;
+m_pop_samp_frac: M_POPSAMPFRAC mtext FM_POPSAMPFRAC { Meta(ctx).origInfo.popSampFrac = $2.str(); } ;
+m_resp_rate: M_RESPRATE mtext FM_RESPRATE { Meta(ctx).origInfo.respRate = $2.str(); } ;
 
 m_liste_var_orig: M_LISTEVARORIG m_orig_vars FM_LISTEVARORIG ;
 m_orig_vars: %empty | m_orig_vars m_orig_var ;
 m_orig_var
   : M_ORIGVAR m_num m_name m_label m_comment m_source m_computed m_datatype FM_ORIGVAR
-    { Meta(ctx).origInfo.origVars.push_back(MetaOrigVar{$2, std::move($3), std::move($4), std::move($5),
-                                            XmlInteger(ctx, $6), std::move($7), std::move($8)}); }
+    { Meta(ctx).origInfo.origVars.push_back(MetaOrigVar{$2, $3.str(), $4.str(), $5.str(), XmlInteger(ctx, $6.view()),
+                                                        $7.str(), $8.str()}); }
   ;
 m_liste_tab_orig: M_LISTETABORIG m_orig_tabs FM_LISTETABORIG ;
 m_orig_tabs: %empty | m_orig_tabs m_orig_tab ;
 m_orig_tab
   : M_ORIGTAB m_name m_label m_comment m_source FM_ORIGTAB
-    { Meta(ctx).origInfo.origTabs.push_back(MetaOrigTab{std::move($2), std::move($3), std::move($4), std::move($5)}); }
+    { Meta(ctx).origInfo.origTabs.push_back(MetaOrigTab{$2.str(), $3.str(), $4.str(), $5.str()}); }
   ;
 
 m_num: M_NUM mint FM_NUM { $$ = $2; } ;
-m_name: M_NAME mtext FM_NAME { $$ = std::move($2); } ;
-m_label: M_LABEL mtext FM_LABEL { $$ = std::move($2); } ;
-m_comment: M_COMMENT mtext FM_COMMENT { $$ = std::move($2); } ;
-m_source: M_SOURCE mtext FM_SOURCE { $$ = std::move($2); } ;
-m_computed: M_COMPUTED mtext FM_COMPUTED { $$ = std::move($2); } ;
-m_datatype: M_DATATYPE mtext FM_DATATYPE { $$ = std::move($2); } ;
-m_operator: M_OPERATOR mtext FM_OPERATOR { $$ = std::move($2); } ;
+m_name: M_NAME mtext FM_NAME { $$ = $2; } ;
+m_label: M_LABEL mtext FM_LABEL { $$ = $2; } ;
+m_comment: M_COMMENT mtext FM_COMMENT { $$ = $2; } ;
+m_source: M_SOURCE mtext FM_SOURCE { $$ = $2; } ;
+m_computed: M_COMPUTED mtext FM_COMPUTED { $$ = $2; } ;
+m_datatype: M_DATATYPE mtext FM_DATATYPE { $$ = $2; } ;
+m_operator: M_OPERATOR mtext FM_OPERATOR { $$ = $2; } ;
 
 m_meta_mat
   : M_METAMAT m_author m_meta_history m_nb_meta_var m_nb_meta_ind m_meta_distance m_meta_match
     m_meta_ind_lis m_meta_var_lis FM_METAMAT
   ;
-m_author: M_AUTHOR mtext FM_AUTHOR { Meta(ctx).metaMat.author = std::move($2); } ;
+m_author: M_AUTHOR mtext FM_AUTHOR { Meta(ctx).metaMat.author = $2.str(); } ;
 m_meta_history: M_METAHISTORY m_sql_query m_odbc_source m_history FM_METAHISTORY ;
-m_sql_query: M_SQLQUERY mtext FM_SQLQUERY { Meta(ctx).metaMat.sqlQuery = std::move($2); } ;
-m_odbc_source: M_ODBCSOURCE mtext FM_ODBCSOURCE { Meta(ctx).metaMat.odbcSource = std::move($2); } ;
+m_sql_query: M_SQLQUERY mtext FM_SQLQUERY { Meta(ctx).metaMat.sqlQuery = $2.str(); } ;
+m_odbc_source: M_ODBCSOURCE mtext FM_ODBCSOURCE { Meta(ctx).metaMat.odbcSource = $2.str(); } ;
 m_history: M_HISTORY m_prev_file m_prev_treatment FM_HISTORY ;
-m_prev_file: M_PREVFILE mtext FM_PREVFILE { Meta(ctx).metaMat.prevFile = std::move($2); } ;
-m_prev_treatment: M_PREVTREATMENT mtext FM_PREVTREATMENT { Meta(ctx).metaMat.prevTreatment = std::move($2); } ;
+m_prev_file: M_PREVFILE mtext FM_PREVFILE { Meta(ctx).metaMat.prevFile = $2.str(); } ;
+m_prev_treatment: M_PREVTREATMENT mtext FM_PREVTREATMENT { Meta(ctx).metaMat.prevTreatment = $2.str(); } ;
 m_nb_meta_var: M_NBMETAVAR mint FM_NBMETAVAR { Meta(ctx).metaMat.nbMetaVar = $2; } ;
 m_nb_meta_ind: M_NBMETAIND mint FM_NBMETAIND { Meta(ctx).metaMat.nbMetaInd = $2; } ;
-m_meta_distance: M_METADISTANCE m_measure_desc FM_METADISTANCE { Meta(ctx).metaMat.distance = std::move(*$2); } ;
-m_meta_match: M_METAMATCH m_measure_desc FM_METAMATCH { Meta(ctx).metaMat.match = std::move(*$2); } ;
-m_measure_desc
-  : M_MEASURE mtext FM_MEASURE M_LISTVAR m_v_items FM_LISTVAR { $$ = std::make_unique<MetaMeasure>(MetaMeasure{std::move($2), std::move($5)}); }
+m_meta_distance
+  : M_METADISTANCE m_measure_desc FM_METADISTANCE { Meta(ctx).metaMat.distance = std::exchange(ctx.measure, {}); }
   ;
-m_v_items: %empty { } | m_v_items M_V mint FM_V { $$ = std::move($1); $$.push_back($3); } ;
+m_meta_match: M_METAMATCH m_measure_desc FM_METAMATCH { Meta(ctx).metaMat.match = std::exchange(ctx.measure, {}); } ;
+m_measure_desc
+  : M_MEASURE mtext FM_MEASURE M_LISTVAR m_v_items FM_LISTVAR
+    { ctx.measure = MetaMeasure{$2.str(), std::exchange(ctx.numbers, {})}; }
+  ;
+m_v_items: %empty | m_v_items M_V mint FM_V { ctx.numbers.push_back($3); } ;
 
 m_meta_ind_lis: M_METAINDLIS m_meta_inds FM_METAINDLIS ;
 m_meta_inds: %empty | m_meta_inds m_meta_ind ;
 m_meta_ind
   : M_METAIND m_num m_name M_NBINOBJ mint FM_NBINOBJ M_GNBINOBJ mint FM_GNBINOBJ m_operator FM_METAIND
-    { Meta(ctx).metaMat.inds.push_back(MetaInd{$2, std::move($3), $5, $8, std::move($10)}); }
+    { Meta(ctx).metaMat.inds.push_back(MetaInd{$2, $3.str(), $5, $8, $10.str()}); }
   ;
 
 m_meta_var_lis: M_METAVARLIS m_meta_vars FM_METAVARLIS ;
@@ -552,11 +547,11 @@ m_meta_vars: %empty | m_meta_vars m_meta_var ;
 m_meta_var
   : M_METAVAR m_num m_name M_VARORIG mint FM_VARORIG m_var_orig_lis m_label M_RELUNIT mtext FM_RELUNIT
     M_STEPWIDHT mtext FM_STEPWIDHT m_operator FM_METAVAR
-    { Meta(ctx).metaMat.vars.push_back(MetaVar{$2, std::move($3), $5, std::move($7), std::move($8),
-                                              std::move($10), std::move($13), std::move($15)}); }
+    { Meta(ctx).metaMat.vars.push_back(MetaVar{$2, $3.str(), $5, std::exchange(ctx.numbers, {}), $8.str(),
+                                              $10.str(), $13.str(), $15.str()}); }
   ;
-m_var_orig_lis: %empty { } | M_VARORIGLIS m_vo_items FM_VARORIGLIS { $$ = std::move($2); } ;
-m_vo_items: %empty { } | m_vo_items M_VO mint FM_VO { $$ = std::move($1); $$.push_back($3); } ;
+m_var_orig_lis: %empty | M_VARORIGLIS m_vo_items FM_VARORIGLIS ;
+m_vo_items: %empty | m_vo_items M_VO mint FM_VO { ctx.numbers.push_back($3); } ;
 
 %%
 
