@@ -129,6 +129,7 @@ bool ProjectReader::readHeader() {
   matrix_->cellCount = header_[kCellVariables];
   matrix_->taxonomyCount = header_[kTaxonomies];
   matrix_->cellTaxonomyCount = header_[kCellTaxonomies];
+  matrix_->motherCandidates = header_[kMotherCandidates];
   matrix_->reductionThreshold = header_[kReductionThreshold];
   matrix_->divisionClassCount = header_[kDivisionClasses];
   slots_.assign(assertionCount_, nullptr);
@@ -172,7 +173,9 @@ bool ProjectReader::readVariable() {
 }
 
 // The leaves, numbered 0..m-1, then the taxonomy nodes, m..m+n-1: each
-// number once, each name once, links resolved once both tables are read.
+// number once, each leaf name once, links resolved once both tables are
+// read. A node may repeat a name: the root that completes a taxonomy is
+// "root_" even when the query named a modality or a node so.
 bool ProjectReader::readModalities(CategoricalVariable& variable, uint16_t leaves) {
   uint16_t nodes, mode, root;
   if (!in_.u16(nodes) || !in_.u16(mode) || !in_.u16(root)) return false;
@@ -189,7 +192,7 @@ bool ProjectReader::readModalities(CategoricalVariable& variable, uint16_t leave
     if (!in_.string(name) || !in_.u16(number)) return false;
     const bool leaf = i < leaves;
     if (leaf ? number >= leaves : (number < leaves || number >= total)) return false;
-    if (variable.byIndex(number) || variable.findNode(name)) return false;
+    if (variable.byIndex(number) || (leaf && variable.modalities.find(name))) return false;
     if (leaf)
       variable.addModality(std::move(name), number);
     else

@@ -152,6 +152,32 @@ TEST(ProjectFile, RoundTripRebuildsEveryPartAndTheSameBytes) {
   EXPECT_EQ(loaded->orderedAssertions[1], blue);
 }
 
+TEST(ProjectFile, ANodeNamedLikeTheRootReadsBack) {
+  // The query names an inner node root_ above a; b stays a top, so the
+  // completed taxonomy has a second root_ above both.
+  auto matrix = test::smallProject();
+  auto& c = static_cast<CategoricalVariable&>(matrix->variable(1));
+  {
+    TaxonomyBuilder builder(c);
+    using Row = std::array<std::optional<std::string_view>, 2>;
+    ASSERT_EQ(builder.addRow(Row{"a", "root_"}), 1);
+    ASSERT_EQ(builder.finish(), 2);
+  }
+  settleTaxonomy(*matrix, 1);
+  const std::string bytes = projectBytes(*matrix);
+  const auto loaded = projectFromBytes(bytes);
+  ASSERT_TRUE(loaded) << lastError();
+  EXPECT_EQ(projectBytes(*loaded), bytes);
+  const auto& back = static_cast<const CategoricalVariable&>(loaded->variable(1));
+  ASSERT_TRUE(back.hasTaxonomy());
+  ASSERT_TRUE(back.byIndex(2) && back.byIndex(3));
+  EXPECT_EQ(back.byIndex(2)->name, "root_");
+  EXPECT_EQ(back.taxonomyRoot, back.byIndex(3));
+  EXPECT_EQ(back.taxonomyRoot->name, "root_");
+  EXPECT_EQ(back.byIndex(0)->parent, back.byIndex(2));
+  EXPECT_EQ(back.byIndex(2)->parent, back.taxonomyRoot);
+}
+
 TEST(ProjectFile, HeaderCountersAreTruncatedTo16Bits) {
   auto matrix = test::smallProject();
   matrix->divisionClassCount = 70000;     // 70000 - 65536 = 4464
