@@ -32,6 +32,14 @@ void hordeRows(const SymbolicMatrix& matrix, bool reduced, std::vector<const Ass
   }
 }
 
+// True when everything given to the stream reached its file; otherwise
+// (a full disk, an I/O error) says so in the last-error text.
+bool streamWritten(const std::ostream& stream, const std::string& name) {
+  if (stream) return true;
+  setError("Can not write file %s", name.c_str());
+  return false;
+}
+
 }  // namespace
 
 bool Document::askExportValues(ExportValues& values) {
@@ -74,7 +82,7 @@ bool Document::exportMatrix() {
   const bool written = IndexAndWriteSymbolicText(temporary, *matrix_, values.exportReducedAssertions, &console_);
   console_.print("[done]");
   temporary.close();
-  if (!written || !temporary) return showFailure();
+  if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
 
   symlib::SymbolicFile model;
   if (!readTemporaryFile(model, console_)) return showFailure();
@@ -131,7 +139,7 @@ bool Document::exportHordes() {
             labels, rows);
   bool written;
   if (!xml) {
-    written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && out.flush();
+    written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && streamWritten(out.flush(), destination);
   } else {
     std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
     if (!temporary) {
@@ -142,7 +150,7 @@ bool Document::exportHordes() {
     written = WriteSymbolicRows(temporary, *matrix_, labels, rows, &console_);
     temporary.close();
     console_.print("[done]");
-    if (!written) return showFailure();
+    if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
     symlib::SymbolicFile model;
     if (!readTemporaryFile(model, console_)) return showFailure();
     console_.print("saving XML file %s ...", destination.c_str());

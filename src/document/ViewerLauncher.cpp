@@ -51,8 +51,12 @@ bool startDetached(const std::string& program, const std::string& path) {
 std::vector<std::string> viewerPrograms(ViewerKind kind) {
   const char* chosen = std::getenv("VELDA_VIEWER");
   if (chosen && *chosen) return {chosen};
-  if (kind == ViewerKind::Xml) return {"xdg-open", "nautilus", "thunar", "dolphin", "sensible-browser"};
-  return {"xdg-open", "sensible-editor", "gedit", "kate", "mousepad"};
+  const std::vector<std::string> textViewers = {"sensible-editor", "gedit", "kate", "mousepad"};
+  std::vector<std::string> programs = {"xdg-open"};
+  // XML goes to a file browser first and falls back to the text viewers.
+  if (kind == ViewerKind::Xml) programs.insert(programs.end(), {"nautilus", "thunar", "dolphin", "sensible-browser"});
+  programs.insert(programs.end(), textViewers.begin(), textViewers.end());
+  return programs;
 }
 
 bool launchViewer(const std::string& path, ViewerKind kind) {

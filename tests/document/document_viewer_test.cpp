@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "document/ViewFiles.h"
@@ -42,6 +43,13 @@ TEST(DocumentViewer, TheChosenViewerIsTheOnlyOneTried) {
   ScopedEnv none("VELDA_VIEWER", "");
   EXPECT_EQ(viewerPrograms(ViewerKind::Text).front(), "xdg-open");
   EXPECT_EQ(viewerPrograms(ViewerKind::Xml).front(), "xdg-open");
+
+  // XML: file browsers, then the same text viewers as text, in their order.
+  const std::vector<std::string> text = viewerPrograms(ViewerKind::Text);
+  const std::vector<std::string> xml = viewerPrograms(ViewerKind::Xml);
+  ASSERT_GT(xml.size(), text.size());
+  EXPECT_TRUE(std::equal(text.begin() + 1, text.end(), xml.end() - static_cast<long>(text.size() - 1)));
+  EXPECT_EQ(xml[1], "nautilus");
 }
 
 TEST(DocumentViewer, ViewFilesAreMadeInTmpdirOnceAndDeletedAtTheEnd) {
