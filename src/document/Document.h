@@ -104,7 +104,9 @@ class Document {
  private:
   bool save(bool askForName);
   void loadMetadata(const std::string& name, bool ignore);
-  void printSummary();
+  // The three lines that describe the matrix after Open (with the
+  // individual count) or New by join (assertions only).
+  void printSummary(bool withIndividuals);
   bool addVariables(bool setValued);
   // Runs an operation inside the progress dialog and reports a cancel or a
   // failure with the given texts.

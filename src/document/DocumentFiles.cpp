@@ -23,13 +23,17 @@ FileRequest projectFileRequest(FileRequest::Mode mode) {
 
 }  // namespace
 
-void Document::printSummary() {
+void Document::printSummary(bool withIndividuals) {
   const SymbolicMatrix& m = *matrix_;
   console_.print("Symbolic data matrix is composed by:");
   console_.print("%d variables (%d qualitatives, %d quantitatives)", static_cast<int>(m.variableCount()),
                  static_cast<int>(m.categoricalCount()), static_cast<int>(m.quantitativeCount()));
-  console_.print("%d assertions build from %d individuals", static_cast<int>(m.assertionCount()),
-                 static_cast<int>(m.individualCount()));
+  if (withIndividuals) {
+    console_.print("%d assertions build from %d individuals", static_cast<int>(m.assertionCount()),
+                   static_cast<int>(m.individualCount()));
+  } else {
+    console_.print("%d assertions", static_cast<int>(m.assertionCount()));
+  }
 }
 
 bool Document::closeData() {
@@ -113,7 +117,7 @@ bool Document::open() {
   matrix_ = std::move(loaded);
   assertionsOutOfDate_ = false;
   if (matrix_->indexAssertions()) refreshDisplays();
-  printSummary();
+  printSummary(true);
   fileRecord_ = FileRecord::fromPath(choice.path);
   updateTitle();
   finishCommand();

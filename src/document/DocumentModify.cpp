@@ -1,4 +1,5 @@
 // The document's Modify commands that edit the matrix directly.
+#include <algorithm>
 #include <sstream>
 
 #include "common/LastError.h"
@@ -9,6 +10,7 @@
 #include "model/SymbolicMatrix.h"
 #include "model/Taxonomy.h"
 #include "model/VariableRemoval.h"
+#include "model/VariableSelection.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
@@ -57,12 +59,21 @@ bool Document::removeVariables() {
   if (!removableVariables(*matrix_, offered)) return showFailure();
   VariableSelection values;
   if (!ui_.askRemoveVariables(values) || values.variableIndexes.empty()) return false;
-  if (values.variableIndexes.size() >= matrix_->variableCount()) {
+  // A choice from elsewhere than the dialog (the command line) is held to
+  // what the dialog offers; repeats count once.
+  std::vector<int32_t> chosen;
+  if (!sortedSelection(values.variableIndexes, matrix_->variableCount(), chosen)) return showFailure();
+  if (chosen.size() >= matrix_->variableCount()) {
     ui_.showMessage("Impossible to remove all the variables", MessageIcon::Warning);
     return false;
   }
+  for (int32_t index : chosen) {
+    if (std::binary_search(offered.begin(), offered.end(), index)) continue;
+    setError("Variable '%s' can not be removed", matrix_->variable(static_cast<size_t>(index)).name.c_str());
+    return showFailure();
+  }
   BusyScope busy(ui_, "Removing variables...");
-  if (!velda::removeVariables(*matrix_, values.variableIndexes, console_)) return showFailure();
+  if (!velda::removeVariables(*matrix_, chosen, console_)) return showFailure();
   setModified();
   ui_.refreshDisplay(Display::Variables);
   finishCommand();
@@ -112,15 +123,18 @@ bool Document::removeTaxonomies() {
 bool Document::addDependence() {
   if (!matrix_) return false;
   DependenceValues values;
-  if (!ui_.askDependence(values)) return false;
   RuleGroup group;
-  if (!makeRuleGroup(*matrix_, values.motherIndex, values.applicableModalities, values.daughterIndexes, group))
-    return showFailure();
-  if (!previewRule(*matrix_, console_, group)) {
+  // No to the replacement question keeps the dialog, with the same choice;
+  // only Cancel in the dialog ends the command.
+  for (;;) {
+    if (!ui_.askDependence(values)) return false;
+    if (!makeRuleGroup(*matrix_, values.motherIndex, values.applicableModalities, values.daughterIndexes, group))
+      return showFailure();
+    if (previewRule(*matrix_, console_, group)) break;
     const Answer answer =
         ui_.ask("Some values will be replaced by NA and this can not be undone.\nDo you wish to continue ?",
                 QuestionButtons::YesNo, MessageIcon::Question);
-    if (answer != Answer::Yes) return false;
+    if (answer == Answer::Yes) break;
   }
   std::vector<std::string> descriptions;
   for (const auto& rule : group) {

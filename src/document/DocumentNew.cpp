@@ -19,6 +19,9 @@ bool Document::refused(const std::optional<Refusal>& refusal) {
 }
 
 bool Document::newFromDatabase() {
+  // Like Open: the current data goes first, so a failed extraction leaves
+  // the document empty.
+  if (!closeData()) return false;
   NewValues values;
   if (!ui_.askNew(values) || refused(checkNewValues(values))) return false;
   if (!connection_) {
@@ -39,8 +42,6 @@ bool Document::newFromDatabase() {
       },
       cancelled);
 
-  // The current data goes only once there is something to take its place.
-  if (result.matrix && result.matrix->individualCount() > 0 && !closeData()) return false;
   const std::string source = dataSourceName(*connection_);
   ExtractionEndingHooks hooks;
   hooks.install = [this](std::unique_ptr<SymbolicMatrix> matrix) {
@@ -65,9 +66,9 @@ bool Document::newFromDatabase() {
 }
 
 bool Document::newByJoin() {
+  if (!closeData()) return false;
   JoinValues values;
   if (!ui_.askJoin(values) || refused(checkJoinValues(values))) return false;
-  std::unique_ptr<SymbolicMatrix> joined;
   {
     std::FILE* first = std::fopen(values.firstFile.c_str(), "rb");
     std::FILE* second = first ? std::fopen(values.secondFile.c_str(), "rb") : nullptr;
@@ -77,17 +78,15 @@ bool Document::newByJoin() {
       return showFailure();
     }
     BusyScope busy(ui_, "Joining files...");
-    joined = JoinFiles(first, second);
+    matrix_ = JoinFiles(first, second);
     std::fclose(first);
     std::fclose(second);
   }
-  if (!joined) return showFailure();
-  if (!closeData()) return false;
-  matrix_ = std::move(joined);
+  if (!matrix_) return showFailure();
   assertionsOutOfDate_ = false;
   fileRecord_ = FileRecord();
   setModified();
-  printSummary();
+  printSummary(false);
   refreshDisplays();
   updateTitle();
   finishCommand();

@@ -34,12 +34,15 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err)[0], "Minimum of individuals must be more than 0");
 
-  // Without --yes the dependence is only previewed.
+  // Without --yes the dependence is only previewed: No brings the dialog
+  // back once, and the second time it is cancelled with the reason.
   result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then",
                    "dependence", "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
                   dir.path());
   EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "velda-cli: dependence failed");
+  EXPECT_EQ(linesOf(result.err),
+            (std::vector<std::string>{"Dependence not added: some values would be replaced by NA (confirm with --yes)",
+                                      "velda-cli: dependence failed"}));
   EXPECT_EQ(result.out.find("rules added"), std::string::npos);
 }
 

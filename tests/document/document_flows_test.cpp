@@ -180,6 +180,46 @@ TEST_F(DocumentFlows, IgnoreMetadataWinsOverAnExistingMetadataFile) {
   EXPECT_EQ(document_.console().count(), 0u);
 }
 
+TEST_F(DocumentFlows, JoinClosesTheDataFirstAndAFailedJoinLeavesNothing) {
+  const std::string first = writeProject("first.gaj");
+  const std::string second = writeProject("second.gaj");
+  const std::string bogus = dir_.file("notes.gaj");
+  std::ofstream(bogus) << "not a project";
+  ASSERT_TRUE(openFile(first));
+  document_.editVariableProperties();
+  const SymbolicMatrix* before = document_.matrix();
+  JoinValues files{first, second};
+  int dialogs = 0;
+  ui_.onJoin = [&](JoinValues& values) {
+    ++dialogs;
+    values = files;
+    return true;
+  };
+
+  // Cancel at the save question: no dialog, nothing changes.
+  ui_.onAsk = [](const std::string&) { return Answer::Cancel; };
+  EXPECT_FALSE(document_.newByJoin());
+  EXPECT_EQ(dialogs, 0);
+  EXPECT_EQ(document_.matrix(), before);
+
+  ui_.onAsk = [](const std::string&) { return Answer::No; };
+  ASSERT_TRUE(document_.newByJoin());
+  EXPECT_EQ(dialogs, 1);
+  EXPECT_EQ(std::vector<std::string>(document_.console().lines().begin(), document_.console().lines().end()),
+            (std::vector<std::string>{"Symbolic data matrix is composed by:",
+                                      "4 variables (2 qualitatives, 2 quantitatives)", "2 assertions"}));
+  EXPECT_TRUE(document_.isModified());
+  EXPECT_EQ(ui_.statusTexts.back(), "Joining files...");
+
+  // The joined data is closed before the files are read; the failure
+  // leaves the document without data.
+  files.secondFile = bogus;
+  EXPECT_FALSE(document_.newByJoin());
+  EXPECT_EQ(ui_.lastMessage(), "Incorrect file type");
+  EXPECT_EQ(document_.matrix(), nullptr);
+  EXPECT_FALSE(document_.state().hasData);
+}
+
 TEST_F(DocumentFlows, RemovingEveryVariableIsRefusedAndChangesNothing) {
   ASSERT_TRUE(openFile(writeProject("towns.gaj", true)));
   ASSERT_TRUE(document_.isEnabled(ID_REMOVE_VARIABLES));
@@ -198,8 +238,19 @@ TEST_F(DocumentFlows, RemovingEveryVariableIsRefusedAndChangesNothing) {
   EXPECT_FALSE(document_.removeVariables());
   EXPECT_TRUE(ui_.messages.empty());
 
+  // A variable that the dialog does not offer (one the individuals hold);
+  // the repeats do not make it "all the variables".
   ui_.onRemoveVariables = [](VariableSelection& chosen) {
-    chosen.variableIndexes = {2};
+    chosen.variableIndexes = {0, 2, 2};
+    return true;
+  };
+  EXPECT_FALSE(document_.removeVariables());
+  EXPECT_EQ(ui_.lastMessage(), "Variable 'town' can not be removed");
+  EXPECT_EQ(document_.matrix()->variableCount(), 3u);
+  EXPECT_FALSE(document_.isModified());
+
+  ui_.onRemoveVariables = [](VariableSelection& chosen) {
+    chosen.variableIndexes = {2, 2, 2};
     return true;
   };
   EXPECT_TRUE(document_.removeVariables());
@@ -264,6 +315,14 @@ TEST_F(DocumentFlows, ExportMarksTheDocumentModifiedEvenWhenItFails) {
   }));
   EXPECT_EQ(proposed, "/nonexistent-velda-dir/out.kvf");
   EXPECT_EQ(ui_.lastMessage(), "You must set a file name");
+
+  // A temporary file that opens but cannot take the text is reported as
+  // such, not with whatever error text came before.
+  ASSERT_EQ(std::remove("tempkvf.dat"), 0);
+  ASSERT_EQ(symlink("/dev/full", "tempkvf.dat"), 0);
+  EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = dir_.file("out.kvf"); }));
+  EXPECT_EQ(ui_.lastMessage(), "Can not write file tempkvf.dat");
+  EXPECT_FALSE(exists(dir_.file("out.kvf")));
 }
 
 TEST_F(DocumentFlows, KvfAnywhereInThePathMeansSymbolicText) {

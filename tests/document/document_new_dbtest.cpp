@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <fstream>
+#include <sstream>
+
 #include "document/Document.h"
 #include "document/ScriptedUserInterface.h"
 #include "model/SymbolicMatrix.h"
@@ -29,7 +32,9 @@ class DocumentNew : public ::testing::Test {
   test::SqliteDatabase database_{
       "CREATE TABLE people (id integer, town varchar(20), age integer);"
       "INSERT INTO people VALUES (1, 'Lyon', 30), (2, 'Lyon', 40), (3, 'Nice', 50);"
-      "CREATE TABLE empty_people (id integer, town varchar(20), age integer);"};
+      "CREATE TABLE empty_people (id integer, town varchar(20), age integer);"
+      "CREATE TABLE sizes (town varchar(20), area real);"
+      "INSERT INTO sizes VALUES ('Lyon', 48), ('Nice', 72);"};
   test::TempDir dir_;
   ScriptedUserInterface ui_;
   Document document_{ui_};
@@ -77,19 +82,31 @@ TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
   EXPECT_EQ(document_.fileRecord().path, dir_.file("people.gaj"));
 }
 
-TEST_F(DocumentNew, AFailedExtractionKeepsTheCurrentData) {
+TEST_F(DocumentNew, NewClosesTheDataBeforeItsDialogSoAFailureLeavesNothing) {
   ASSERT_TRUE(document_.connect(database_.connectionString()));
   ASSERT_TRUE(document_.newFromDatabase());
   SymbolicMatrix* before = document_.matrix();
 
-  ui_.onNew = [](NewValues& values) {
+  // Cancel at the save question: the dialog never shows, the data stays.
+  int dialogs = 0;
+  ui_.onAsk = [](const std::string&) { return Answer::Cancel; };
+  ui_.onNew = [&](NewValues& values) {
+    ++dialogs;
     values.tableName = "empty_people";
     return true;
   };
   EXPECT_FALSE(document_.newFromDatabase());
-  EXPECT_EQ(ui_.lastMessage(), "No individual extracted");
+  EXPECT_EQ(ui_.questions, std::vector<std::string>{"Do you want to save current data ?"});
+  EXPECT_EQ(dialogs, 0);
   EXPECT_EQ(document_.matrix(), before);
-  EXPECT_TRUE(ui_.questions.empty());  // nothing replaced, nothing asked
+
+  // No: the data goes before the dialog, and an empty result leaves nothing.
+  ui_.onAsk = [](const std::string&) { return Answer::No; };
+  EXPECT_FALSE(document_.newFromDatabase());
+  EXPECT_EQ(dialogs, 1);
+  EXPECT_EQ(ui_.lastMessage(), "No individual extracted");
+  EXPECT_EQ(document_.matrix(), nullptr);
+  EXPECT_FALSE(document_.isModified());
 
   ui_.onNew = [](NewValues& values) {
     values.query = "select id, age from people";
@@ -97,7 +114,7 @@ TEST_F(DocumentNew, AFailedExtractionKeepsTheCurrentData) {
   };
   EXPECT_FALSE(document_.newFromDatabase());
   EXPECT_EQ(ui_.lastMessage(), "Insufficient number of columns");
-  EXPECT_EQ(document_.matrix(), before);
+  EXPECT_EQ(document_.matrix(), nullptr);
 
   ASSERT_TRUE(document_.disconnect());
   ui_.onNew = [](NewValues& values) {
@@ -105,7 +122,40 @@ TEST_F(DocumentNew, AFailedExtractionKeepsTheCurrentData) {
     return true;
   };
   EXPECT_FALSE(document_.newFromDatabase());
-  EXPECT_EQ(document_.matrix(), before);
+  EXPECT_EQ(document_.matrix(), nullptr);
+  EXPECT_EQ(ui_.questions.size(), 2u);  // Cancel, then No: with no data nothing more is asked
+}
+
+TEST_F(DocumentNew, VariablesAddedAfterAReductionAreExportedWithTheReducedRows) {
+  char previous[4096];
+  ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
+  ASSERT_EQ(chdir(dir_.path().c_str()), 0);  // tempkvf.dat and parser.dat land here
+  ASSERT_TRUE(document_.connect(database_.connectionString()));
+  ASSERT_TRUE(document_.newFromDatabase());
+  ui_.onReduction = [](ReductionValues& values) {
+    values.threshold = 50;
+    return true;
+  };
+  ASSERT_TRUE(document_.reduceAssertions());
+  ASSERT_EQ(document_.matrix()->reducedAssertions.size(), 2u);
+  ui_.onAddVariables = [](AddVariablesValues& values) {
+    values.query = "select town, area from sizes";
+    return true;
+  };
+  ASSERT_TRUE(document_.addSingleValuedVariables());
+
+  // The reduced rows have no area: it is written as missing.
+  const std::string destination = dir_.file("reduced.kvf");
+  ui_.onExport = [&](ExportValues& values) {
+    values.file = destination;
+    return values.exportReducedAssertions;
+  };
+  EXPECT_TRUE(document_.exportMatrix()) << ui_.lastMessage();
+  std::ifstream in(destination);
+  std::ostringstream text;
+  text << in.rdbuf();
+  EXPECT_NE(text.str().find("NU"), std::string::npos);
+  ASSERT_EQ(chdir(previous), 0);
 }
 
 }  // namespace

@@ -263,7 +263,11 @@ Action parseDependence(Arguments& args) {
     }
     if (!variablesNamed(s, daughterNames, values.daughterIndexes)) return false;
     s.ui.confirmDependence = yes;
-    s.ui.onDependence = [values](DependenceValues& v) {
+    // Without --yes the replacement question is answered No, which brings
+    // the dialog back: the second time it is cancelled, with the reason.
+    s.ui.onDependence = [values, &s, asked = false](DependenceValues& v) mutable {
+      if (asked) return fail(s, "Dependence not added: some values would be replaced by NA (confirm with --yes)");
+      asked = true;
       v = values;
       return true;
     };
