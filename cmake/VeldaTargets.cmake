@@ -54,3 +54,67 @@ function(velda_test_folder name)
     endif()
   endforeach()
 endfunction()
+
+# velda_fuzz_test(NAME SOURCES files... LIBRARIES targets... CORPORA folders...
+#                 OPTIONS flags...)
+# A libFuzzer target and its bounded run. libFuzzer comes with clang, so the
+# given sources (the harness first) and every source of the given libraries
+# are compiled by one separate clang invocation, whatever compiler builds the
+# rest, with the address and undefined-behaviour sanitizers. The run (ctest
+# NAME, label fuzz) starts from the given corpora and keeps the inputs it
+# finds in NAME_work/corpus of the build, never in the given folders. Without
+# clang there is neither target nor test (callers check `if(TARGET NAME)`).
+function(velda_fuzz_test name)
+  cmake_parse_arguments(F "" "" "SOURCES;LIBRARIES;CORPORA;OPTIONS" ${ARGN})
+  find_program(VELDA_CLANGXX NAMES clang++ clang++-14)
+  if(NOT VELDA_CLANGXX)
+    message(STATUS "clang++ not found: no fuzz target ${name}")
+    return()
+  endif()
+
+  set(sources)
+  set(includes ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
+  # Headers are dependencies too, so that a changed declaration rebuilds.
+  file(GLOB headers ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  foreach(source ${F_SOURCES})
+    cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+    list(APPEND sources ${source})
+    cmake_path(GET source PARENT_PATH folder)
+    file(GLOB folder_headers ${folder}/*.h)
+    list(APPEND headers ${folder_headers})
+  endforeach()
+  foreach(library ${F_LIBRARIES})
+    get_target_property(library_folder ${library} SOURCE_DIR)
+    get_target_property(library_sources ${library} SOURCES)
+    get_target_property(library_includes ${library} INCLUDE_DIRECTORIES)
+    foreach(source ${library_sources})
+      cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${library_folder})
+      list(APPEND sources ${source})
+    endforeach()
+    list(APPEND includes ${library_includes})
+    file(GLOB library_headers ${library_folder}/*.h)
+    list(APPEND headers ${library_headers})
+  endforeach()
+  list(FILTER sources INCLUDE REGEX "\\.cpp$")
+  list(REMOVE_DUPLICATES headers)
+  list(REMOVE_DUPLICATES includes)
+  list(TRANSFORM includes PREPEND -I)
+
+  set(binary ${CMAKE_BINARY_DIR}/tests/${name})
+  add_custom_command(OUTPUT ${binary}
+    COMMAND ${VELDA_CLANGXX} -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined
+            -fno-sanitize-recover=undefined ${includes} ${sources} -o ${binary}
+    DEPENDS ${sources} ${headers}
+    COMMENT "Building the fuzz target ${name} with clang"
+    VERBATIM)
+  add_custom_target(${name} ALL DEPENDS ${binary})
+  # The libraries' generated sources are made by their own targets.
+  if(F_LIBRARIES)
+    add_dependencies(${name} ${F_LIBRARIES})
+  endif()
+
+  set(work ${CMAKE_BINARY_DIR}/tests/${name}_work)
+  file(MAKE_DIRECTORY ${work}/corpus)
+  add_test(NAME ${name} COMMAND ${binary} ${F_OPTIONS} ${work}/corpus ${F_CORPORA})
+  set_tests_properties(${name} PROPERTIES LABELS fuzz WORKING_DIRECTORY ${work})
+endfunction()

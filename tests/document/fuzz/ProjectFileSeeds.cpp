@@ -1,8 +1,10 @@
-// Writes the sample projects (one of every feature) into a folder: the
-// seeds of the project-file fuzzer.
+// Writes the sample projects (one of every feature) into a folder, made
+// when missing: the seeds of the project-file fuzzer.
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 #include "document/ProjectFileSamples.h"
 
@@ -12,6 +14,9 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string folder = argv[1];
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) return 1;
   const std::pair<const char*, std::string> seeds[] = {
       {"small.gaj", velda::test::projectBytes(*velda::test::smallProject())},
       {"full.gaj", velda::test::projectBytes(*velda::test::fullProject())},
