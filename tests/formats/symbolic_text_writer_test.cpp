@@ -1,21 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <optional>
 #include <sstream>
 #include <string>
-#include <string_view>
 
+#include "WriterMatrix.h"
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
 #include "formats/SymbolicTextWriter.h"
 #include "model/CategoricalValue.h"
-#include "model/CategoricalVariable.h"
 #include "model/Dependence.h"
-#include "model/QuantitativeVariable.h"
-#include "model/SymbolicMatrix.h"
-#include "model/Taxonomy.h"
-#include "model/TaxonomyBuilder.h"
 
 namespace velda {
 namespace {
@@ -30,49 +24,7 @@ constexpr const char* kFiles =
     "base = \"\"\n"
     "),\n\n";
 
-class WriterTest : public ::testing::Test {
- protected:
-  void SetUp() override { matrix = SymbolicMatrix::create(); }
-
-  size_t quantitative(const char* name, int32_t interval) {
-    matrix->appendVariable(std::make_unique<QuantitativeVariable>(name, interval));
-    return matrix->variableCount() - 1;
-  }
-  size_t categorical(const char* name, int32_t multiple, int32_t mode = MODE_BOOLEAN) {
-    auto variable = std::make_unique<CategoricalVariable>(name, multiple, 1);
-    if (multiple) variable->mode = mode;
-    matrix->appendVariable(std::move(variable));
-    return matrix->variableCount() - 1;
-  }
-  CategoricalVariable& category(size_t v) { return static_cast<CategoricalVariable&>(matrix->variable(v)); }
-
-  // Adds one member's database text (null: NULL) to an assertion's value,
-  // marked NA when asked, growing the variable's domain as a row would.
-  void add(Assertion& a, size_t v, const char* text, double weight = 1.0, bool na = false) {
-    CellValue cell;
-    ASSERT_EQ(matrix->variable(v).addCell(text, cell), 1);
-    if (na) cell.flags |= CELL_NA;
-    ASSERT_EQ(a.value(v).addCell(cell, weight), 1);
-  }
-
-  void taxonomy(size_t v, std::initializer_list<std::pair<const char*, const char*>> links) {
-    TaxonomyBuilder builder(category(v));
-    for (const auto& [child, parent] : links) {
-      const std::array<std::optional<std::string_view>, 2> row{child, parent};
-      ASSERT_EQ(builder.addRow(row), 1);
-    }
-    ASSERT_GT(builder.finish(), 0);
-    settleTaxonomy(*matrix, v);
-  }
-
-  std::string write(bool reduced = false) {
-    std::ostringstream out;
-    EXPECT_TRUE(WriteSymbolicText(out, *matrix, reduced));
-    return out.str();
-  }
-
-  std::unique_ptr<SymbolicMatrix> matrix;
-};
+class WriterTest : public ::testing::Test, protected test::WriterMatrix {};
 
 TEST_F(WriterTest, WritesEveryKindOfValueWithCountsAndRenumbering) {
   const size_t age = quantitative("age", 0);
