@@ -75,6 +75,7 @@ std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<
       matrix->appendVariable(variableFor(namer.nameFor(column.name), column.kind));
     }
     matrix->cellCount = static_cast<size_t>(variableCount);
+    matrix->motherCandidates = matrix->categoricalCount();
     return std::unique_ptr<ExtractionBuilder>(
         new ExtractionBuilder(std::move(matrix), static_cast<size_t>(variableCount), options));
   } catch (const std::bad_alloc&) {

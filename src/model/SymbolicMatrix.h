@@ -147,16 +147,12 @@ class SymbolicMatrix {
   // succeeded.
   std::vector<Horde> hordes;
 
-  // The variables that can be the mother of a dependence: the categorical
-  // variables among the first cellCount (rules change cells). Stored as the
-  // project file's header counter 7; "Add a dependence" is enabled while it
-  // is above 0.
-  size_t motherCandidateCount() const {
-    size_t count = 0;
-    for (size_t v = 0; v < cellCount && v < variables.size(); ++v)
-      if (variables[v]->isCategorical()) ++count;
-    return count;
-  }
+  // How many variables can be the mother of a dependence: the categorical
+  // variables of the extraction (rules change cells), fewer after removals,
+  // the sum of both projects' after a join. Stored as the project file's
+  // header counter 7; "Add a dependence" is enabled while it is above 0.
+  size_t motherCandidates = 0;
+  size_t motherCandidateCount() const { return motherCandidates; }
 
  private:
   SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets);

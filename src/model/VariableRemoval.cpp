@@ -1,5 +1,6 @@
 #include "model/VariableRemoval.h"
 
+#include <algorithm>
 #include <new>
 
 #include "common/ConsoleLog.h"
@@ -93,8 +94,12 @@ int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableInd
   if (!checkRemovable(matrix, chosen)) return 0;
 
   size_t removedCells = 0;
-  for (int32_t index : chosen)
-    if (static_cast<size_t>(index) < matrix.cellCount) ++removedCells;
+  size_t removedMothers = 0;
+  for (int32_t index : chosen) {
+    if (static_cast<size_t>(index) >= matrix.cellCount) continue;
+    ++removedCells;
+    if (matrix.variable(static_cast<size_t>(index)).isCategorical()) ++removedMothers;
+  }
   std::vector<int32_t> moved;
   std::vector<std::unique_ptr<CellValue[]>> cells;
   try {
@@ -113,6 +118,7 @@ int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableInd
     for (Individual& individual : matrix.individuals) individual.cells = std::move(cells[next++]);
     matrix.cellCount -= removedCells;
   }
+  matrix.motherCandidates -= std::min(removedMothers, matrix.motherCandidates);
   forEachValueRow(matrix, [&chosen](Assertion& row) { eraseChosen(row.values, chosen); });
   eraseChosen(matrix.variables, chosen);
   eraseChosen(matrix.isDaughter, chosen);

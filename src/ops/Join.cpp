@@ -83,6 +83,7 @@ void takeVariablesAndRules(SymbolicMatrix& result, SymbolicMatrix& first, Symbol
   result.cellCount = first.cellCount + second.cellCount;
   result.taxonomyCount = first.taxonomyCount + second.taxonomyCount;
   result.cellTaxonomyCount = first.cellTaxonomyCount + second.cellTaxonomyCount;
+  result.motherCandidates = first.motherCandidates + second.motherCandidates;
 }
 
 void joinAssertion(SymbolicMatrix& result, Assertion& fromFirst, Assertion& fromSecond) {

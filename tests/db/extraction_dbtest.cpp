@@ -97,6 +97,7 @@ TEST(ExtractionSqlite, RowsBecomeIndividualsGroupedIntoAssertions) {
   EXPECT_EQ(m.rowsRead, 7);
   ASSERT_EQ(m.variableCount(), 3u);
   EXPECT_EQ(m.categoricalCount(), 1u);
+  EXPECT_EQ(m.motherCandidateCount(), 1u);
   EXPECT_EQ(m.quantitativeCount(), 2u);
   EXPECT_EQ(m.variable(0).multiple, 1);
   EXPECT_EQ(m.variable(1).multiple, 1);

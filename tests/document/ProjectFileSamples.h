@@ -68,6 +68,7 @@ inline std::unique_ptr<SymbolicMatrix> smallProject() {
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("x", 1));
   matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 0, 1));
   matrix->cellCount = 2;
+  matrix->motherCandidates = 1;
   Assertion& g = matrix->createAssertion("g");
   addIndividual(*matrix, "i1", 1.0, {"2", "a"}, {&g});
   CellValue unused;
@@ -96,6 +97,7 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   matrix->appendVariable(std::move(sports));
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("height", 1));
   matrix->cellCount = 4;
+  matrix->motherCandidates = 2;
   matrix->variable(3).active = 0;
 
   Assertion& a = matrix->createAssertion("red");

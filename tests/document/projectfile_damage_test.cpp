@@ -77,6 +77,17 @@ TEST(ProjectFileDamage, CountsThatDoNotAddUpAreRefused) {
   EXPECT_EQ(refusal(withCounter(0, 0xFFFF)), "Load failed");
 }
 
+TEST(ProjectFileDamage, TheMotherCounterIsKeptAsStored) {
+  // c is the one categorical column, but a join or a removal may have left
+  // another count: it is read and written back as it stands.
+  std::string bytes = projectBytes(*test::smallProject());
+  setU16(bytes, kHeaderOffset + 2 * 6, 0);
+  const auto matrix = projectFromBytes(bytes);
+  ASSERT_TRUE(matrix) << lastError();
+  EXPECT_EQ(matrix->motherCandidateCount(), 0u);
+  EXPECT_EQ(projectBytes(*matrix), bytes);
+}
+
 TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
   const std::string valid = projectBytes(*test::smallProject());
   // The last cell is modality 0 of c: number 2 does not exist.

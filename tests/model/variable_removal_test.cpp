@@ -116,6 +116,26 @@ TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
 }
 
+TEST(VariableRemoval, RemovedCategoricalColumnsLowerTheMotherCount) {
+  test::HandMatrix m;
+  m.categorical("a");
+  m.quantitative("x");
+  m.categorical("b");
+  m.holdCells();
+  m.categorical("added");
+  m.person("i1", {"p", "1", "q"});
+  ASSERT_EQ(m.matrix->motherCandidateCount(), 2u);
+  ConsoleLog console;
+  const int32_t aAndAdded[] = {0, 3};
+  ASSERT_EQ(removeVariables(*m.matrix, aAndAdded, console), 1);
+  EXPECT_EQ(m.matrix->motherCandidateCount(), 1u);
+  // A stored count already below the columns never wraps around.
+  m.matrix->motherCandidates = 0;
+  const int32_t b[] = {1};
+  ASSERT_EQ(removeVariables(*m.matrix, b, console), 1);
+  EXPECT_EQ(m.matrix->motherCandidateCount(), 0u);
+}
+
 TEST(VariableRemoval, RefusedChoicesChangeNothing) {
   RuledMatrix m;
   struct Case {

@@ -105,6 +105,7 @@ TEST(Join, ShiftsTheSecondFilesDependencesPastTheFirstsVariables) {
   second.isDaughter[1] = 1;
   first->taxonomyCount = 1;
   second.taxonomyCount = 2;
+  first->motherCandidates = 1;  // as if the first had a categorical column since removed
 
   auto result = SymbolicMatrix::create(1, 1);
   ASSERT_EQ(Join(*result, *first, second), 1);
@@ -119,6 +120,7 @@ TEST(Join, ShiftsTheSecondFilesDependencesPastTheFirstsVariables) {
   EXPECT_EQ(result->isDaughter, (std::vector<char>{0, 0, 0, 1}));
   EXPECT_EQ(result->categoricalCount(), 2u);
   EXPECT_EQ(result->taxonomyCount, 3);
+  EXPECT_EQ(result->motherCandidateCount(), 3u) << "summed, not counted again";
 }
 
 }  // namespace

@@ -26,8 +26,12 @@ struct HandMatrix {
     matrix->appendVariable(std::make_unique<QuantitativeVariable>(name, interval));
     return static_cast<QuantitativeVariable&>(matrix->variable(matrix->variableCount() - 1));
   }
-  // Every variable made so far holds its cells in the individuals.
-  void holdCells() { matrix->cellCount = matrix->variableCount(); }
+  // Every variable made so far holds its cells in the individuals, as after
+  // an extraction.
+  void holdCells() {
+    matrix->cellCount = matrix->variableCount();
+    matrix->motherCandidates = matrix->categoricalCount();
+  }
 
   // An individual with one text per cell-holding variable (null: NULL).
   Individual& person(const char* id, std::initializer_list<const char*> texts, double weight = 1.0) {
