@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include <fstream>
+#include <new>
 
 #include "common/LastError.h"
 #include "db/Connection.h"
@@ -53,8 +54,22 @@ DocumentState Document::state() const {
   return s;
 }
 
+bool Document::guardMemory(const std::function<bool()>& command) {
+  try {
+    return command();
+  } catch (const std::bad_alloc&) {
+    ui_.showMessage("Memory allocation failed", MessageIcon::Warning);
+    finishCommand();
+    return false;
+  }
+}
+
 bool Document::execute(int32_t id) {
   if (!isEnabled(id)) return false;
+  return guardMemory([this, id] { return executeEnabled(id); });
+}
+
+bool Document::executeEnabled(int32_t id) {
   switch (id) {
     case ID_FILE_NEW: return newFromDatabase();
     case ID_FILE_OPEN: return open();

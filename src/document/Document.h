@@ -55,7 +55,14 @@ class Document {
   // Runs the command with this number if the document carries it out and
   // it is enabled. Commands that only place things on screen (toolbars,
   // panels, help, about, home page) are the frame's and return false here.
+  // Runs under guardMemory.
   bool execute(int32_t commandId);
+
+  // Runs a command so that memory running out anywhere inside it ends the
+  // command with "Memory allocation failed" (warning icon) and false,
+  // instead of leaving through the caller's event loop. Every entry point
+  // of the front ends goes through here.
+  bool guardMemory(const std::function<bool()>& command);
 
   // File.
   bool connect(const std::string& connectionString);
@@ -102,6 +109,7 @@ class Document {
   void updateAssertions();
 
  private:
+  bool executeEnabled(int32_t commandId);
   bool save(bool askForName);
   void loadMetadata(const std::string& name, bool ignore);
   // The three lines that describe the matrix after Open (with the

@@ -260,6 +260,36 @@ TEST_F(DocumentFlows, RemovingEveryVariableIsRefusedAndChangesNothing) {
   EXPECT_FALSE(document_.isEnabled(ID_REMOVE_VARIABLES));
 }
 
+TEST_F(DocumentFlows, NoToTheNaQuestionBringsTheDependenceDialogBackWithTheSameChoice) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  // age is applicable if town in {x}: person 2 (y, 40) loses its age.
+  std::vector<DependenceValues> shown;
+  ui_.onDependence = [&](DependenceValues& values) {
+    shown.push_back(values);
+    if (shown.size() == 3) return false;  // Cancel the third time
+    if (shown.size() == 1) values = DependenceValues{0, {0}, {1}};
+    return true;
+  };
+  ui_.onAsk = [](const std::string&) { return Answer::No; };
+  EXPECT_FALSE(document_.addDependence());
+  ASSERT_EQ(shown.size(), 3u);
+  for (size_t i = 1; i < 3; ++i) {
+    EXPECT_EQ(shown[i].motherIndex, 0);
+    EXPECT_EQ(shown[i].applicableModalities, std::vector<int32_t>{0});
+    EXPECT_EQ(shown[i].daughterIndexes, std::vector<int32_t>{1});
+  }
+  EXPECT_EQ(ui_.questions.size(), 2u);
+  EXPECT_TRUE(document_.matrix()->rules.empty());
+  EXPECT_FALSE(document_.isModified());
+
+  shown.clear();
+  ui_.onAsk = [](const std::string&) { return Answer::Yes; };
+  EXPECT_TRUE(document_.addDependence());
+  EXPECT_EQ(shown.size(), 1u);
+  EXPECT_TRUE(consoleHas("1 rules added:"));
+  EXPECT_EQ(document_.matrix()->rules.size(), 1u);
+}
+
 TEST_F(DocumentFlows, CancelDuringTheReductionIsReportedAsCanceled) {
   ASSERT_TRUE(openFile(writeProject("towns.gaj")));
   ReductionValues offered;
@@ -294,6 +324,22 @@ TEST_F(DocumentFlows, CancelDuringTheReductionIsReportedAsCanceled) {
   EXPECT_EQ(document_.matrix()->reductionThreshold, 50);
   EXPECT_TRUE(document_.isEnabled(ID_VIEW_REDUCED_ASSERTIONS));
   EXPECT_TRUE(document_.isModified());
+}
+
+TEST_F(DocumentFlows, MemoryRunningOutEndsTheCommandWithItsMessage) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  ui_.onReduction = [](ReductionValues&) -> bool { throw std::bad_alloc(); };
+  EXPECT_FALSE(document_.execute(ID_REDUCE_ASSERTIONS));
+  EXPECT_EQ(ui_.lastMessage(), "Memory allocation failed");
+  EXPECT_EQ(ui_.messages.back().icon, MessageIcon::Warning);
+  EXPECT_NE(document_.matrix(), nullptr);
+
+  // The same guard for a front end that runs a command itself.
+  ui_.messages.clear();
+  EXPECT_FALSE(document_.guardMemory([]() -> bool { throw std::bad_alloc(); }));
+  EXPECT_EQ(ui_.lastMessage(), "Memory allocation failed");
+  EXPECT_TRUE(document_.guardMemory([] { return true; }));
+  EXPECT_EQ(ui_.messages.size(), 1u);
 }
 
 TEST_F(DocumentFlows, ExportMarksTheDocumentModifiedEvenWhenItFails) {

@@ -135,7 +135,7 @@ int main(int argc, char** argv) {
   for (size_t i = 0; i < chain.actions.size(); ++i) {
     ui.resetScript();
     const auto start = std::chrono::steady_clock::now();
-    const bool succeeded = chain.actions[i](session);
+    const bool succeeded = document.guardMemory([&] { return chain.actions[i](session); });
     if (showTimes) printTime(chain.names[i], std::chrono::steady_clock::now() - start);
     if (succeeded) continue;
     std::fflush(stdout);

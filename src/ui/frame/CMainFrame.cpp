@@ -291,7 +291,7 @@ void CMainFrame::showHelp() {
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
-  if (!view_->document().closeData()) {
+  if (!view_->document().execute(ID_APP_EXIT)) {
     event->ignore();
     return;
   }
