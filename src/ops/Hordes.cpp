@@ -10,6 +10,9 @@ namespace velda {
 
 namespace {
 
+// Reduces one horde's classes. Its reduced classes and both volume
+// matrices are replaced together once all three are made: a failure leaves
+// the horde's previous results as they were.
 int reduceHorde(const SymbolicMatrix& matrix, Horde& horde, ReductionRun& run) {
   WorkSet workSet;
   if (!workSet.buildFromClasses(horde.classes)) return 0;
@@ -21,14 +24,18 @@ int reduceHorde(const SymbolicMatrix& matrix, Horde& horde, ReductionRun& run) {
     return 0;
   }
   for (const auto& member : horde.classes) rows.push_back(member.get());
-  if (!computeVolumeMatrix(matrix, rows, q, horde.volumesBefore)) return 0;
+  TriangularMatrix before;
+  if (!computeVolumeMatrix(matrix, rows, q, before)) return 0;
 
   std::vector<std::unique_ptr<Assertion>> reduced;
   if (!run.reduceAll(workSet, reduced)) return 0;
   rows.clear();
   for (const auto& member : reduced) rows.push_back(member.get());
-  if (!computeVolumeMatrix(matrix, rows, q, horde.volumesAfter)) return 0;
+  TriangularMatrix after;
+  if (!computeVolumeMatrix(matrix, rows, q, after)) return 0;
   ReductionRun::refreshSubtreeWeights(matrix, reduced);
+  horde.volumesBefore = std::move(before);
+  horde.volumesAfter = std::move(after);
   horde.reducedClasses = std::move(reduced);
   return 1;
 }
@@ -37,11 +44,6 @@ int reduceHorde(const SymbolicMatrix& matrix, Horde& horde, ReductionRun& run) {
 
 int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
   if (matrix.hordes.empty()) return 0;
-  for (Horde& horde : matrix.hordes) {
-    horde.reducedClasses.clear();
-    horde.volumesBefore.clear();
-    horde.volumesAfter.clear();
-  }
   ReductionRun run(matrix, threshold, console, figures);
   for (Horde& horde : matrix.hordes) {
     matrix.reductionThreshold = 0;

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "common/ConsoleLog.h"
+#include "common/Progress.h"
 #include "model/QuantitativeValue.h"
 #include "ops/Division.h"
 #include "ops/Hordes.h"
@@ -54,6 +55,52 @@ TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
   EXPECT_EQ(static_cast<const QuantitativeValue&>(horde.reducedClasses[1]->value(0)).max, 14.0);
   EXPECT_EQ(data.matrix->reductionThreshold, 0) << "the horde reduction never stores its threshold";
   EXPECT_TRUE(data.matrix->reducedAssertions.empty());
+
+  ASSERT_EQ(chdir(previous), 0);
+  free(previous);
+}
+
+// Asks to cancel at every poll.
+struct CancellingTarget : ProgressTarget {
+  void setLine1(const std::string&) override {}
+  void setLine2(const std::string&) override {}
+  void enableCancel(bool) override {}
+  bool cancelRequested() override { return true; }
+};
+
+// A has 2 individuals, so its classes have one each and nothing to remove:
+// its reduction never polls. B's classes have two each and a threshold of 50
+// lets one go: its search polls and meets the cancel.
+TEST(Hordes, ACancelKeepsTheHordesReducedBeforeAndLeavesTheOthersAsTheyWere) {
+  test::TempDir folder;
+  char* previous = getcwd(nullptr, 0);
+  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+
+  test::HandMatrix data;
+  data.quantitative("x");
+  data.holdCells();
+  data.group("A", {&data.person("a1", {"1"}), &data.person("a2", {"5"})});
+  data.group("B", {&data.person("b1", {"1"}), &data.person("b2", {"3"}), &data.person("b3", {"10"}),
+                   &data.person("b4", {"14"})});
+  ASSERT_EQ(Divide(*data.matrix, 2), 1);
+  ConsoleLog console;
+  ASSERT_EQ(ReduceHordes(*data.matrix, 100, console), 1);
+  const Horde& a = data.matrix->hordes[0];
+  const Horde& b = data.matrix->hordes[1];
+  const Assertion* firstOfA = a.reducedClasses[0].get();
+  const Assertion* firstOfB = b.reducedClasses[0].get();
+  const std::vector<double> bAfter = b.volumesAfter.entries;
+
+  CancellingTarget cancelling;
+  ScopedProgressTarget scope(&cancelling);
+  EXPECT_EQ(ReduceHordes(*data.matrix, 50, console), 0);
+  ASSERT_EQ(a.reducedClasses.size(), 2u);
+  EXPECT_NE(a.reducedClasses[0].get(), firstOfA) << "A was reduced again";
+  EXPECT_EQ(a.volumesAfter.entries.size(), 3u);
+  ASSERT_EQ(b.reducedClasses.size(), 2u);
+  EXPECT_EQ(b.reducedClasses[0].get(), firstOfB) << "B keeps the earlier results";
+  EXPECT_EQ(b.volumesAfter.entries, bAfter);
+  EXPECT_EQ(b.volumesBefore.entries.size(), 3u);
 
   ASSERT_EQ(chdir(previous), 0);
   free(previous);
