@@ -325,9 +325,14 @@ bool rowsFit(const SymbolicMatrix& matrix, std::span<const Assertion* const> lab
 
 bool writeOrdered(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console) {
   try {
-    if (!matrix.assertionsIndexed() && !matrix.indexAssertions()) {
-      setError("Memory allocation failed");
-      return false;
+    if (!matrix.assertionsIndexed()) {
+      // Room first: indexing then fails only on numbers that are not 0 to
+      // count - 1, each once.
+      matrix.orderedAssertions.reserve(matrix.assertionCount());
+      if (!matrix.indexAssertions()) {
+        setError("Assertion numbers are not 0 to %zu, each once", matrix.assertionCount() - 1);
+        return false;
+      }
     }
     const std::vector<Assertion*>& labels = matrix.orderedAssertions;
     if (!reducedRows) return WriteSymbolicRows(out, matrix, labels, labels, console);

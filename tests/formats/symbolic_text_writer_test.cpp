@@ -3,6 +3,7 @@
 #include <array>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "WriterMatrix.h"
 #include "common/ConsoleLog.h"
@@ -345,6 +346,22 @@ TEST_F(WriterTest, NoActiveVariableWritesNothing) {
   EXPECT_EQ(lastError(), "No active variable");
   ASSERT_EQ(console.count(), 1u);
   EXPECT_EQ(*console.lineAt(0), "No active variable");
+}
+
+TEST_F(WriterTest, AssertionNumbersThatCannotBeOrderedWriteNothing) {
+  quantitative("age", 0);
+  Assertion& a = matrix->createAssertion("a");
+  Assertion& b = matrix->createAssertion("b");
+  for (int32_t wrong : {0, 2, -1}) {
+    b.number = wrong;  // the same as a's, past the count, negative
+    std::ostringstream out;
+    EXPECT_FALSE(IndexAndWriteSymbolicText(out, *matrix, false)) << wrong;
+    EXPECT_TRUE(out.str().empty());
+    EXPECT_EQ(lastError(), "Assertion numbers are not 0 to 1, each once");
+  }
+  b.number = 1;
+  EXPECT_NE(write().find("  (1, \"AA00\", \"a\"),\n  (2, \"AA01\", \"b\")\n"), std::string::npos);
+  EXPECT_EQ(matrix->orderedAssertions, (std::vector<Assertion*>{&a, &b}));
 }
 
 TEST_F(WriterTest, AnEmptyMatrixStillWritesEveryBlock) {
