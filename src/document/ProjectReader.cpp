@@ -86,8 +86,6 @@ CategoricalVariable* asCategorical(SymbolicVariable& variable) {
   return variable.isCategorical() ? static_cast<CategoricalVariable*>(&variable) : nullptr;
 }
 
-size_t modalityTotal(const CategoricalVariable& variable) { return variable.modalityCount() + variable.nodeCount(); }
-
 }  // namespace
 
 std::unique_ptr<SymbolicMatrix> ProjectReader::read() {
@@ -181,8 +179,10 @@ bool ProjectReader::readModalities(CategoricalVariable& variable, uint16_t leave
   if (!in_.u16(nodes) || !in_.u16(mode) || !in_.u16(root)) return false;
   const size_t total = size_t{leaves} + nodes;
   const bool linked = root != kNone;
-  if (mode > MODE_KT_ESTIMATE || total > kNone || !in_.holds(total, kMinModalityEntry) || (!linked && nodes))
-    return false;
+  // Only a set-valued variable shows weights: a single-valued one is always
+  // boolean, and another mode would write several items as one value.
+  const bool modeFits = variable.multiple ? mode <= MODE_KT_ESTIMATE : mode == MODE_BOOLEAN;
+  if (!modeFits || total > kNone || !in_.holds(total, kMinModalityEntry) || (!linked && nodes)) return false;
   variable.mode = mode;
   if (!variable.nodes.rebuild(std::max<size_t>(nodes, 1))) return false;
   std::vector<Links> links(linked ? total : 0);
@@ -214,7 +214,7 @@ bool ProjectReader::readRule() {
   auto* source = asCategorical(matrix_->variable(mother));
   SymbolicVariable& target = matrix_->variable(daughter);
   if (!source || target.rule) return false;
-  std::vector<char> seen(modalityTotal(*source), 0);
+  std::vector<char> seen(source->modalityCount(), 0);
   std::vector<int32_t> applicable;
   for (;;) {
     uint16_t number;
@@ -291,7 +291,7 @@ bool ProjectReader::readDescription(size_t v, SymbolicValue& value) {
     uint16_t number;
     double weight, subtreeWeight;
     if (!in_.u16(number) || !in_.f64(weight) || !in_.f64(subtreeWeight)) return false;
-    if (!variable->byIndex(number) || categorical.entries.find(number)) return false;
+    if (number >= variable->modalityCount() || categorical.entries.find(number)) return false;
     categorical.entries.insert(number, weight, subtreeWeight);
   }
   return true;
@@ -329,7 +329,7 @@ bool ProjectReader::readCell(size_t v, CellValue& cell) {
   uint8_t flags;
   if (!in_.u8(flags) || (flags & ~kFlags)) return false;
   cell.flags = flags;
-  if (cell.isMissing()) return true;
+  if (cell.isMissing() || flags == 0) return true;  // flags 0: a cleared cell, with no payload
   const auto* variable = asCategorical(matrix_->variable(v));
   if (!variable) {
     double number = 0.0;  // read aside: the cell's payload is packed
@@ -338,9 +338,9 @@ bool ProjectReader::readCell(size_t v, CellValue& cell) {
     return true;
   }
   uint16_t number;
-  if ((flags & kKinds) != CELL_MODALITY || !in_.u16(number)) return false;
+  if ((flags & kKinds) != CELL_MODALITY || !in_.u16(number) || number >= variable->modalityCount()) return false;
   cell.modality = variable->byIndex(number);
-  return cell.modality != nullptr;
+  return true;
 }
 
 }  // namespace velda

@@ -19,7 +19,9 @@ bool SymbolicValue::acceptCell(const CellValue& cell, double weight, int& result
     naWeight += weight;
     return false;
   }
-  return true;
+  // A cleared cell (no bit set) holds nothing to add beyond its weight.
+  const uint32_t kind = variable_->isCategorical() ? CELL_MODALITY : CELL_NUMBER;
+  return (cell.flags & kind) != 0;
 }
 
 }  // namespace velda

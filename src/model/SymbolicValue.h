@@ -48,8 +48,8 @@ class SymbolicValue {
 
  protected:
   // Steps shared by both kinds: the single-valued refusal and the weights.
-  // Returns false when the call is finished (refused or missing cell) and
-  // sets result.
+  // Returns false when the call is finished (refused, missing or cleared
+  // cell) and sets result.
   bool acceptCell(const CellValue& cell, double weight, int& result);
 
  private:
