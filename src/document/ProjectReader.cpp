@@ -11,6 +11,7 @@
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
+#include "model/Taxonomy.h"
 
 namespace velda {
 
@@ -97,10 +98,14 @@ std::unique_ptr<SymbolicMatrix> ProjectReader::read() {
     bool ok = readHeader() && readTexts();
     for (size_t v = 0; ok && v < header_[kVariables]; ++v) ok = readVariable();
     for (size_t r = 0; ok && r < header_[kRules]; ++r) ok = readRule();
-    ok = ok && mothersFormTrees() && countsMatch();
+    ok = ok && mothersFormTrees();
     for (size_t a = 0; ok && a < assertionCount_; ++a) ok = readAssertion();
     for (size_t i = 0; ok && i < individualCount_; ++i) ok = readIndividual(i);
-    if (ok && matrix_->indexAssertions()) return std::move(matrix_);
+    if (ok && matrix_->indexAssertions()) {
+      // The file's taxonomy counters may be a join's sums: count them again.
+      countTaxonomies(*matrix_);
+      return std::move(matrix_);
+    }
   } catch (const std::bad_alloc&) {
   }
   matrix_.reset();
@@ -204,13 +209,15 @@ bool ProjectReader::readModalities(CategoricalVariable& variable, uint16_t leave
   return !linked || linkTaxonomy(variable, links, root);
 }
 
-// One rule between two cell-holding variables: the mother categorical, the
-// daughter governed by no other rule, the set made of the mother's
-// modalities, each once.
+// One rule between two variables: the mother categorical, the daughter
+// governed by no other rule, the set made of the mother's leaf modalities,
+// each once. Both are cell-holding variables when the rule was made, but a
+// join moves the second project's past the first's added variables.
 bool ProjectReader::readRule() {
   uint16_t mother, daughter;
   if (!in_.u16(mother) || !in_.u16(daughter)) return false;
-  if (mother >= matrix_->cellCount || daughter >= matrix_->cellCount || mother == daughter) return false;
+  const size_t variables = matrix_->variableCount();
+  if (mother >= variables || daughter >= variables || mother == daughter) return false;
   auto* source = asCategorical(matrix_->variable(mother));
   SymbolicVariable& target = matrix_->variable(daughter);
   if (!source || target.rule) return false;
@@ -240,19 +247,6 @@ bool ProjectReader::mothersFormTrees() const {
   return everyWalkEnds(
       variables.size(), [&](size_t v) { return static_cast<size_t>(variables[v]->motherIndex); },
       [&](size_t v) { return variables[v]->motherIndex < 0; });
-}
-
-bool ProjectReader::countsMatch() const {
-  size_t taxonomies = 0;
-  size_t cellTaxonomies = 0;
-  for (size_t v = 0; v < matrix_->variableCount(); ++v) {
-    const auto* variable = asCategorical(matrix_->variable(v));
-    if (!variable || !variable->hasTaxonomy()) continue;
-    ++taxonomies;
-    if (v < matrix_->cellCount) ++cellTaxonomies;
-  }
-  return matrix_->quantitativeCount() == header_[kQuantitativeVariables] && taxonomies == header_[kTaxonomies] &&
-         cellTaxonomies == header_[kCellTaxonomies];
 }
 
 bool ProjectReader::readAssertion() {

@@ -38,7 +38,6 @@ class ProjectReader {
   bool readModalities(CategoricalVariable& variable, uint16_t leaves);
   bool readRule();
   bool mothersFormTrees() const;
-  bool countsMatch() const;
   bool readAssertion();
   bool readDescription(size_t v, SymbolicValue& value);
   bool readIndividual(size_t ordinal);

@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdio>
 
 #include "common/LastError.h"
 #include "document/JoinFiles.h"
-#include "document/ProjectFile.h"
+#include "document/ProjectFileSamples.h"
 #include "support/HandMatrix.h"
 
 namespace velda {
@@ -45,6 +46,59 @@ TEST(JoinFiles, JoinsTwoProjectsOnTheirCommonAssertions) {
   ASSERT_EQ(joined->orderedAssertions.size(), 2u);
   EXPECT_TRUE(joined->findAssertion("Paris") && joined->findAssertion("Nice"));
   EXPECT_EQ(joined->individualCount(), 0u);
+}
+
+TEST(JoinFiles, AJoinedProjectWithMovedRulesAndTaxonomiesReopens) {
+  TempFile first, second;
+  {
+    // age holds cells; region was added later from a query.
+    test::HandMatrix data;
+    data.quantitative("age");
+    data.holdCells();
+    data.categorical("region").addModality("north");
+    data.group("Paris", {&data.person("p1", {"30"})});
+    ASSERT_TRUE(writeProject(first.file, *data.matrix));
+  }
+  {
+    // job and firm hold cells; firm has a taxonomy and depends on job.
+    test::HandMatrix data;
+    data.categorical("job");
+    data.categorical("firm");
+    data.holdCells();
+    data.group("Paris", {&data.person("q1", {"worker", "acme"})});
+    TaxonomyBuilder builder(static_cast<CategoricalVariable&>(data.matrix->variable(1)));
+    ASSERT_EQ(builder.addRow(std::array<std::optional<std::string_view>, 2>{"acme", "corp"}), 1);
+    ASSERT_EQ(builder.finish(), 1);
+    settleTaxonomy(*data.matrix, 1);
+    const std::array<int32_t, 1> workers{0};
+    const std::array<int32_t, 1> firm{1};
+    RuleGroup group;
+    ASSERT_EQ(makeRuleGroup(*data.matrix, 0, workers, firm, group), 1);
+    ASSERT_EQ(applyRule(*data.matrix, std::move(group)), 1);
+    ASSERT_TRUE(writeProject(second.file, *data.matrix));
+  }
+  std::rewind(first.file);
+  std::rewind(second.file);
+  auto joined = JoinFiles(first.file, second.file);
+  ASSERT_TRUE(joined) << lastError();
+  // [age, region, job, firm] with P = 1 + 2: the rule and the taxonomy now
+  // sit on variables 2 and 3, firm past P.
+  ASSERT_EQ(joined->cellCount, 3u);
+  ASSERT_EQ(joined->rules.size(), 1u);
+  EXPECT_EQ(joined->rules[0]->daughter, 3);
+
+  const auto reopened = test::projectFromBytes(test::projectBytes(*joined));
+  ASSERT_TRUE(reopened) << lastError();
+  ASSERT_EQ(reopened->variableCount(), 4u);
+  ASSERT_EQ(reopened->rules.size(), 1u);
+  EXPECT_EQ(reopened->rules[0]->mother, 2);
+  EXPECT_EQ(reopened->rules[0]->daughter, 3);
+  EXPECT_EQ(reopened->variable(3).motherIndex, 2);
+  EXPECT_TRUE(static_cast<const CategoricalVariable&>(reopened->variable(3)).hasTaxonomy());
+  EXPECT_EQ(reopened->taxonomyCount, 1);
+  EXPECT_EQ(reopened->cellTaxonomyCount, 0) << "firm is not among the first P";
+  EXPECT_EQ(reopened->motherCandidateCount(), 2u) << "0 + 2, as the join summed them";
+  EXPECT_TRUE(reopened->findAssertion("Paris"));
 }
 
 TEST(JoinFiles, ReportsEachFailure) {

@@ -91,7 +91,7 @@ TEST(ProjectFileDamage, CountsThatDoNotAddUpAreRefused) {
   };
   EXPECT_EQ(refusal(withCounter(1, 2)), "Load failed");  // 2 + 1 quantitative and qualitative for 2 variables
   EXPECT_EQ(refusal(withCounter(4, 3)), "Load failed");  // P above the variable count
-  EXPECT_EQ(refusal(withCounter(3, 1)), "Load failed");  // a taxonomy that no variable has
+  EXPECT_EQ(refusal(withCounter(3, 2)), "Load failed");  // 2 taxonomies for 1 qualitative variable
   EXPECT_EQ(refusal(withCounter(8, 1)), "Load failed");  // a rule record that is not there
 
   // Counts far above what the bytes could hold fail before anything is made
@@ -102,6 +102,17 @@ TEST(ProjectFileDamage, CountsThatDoNotAddUpAreRefused) {
     EXPECT_EQ(refusal(bytes), "Load failed");
   }
   EXPECT_EQ(refusal(withCounter(0, 0xFFFF)), "Load failed");
+}
+
+TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgain) {
+  // A join sums the counters; what the variables hold decides.
+  std::string bytes = projectBytes(*test::smallProject());
+  setU16(bytes, kHeaderOffset + 2 * 3, 1);
+  setU16(bytes, kHeaderOffset + 2 * 5, 7);
+  const auto matrix = projectFromBytes(bytes);
+  ASSERT_TRUE(matrix) << lastError();
+  EXPECT_EQ(matrix->taxonomyCount, 0);
+  EXPECT_EQ(matrix->cellTaxonomyCount, 0);
 }
 
 TEST(ProjectFileDamage, TheMotherCounterIsKeptAsStored) {
