@@ -126,17 +126,6 @@ TEST(ProjectFileDamage, TheMotherCounterIsKeptAsStored) {
   EXPECT_EQ(projectBytes(*matrix), bytes);
 }
 
-TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
-  const std::string valid = projectBytes(*test::smallProject());
-  // The last cell is modality 0 of c: number 2 does not exist.
-  std::string badCell = valid;
-  setU16(badCell, badCell.size() - 2, 2);
-  EXPECT_EQ(refusal(badCell), "Load failed");
-
-  // The membership of i1 (assertion 0) pointing at assertion 1 of 1.
-  std::string badMembership = valid;
-  const size_t membership = valid.size() - (1 + 8 + 1 + 2) - 4 - 4;
-  setU32(badMembership, membership, 1);
 TEST(ProjectFileDamage, InnerNodesAreNeverCellsEntriesOrApplicableModalities) {
   const std::string valid = projectBytes(*nodesAndRuleProject());
   ASSERT_EQ(refusal(valid), "read");
@@ -190,6 +179,17 @@ TEST(ProjectFileDamage, ACellWithNoBitSetReadsAsClearedAndAddsNoValue) {
   }
 }
 
+TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
+  const std::string valid = projectBytes(*test::smallProject());
+  // The last cell is modality 0 of c: number 2 does not exist.
+  std::string badCell = valid;
+  setU16(badCell, badCell.size() - 2, 2);
+  EXPECT_EQ(refusal(badCell), "Load failed");
+
+  // The membership of i1 (assertion 0) pointing at assertion 1 of 1.
+  std::string badMembership = valid;
+  const size_t membership = valid.size() - (1 + 8 + 1 + 2) - 4 - 4;
+  setU32(badMembership, membership, 1);
   EXPECT_EQ(refusal(badMembership), "Load failed");
 
   // Two leaves of c both numbered 0.
