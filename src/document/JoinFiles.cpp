@@ -17,6 +17,7 @@ namespace {
 struct LoadedProject {
   bool projectFile = false;
   uint32_t individuals = 0;
+  uint32_t assertions = 0;
   std::unique_ptr<SymbolicMatrix> matrix;
 };
 
@@ -27,7 +28,7 @@ uint32_t littleEndian32(const unsigned char* bytes) {
 
 // The leading string must be the magic (length 8 with its zero), followed by
 // the individual and assertion counts in one 8-byte read.
-bool readMagicAndCounts(std::FILE* file, uint32_t& individuals) {
+bool readMagicAndCounts(std::FILE* file, uint32_t& individuals, uint32_t& assertions) {
   const size_t magicLength = std::strlen(project::kMagic) + 1;
   unsigned char length[2];
   unsigned char magic[16];
@@ -38,17 +39,18 @@ bool readMagicAndCounts(std::FILE* file, uint32_t& individuals) {
   if (std::memcmp(magic, project::kMagic, magicLength) != 0) return false;
   if (std::fread(counts, 1, sizeof counts, file) != sizeof counts) return false;
   individuals = littleEndian32(counts);
+  assertions = littleEndian32(counts + 4);
   return true;
 }
 
 LoadedProject load(std::FILE* file) {
   LoadedProject loaded;
-  if (!readMagicAndCounts(file, loaded.individuals)) {
+  if (!readMagicAndCounts(file, loaded.individuals, loaded.assertions)) {
     setError("Incorrect file type");
     return loaded;
   }
   loaded.projectFile = true;
-  if (std::fseek(file, 0, SEEK_SET) == 0) loaded.matrix = readProject(file);
+  loaded.matrix = readProjectBody(file, loaded.individuals, loaded.assertions);
   if (!loaded.matrix) setError("Load failed");
   return loaded;
 }

@@ -30,21 +30,36 @@ std::unique_ptr<SymbolicMatrix> readProject(std::span<const unsigned char> bytes
   return ProjectReader(bytes).read();
 }
 
-std::unique_ptr<SymbolicMatrix> readProject(std::FILE* file) {
-  std::vector<unsigned char> bytes;
+namespace {
+
+// Everything left in the stream; false (with "Load failed") on a read error
+// or when memory runs out.
+bool readRest(std::FILE* file, std::vector<unsigned char>& bytes) {
   try {
     unsigned char chunk[1 << 16];
     size_t n;
     while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) bytes.insert(bytes.end(), chunk, chunk + n);
   } catch (const std::bad_alloc&) {
     setError("Load failed");
-    return nullptr;
+    return false;
   }
-  if (std::ferror(file)) {
-    setError("Load failed");
-    return nullptr;
-  }
+  if (!std::ferror(file)) return true;
+  setError("Load failed");
+  return false;
+}
+
+}  // namespace
+
+std::unique_ptr<SymbolicMatrix> readProject(std::FILE* file) {
+  std::vector<unsigned char> bytes;
+  if (!readRest(file, bytes)) return nullptr;
   return readProject(bytes);
+}
+
+std::unique_ptr<SymbolicMatrix> readProjectBody(std::FILE* file, uint32_t individualCount, uint32_t assertionCount) {
+  std::vector<unsigned char> bytes;
+  if (!readRest(file, bytes)) return nullptr;
+  return ProjectReader(bytes).readBody(individualCount, assertionCount);
 }
 
 ProjectSave saveProject(const std::string& path, const SymbolicMatrix& matrix) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <span>
@@ -27,6 +28,10 @@ bool writeProject(std::FILE* file, const SymbolicMatrix& matrix);
 // malformed or inconsistent, or when memory runs out.
 std::unique_ptr<SymbolicMatrix> readProject(std::FILE* file);
 std::unique_ptr<SymbolicMatrix> readProject(std::span<const unsigned char> bytes);
+// The rest of a project whose magic string and two counts the caller has
+// already read from the stream (so that it need not be seekable). Returns
+// null with "Load failed" in the last-error text.
+std::unique_ptr<SymbolicMatrix> readProjectBody(std::FILE* file, uint32_t individualCount, uint32_t assertionCount);
 
 enum class ProjectSave { Saved, CannotOpen, Failed };
 

@@ -94,6 +94,16 @@ std::unique_ptr<SymbolicMatrix> ProjectReader::read() {
     setError("Incorrect file type");
     return nullptr;
   }
+  return readRest();
+}
+
+std::unique_ptr<SymbolicMatrix> ProjectReader::readBody(uint32_t individualCount, uint32_t assertionCount) {
+  individualCount_ = individualCount;
+  assertionCount_ = assertionCount;
+  return readRest();
+}
+
+std::unique_ptr<SymbolicMatrix> ProjectReader::readRest() {
   try {
     bool ok = readHeader() && readTexts();
     for (size_t v = 0; ok && v < header_[kVariables]; ++v) ok = readVariable();

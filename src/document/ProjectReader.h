@@ -29,8 +29,12 @@ class ProjectReader {
   // The matrix, or null with "Incorrect file type" or "Load failed" in the
   // last-error text.
   std::unique_ptr<SymbolicMatrix> read();
+  // The same from bytes that start after the magic and the two counts, read
+  // by the caller: null with "Load failed".
+  std::unique_ptr<SymbolicMatrix> readBody(uint32_t individualCount, uint32_t assertionCount);
 
  private:
+  std::unique_ptr<SymbolicMatrix> readRest();
   bool readMagic();
   bool readHeader();
   bool readTexts();

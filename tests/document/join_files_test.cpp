@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <array>
 #include <cstdio>
+#include <string>
 
 #include "common/LastError.h"
 #include "document/JoinFiles.h"
@@ -46,6 +49,40 @@ TEST(JoinFiles, JoinsTwoProjectsOnTheirCommonAssertions) {
   ASSERT_EQ(joined->orderedAssertions.size(), 2u);
   EXPECT_TRUE(joined->findAssertion("Paris") && joined->findAssertion("Nice"));
   EXPECT_EQ(joined->individualCount(), 0u);
+}
+
+// The read end of a pipe that holds the bytes: a stream that cannot seek.
+std::FILE* pipeHolding(const std::string& bytes) {
+  int ends[2];
+  if (pipe(ends) != 0) return nullptr;
+  const bool written = write(ends[1], bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
+  close(ends[1]);
+  if (written) return fdopen(ends[0], "rb");
+  close(ends[0]);
+  return nullptr;
+}
+
+TEST(JoinFiles, ReadsStreamsThatCannotSeek) {
+  TempFile first, second;
+  writeTowns(first, "age", {"Paris", "Lyon"});
+  writeTowns(second, "w", {"Lyon"});
+  std::string bytes[2];
+  for (auto [file, out] : {std::pair{first.file, &bytes[0]}, std::pair{second.file, &bytes[1]}}) {
+    char chunk[4096];
+    size_t n;
+    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) out->append(chunk, n);
+  }
+  std::FILE* a = pipeHolding(bytes[0]);
+  std::FILE* b = pipeHolding(bytes[1]);
+  ASSERT_TRUE(a && b);
+  ASSERT_NE(std::fseek(a, 0, SEEK_SET), 0) << "a pipe cannot seek";
+  auto joined = JoinFiles(a, b);
+  std::fclose(a);
+  std::fclose(b);
+  ASSERT_TRUE(joined) << lastError();
+  EXPECT_EQ(joined->variableCount(), 2u);
+  EXPECT_EQ(joined->assertionCount(), 1u);
+  EXPECT_TRUE(joined->findAssertion("Lyon"));
 }
 
 TEST(JoinFiles, AJoinedProjectWithMovedRulesAndTaxonomiesReopens) {
