@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <set>
 #include <sstream>
 #include <string>
 
 #include "common/LastError.h"
-#include "common/Random15.h"
 #include "db/Connection.h"
 #include "db/Extraction.h"
 #include "model/CategoricalVariable.h"
@@ -60,50 +58,6 @@ TEST(ExtractionPostgres, WeightedRowsBecomeAssertions) {
   EXPECT_EQ(valueOf(m, "g", 1), "(0.5:2.5)");
   EXPECT_EQ(valueOf(m, "g", 2), "(1.25:2)");
   EXPECT_EQ(valueOf(m, "h", 1), "(1.5:1.5)");
-}
-
-TEST(ExtractionPostgres, MessagesOnAServerQuery) {
-  PgDatabase db;
-  ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(kTable));
-  auto connection = openConnection(db.connectionString());
-  ASSERT_TRUE(connection);
-  auto failure = [&](const std::string& sql, ExtractionOptions options) {
-    clearError();
-    EXPECT_FALSE(extractIndividuals(*connection, sql, options).matrix) << sql;
-    return lastError();
-  };
-  EXPECT_EQ(failure("select id, grp, w from t", {true, 0}), "Insufficient number of columns");
-  EXPECT_EQ(failure("select id, x, c from t", {false, 0}), "Invalid assertion column type");
-  EXPECT_EQ(failure("select id, grp, x, c from t", {true, 0}), "Invalid ponderation column type");
-  EXPECT_EQ(failure("select id, grp, x, w - 2 from t", {true, 0}), "Ponderation of individual '1' is null or negative");
-  EXPECT_EQ(failure("select id, grp, x, case when grp = 'h' then 5 else w end from t", {true, 0}),
-            "Ponderation differ from previous definition of '1'");
-  EXPECT_EQ(failure("select id, grp, case when grp = 'h' then 'x' else c end as colour from t", {false, 0}),
-            "Value of column 'colour' differ from previous definition of '1'");
-  EXPECT_EQ(failure("select id, grp, id::bigint from t", {false, 0}), "Error: unhandled column type");
-  EXPECT_NE(failure("select id, grp, c from missing", {false, 0}).find("missing"), std::string::npos);
-}
-
-TEST(ExtractionPostgres, SamplingIsReproducible) {
-  PgDatabase db;
-  ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run("create table s(id integer, grp varchar(5), x integer);"
-                     "insert into s select k, 'g' || (k % 4), k from generate_series(1, 200) as k;"));
-  auto connection = openConnection(db.connectionString());
-  ASSERT_TRUE(connection);
-  std::set<std::string> runs[2];
-  for (auto& run : runs) {
-    seedRandom15(99);
-    ExtractionResult result = extractIndividuals(*connection, "select id, grp, x from s order by id", {false, 5});
-    ASSERT_TRUE(result.matrix) << lastError();
-    EXPECT_EQ(result.matrix->individualCount(), 20u);
-    for (const Assertion& a : result.matrix->assertions) {
-      EXPECT_EQ(a.memberCount, 5);
-      for (const Individual* member : a.members) run.insert(member->id);
-    }
-  }
-  EXPECT_EQ(runs[0], runs[1]);
 }
 
 }  // namespace
