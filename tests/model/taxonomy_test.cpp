@@ -118,16 +118,13 @@ TEST(TaxonomyBuilder, RepeatedRowsAreAcceptedOnceAndFailuresStick) {
   EXPECT_EQ(builder.addRow(Row{"a", "X"}), 0);
   EXPECT_EQ(builder.finish(), 0);
   EXPECT_TRUE(isFlat(*variable));
-}
 
-TEST(TaxonomyBuilder, UnfinishedOrRootlessHierarchyIsDiscarded) {
-  auto variable = withLeaves({"a", "b", "c"});
+  // A builder dropped before finishing leaves no hierarchy either.
   {
-    TaxonomyBuilder builder(*variable);
-    ASSERT_EQ(builder.addRow(Row{"a", "X"}), 1);
+    TaxonomyBuilder unfinished(*variable);
+    ASSERT_EQ(unfinished.addRow(Row{"a", "X"}), 1);
   }
   EXPECT_TRUE(isFlat(*variable));
-
 }
 
 TEST(TaxonomyBuilder, ANewTaxonomyStartsFromTheUsualNodeBuckets) {
