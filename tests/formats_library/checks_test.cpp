@@ -194,6 +194,18 @@ TEST_F(CheckTest, RepeatedCategoriesKeepTheirFirstPlaceAndLastWeight) {
   EXPECT_EQ(model.matrix[0][3].items, (std::vector<SymItem>{{3, 0.5}, {1, 0.5}}));
 }
 
+TEST_F(CheckTest, RepeatedCategoriesAreMergedInListsOfAnyLength) {
+  // Sixteen items are compared pair by pair; seventeen go to the full check.
+  for (const int length : {16, 17}) {
+    std::string items = "(2(0.25)";
+    for (int k = 2; k < length; ++k) items += ",1(0.5)";
+    items += ",2(0.125))";
+    SymbolicFile model;
+    ParseText(Edited(TownsFile(), "(1(0.5),3(0.5))", items), model);
+    EXPECT_EQ(model.matrix[0][3].items, (std::vector<SymItem>{{2, 0.125}, {1, 0.5}})) << length;
+  }
+}
+
 TEST_F(CheckTest, MoreThan200CategoriesIsReportedButNotCounted) {
   std::string categories;
   for (int k = 1; k <= 201; ++k) {

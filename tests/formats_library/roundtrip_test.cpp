@@ -275,6 +275,46 @@ TEST_F(RoundTripTest, WritesTheModelAsXmlThatReadsBackAlike) {
   EXPECT_EQ(again.present, expected.present);
 }
 
+TEST_F(RoundTripTest, XmlTextsWithReferencesReadBackBesidePlainTexts) {
+  SymbolicFile model;
+  ParseText(Fixture("towns.kvf"), model);
+  model.individuals[0].code = "R&D";
+  model.individuals[0].label = "\xe9t\xe9 <x>";
+  model.individuals[1].code = "AA01";
+  model.individuals[1].label = "x &amp; y";
+  SymbolicFile again;
+  ParseText(XmlOf(model), again);
+  EXPECT_EQ(again.individuals, model.individuals);
+}
+
+// A stream that cannot tell its size, as standard input from a pipe.
+class UnseekableBuffer : public std::streambuf {
+ public:
+  explicit UnseekableBuffer(std::string text) : text_(std::move(text)) {
+    setg(text_.data(), text_.data(), text_.data() + text_.size());
+  }
+
+ private:
+  std::string text_;
+};
+
+TEST_F(RoundTripTest, ReadsFromTheStreamPositionWhetherItCanSeekOrNot) {
+  SymbolicFile expected;
+  ParseText(Fixture("towns.kvf"), expected);
+
+  std::istringstream skipped("skip" + Fixture("towns.kvf"));
+  skipped.ignore(4);
+  SymbolicFile fromPosition;
+  ParseSymbolicFile(skipped, "nom", fromPosition);
+  EXPECT_EQ(fromPosition, expected);
+
+  UnseekableBuffer buffer(Fixture("towns.kvf"));
+  std::istream unseekable(&buffer);
+  SymbolicFile fromPipe;
+  ParseSymbolicFile(unseekable, "nom", fromPipe);
+  EXPECT_EQ(fromPipe, expected);
+}
+
 TEST_F(RoundTripTest, FillsAnEmptyCreationDateWithTheCurrentTime) {
   SymbolicFile model;
   ParseText(Fixture("towns.kvf"), model);

@@ -25,23 +25,6 @@ void ScanState::checkLineLength() const {
   LibraryExit(1);
 }
 
-void ScanState::advance(const char* text, size_t length) {
-  tokenStart = offset;
-  tokenLength = length;
-  tokenLine = line;
-  tokenLineStart = lineStart;
-  tokenIsChar = false;
-  const size_t start = offset;
-  offset += length;
-  // Tokens are short: a plain loop beats a library call here.
-  for (size_t i = 0; i < length; ++i) {
-    if (text[i] != '\n') continue;
-    ++line;
-    lineStart = start + i + 1;
-    checkLineLength();
-  }
-}
-
 void ScanState::markEndOfInput() {
   tokenStart = offset;
   tokenLength = 0;

@@ -26,7 +26,22 @@ struct ScanState {
   // Refuses the current line when it is too long (ends the process).
   void checkLineLength() const;
   // Called for every token matched: records it and follows the lines.
-  void advance(const char* text, size_t length);
+  // Tokens are short: a plain loop, inlined into the scanner, beats a
+  // library call here.
+  void advance(const char* text, size_t length) {
+    tokenStart = offset;
+    tokenLength = length;
+    tokenLine = line;
+    tokenLineStart = lineStart;
+    tokenIsChar = false;
+    offset += length;
+    for (size_t i = 0; i < length; ++i) {
+      if (text[i] != '\n') continue;
+      ++line;
+      lineStart = tokenStart + i + 1;
+      checkLineLength();
+    }
+  }
   void markEndOfInput();
   // The text of the last token matched, in the input itself.
   std::string_view token() const { return {begin + tokenStart, tokenLength}; }

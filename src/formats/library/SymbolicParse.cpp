@@ -10,10 +10,26 @@ namespace velda::symlib {
 
 namespace {
 
+// The whole input. A stream that can tell its size (a file) is read in one
+// piece; the rest, or a stream that cannot, is copied through a string
+// stream.
 std::string readAll(std::istream& input) {
-  std::ostringstream text;
-  text << input.rdbuf();
-  return std::move(text).str();
+  std::streambuf* buffer = input.rdbuf();
+  if (!buffer) return {};
+  std::string text;
+  const std::streampos start = buffer->pubseekoff(0, std::ios::cur, std::ios::in);
+  if (start != std::streampos(-1)) {
+    const std::streampos end = buffer->pubseekoff(0, std::ios::end, std::ios::in);
+    const bool back = buffer->pubseekpos(start, std::ios::in) == start;
+    if (back && end != std::streampos(-1) && end > start) {
+      text.resize(static_cast<size_t>(end - start));
+      text.resize(static_cast<size_t>(buffer->sgetn(text.data(), static_cast<std::streamsize>(text.size()))));
+    }
+  }
+  std::ostringstream rest;
+  rest << buffer;
+  text += std::move(rest).str();
+  return text;
 }
 
 void announce(Diagnostics& diagnostics, const std::string& name) {
