@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QFileDialog>
+#include <QTest>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -168,6 +170,17 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   EXPECT_TRUE(dialog.reducedAssertionsBox()->isChecked());
   EXPECT_FALSE(dialog.reducedHordesBox()->isEnabled());
   EXPECT_FALSE(dialog.reducedHordesBox()->isChecked());
+  EXPECT_EQ(dialog.titleEdit()->maxLength(), 127);
+  EXPECT_EQ(dialog.subtitleEdit()->maxLength(), 127);
+
+  // "Select..." proposes XML: a name typed without extension gets ".xml".
+  QString suffix;
+  test::onNextModal<QFileDialog>([&suffix](QFileDialog* files) {
+    suffix = files->defaultSuffix();
+    files->reject();
+  });
+  dialog.fileField()->selectButton()->click();
+  EXPECT_EQ(suffix.toStdString(), "xml");
 
   ShownMessage shown;
   recordNextMessage(shown);
@@ -230,6 +243,30 @@ TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
   EXPECT_EQ(dialog.line1().toStdString(), "Reduction in progress...");
   EXPECT_EQ(dialog.line2().toStdString(), "Assertion Paris");
   EXPECT_FALSE(dialog.isVisible());
+}
+
+TEST_F(DialogTest, ProgressDialogStaysShownOnEscapeAndCloseWhichActAsCancel) {
+  ProgressDialog dialog(QStringLiteral("Reducing assertions"));
+  // Escape and the close box, each in its own run: with Cancel disabled
+  // nothing happens; enabled, they cancel; the dialog stays shown and modal.
+  for (const bool escape : {true, false}) {
+    bool cancelledWhileDisabled = true;
+    bool shownAfterwards = false;
+    dialog.run([&] {
+      auto press = [&] { escape ? QTest::keyClick(&dialog, Qt::Key_Escape) : static_cast<void>(dialog.close()); };
+      progressEnableCancel(false);
+      press();
+      cancelledWhileDisabled = cancelRequested();
+      progressEnableCancel(true);
+      press();
+      shownAfterwards = dialog.isVisible() && dialog.isModal();
+      return 1;
+    });
+    EXPECT_FALSE(cancelledWhileDisabled) << escape;
+    EXPECT_TRUE(shownAfterwards) << escape;
+    EXPECT_TRUE(dialog.wasCancelled()) << escape;
+    EXPECT_FALSE(dialog.isVisible()) << escape;  // run() hides it at the end
+  }
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QListWidget>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 
 #include "gui/GuiTestSupport.h"
@@ -9,6 +10,7 @@
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "ui/dialogs/DependenceDialog.h"
+#include "ui/dialogs/DependencesDialog.h"
 #include "ui/dialogs/VariablePropertiesDialog.h"
 #include "ui/panels/DependencesPanel.h"
 #include "ui/panels/VariablesPanel.h"
@@ -140,6 +142,39 @@ TEST_F(MatrixViewTest, DependencesPanelNestsDaughtersUnderMothers) {
   EXPECT_EQ(panel.tree()->topLevelItem(0)->text(0).toStdString(), "No dependence set");
 }
 
+TEST_F(MatrixViewTest, DependencesDialogShowsEachRuleGroupOnce) {
+  auto matrix = smallMatrix();
+  // Two groups: jobs -> sex, age (two rules chained) and sex -> income.
+  auto rule = [&](int32_t mother, int32_t daughter, int32_t modality) {
+    matrix->rules.push_back(std::make_unique<DependenceRule>(mother, daughter, 1));
+    matrix->rules.back()->applicable.insert(modality);
+    return matrix->rules.back().get();
+  };
+  DependenceRule* first = rule(1, 0, 0);
+  first->next = rule(1, 2, 0);
+  rule(0, 3, 1);
+
+  DependencesDialog dialog(*matrix);
+  QTreeWidget* definitions = dialog.definitions();
+  ASSERT_EQ(definitions->topLevelItemCount(), 2);
+  QTreeWidgetItem* jobs = definitions->topLevelItem(0);
+  EXPECT_EQ(jobs->text(0).toStdString(), "jobs");
+  ASSERT_EQ(jobs->childCount(), 2);
+  EXPECT_EQ(jobs->child(0)->text(0).toStdString(), "sex is applicable if jobs in {\"clerk\"}");
+  EXPECT_EQ(jobs->child(1)->text(0).toStdString(), "age is applicable if jobs in {\"clerk\"}");
+  QTreeWidgetItem* sex = definitions->topLevelItem(1);
+  EXPECT_EQ(sex->text(0).toStdString(), "sex");
+  ASSERT_EQ(sex->childCount(), 1);
+  EXPECT_EQ(sex->child(0)->text(0).toStdString(), "income is applicable if sex in {\"M\"}");
+
+  // The chosen group's mother with its daughters.
+  definitions->setCurrentItem(sex->child(0));
+  ASSERT_EQ(dialog.hierarchy()->topLevelItemCount(), 1);
+  EXPECT_EQ(dialog.hierarchy()->topLevelItem(0)->text(0).toStdString(), "sex");
+  ASSERT_EQ(dialog.hierarchy()->topLevelItem(0)->childCount(), 1);
+  EXPECT_EQ(dialog.hierarchy()->topLevelItem(0)->child(0)->text(0).toStdString(), "income");
+}
+
 TEST_F(MatrixViewTest, PropertiesSetAllTypesReachesOnlyMultinominalVariables) {
   auto matrix = smallMatrix();
   VariablePropertiesValues initial;
@@ -149,6 +184,11 @@ TEST_F(MatrixViewTest, PropertiesSetAllTypesReachesOnlyMultinominalVariables) {
   ASSERT_NE(dialog.typeEditor(1), nullptr);
   EXPECT_EQ(dialog.typeEditor(1)->currentText().toStdString(), "Probabilist view");
   EXPECT_EQ(dialog.stateEditor(2)->currentText().toStdString(), "Inactive");
+  // The state's list offers the changes, not the states.
+  auto* choices = qobject_cast<QStyledItemDelegate*>(dialog.stateEditor(2)->itemDelegate());
+  ASSERT_NE(choices, nullptr);
+  EXPECT_EQ(choices->displayText(dialog.stateEditor(2)->itemText(0), QLocale()).toStdString(), "Set to Active");
+  EXPECT_EQ(choices->displayText(dialog.stateEditor(2)->itemText(1), QLocale()).toStdString(), "Set to Inactive");
 
   dialog.allTypesEditor()->setCurrentIndex(MODE_KT_ESTIMATE);
   emit dialog.allTypesEditor()->activated(MODE_KT_ESTIMATE);
@@ -199,6 +239,19 @@ TEST_F(MatrixViewTest, DependenceDialogListsAndChecksInOrder) {
   EXPECT_EQ(dialog.values().motherIndex, 1);
   EXPECT_EQ(dialog.values().applicableModalities, std::vector<int32_t>{2});
   EXPECT_EQ(dialog.values().daughterIndexes, std::vector<int32_t>{2});
+
+  // Shown again with that choice (after No to the NA question), the dialog
+  // starts from it.
+  DependenceDialog again(*matrix, dialog.values());
+  ASSERT_EQ(again.modalityList()->count(), 3);
+  EXPECT_TRUE(again.motherList()->item(1)->isSelected());
+  EXPECT_TRUE(again.modalityList()->item(2)->isSelected());
+  EXPECT_FALSE(again.modalityList()->item(0)->isSelected());
+  EXPECT_TRUE(again.daughterList()->item(1)->isSelected());
+  EXPECT_FALSE(again.daughterList()->item(0)->isSelected());
+  again.accept();
+  ASSERT_EQ(again.result(), QDialog::Accepted);
+  EXPECT_EQ(again.values().daughterIndexes, dialog.values().daughterIndexes);
 }
 
 }  // namespace

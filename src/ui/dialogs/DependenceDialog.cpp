@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -28,6 +29,14 @@ void addItem(QListWidget* list, const std::string& text, int32_t data) {
   item->setData(Qt::UserRole, data);
 }
 
+// Selects the items that carry one of the given numbers.
+void selectData(QListWidget* list, const std::vector<int32_t>& chosen) {
+  for (int row = 0; row < list->count(); ++row) {
+    const int32_t data = list->item(row)->data(Qt::UserRole).toInt();
+    if (std::find(chosen.begin(), chosen.end(), data) != chosen.end()) list->item(row)->setSelected(true);
+  }
+}
+
 bool isDaughter(const SymbolicMatrix& matrix, size_t i) {
   return i < matrix.isDaughter.size() && matrix.isDaughter[i];
 }
@@ -48,6 +57,11 @@ DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const Dependenc
     if (matrix.variable(i).isCategorical()) addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
   }
   connect(mothers_, &QListWidget::itemSelectionChanged, this, &DependenceDialog::onMotherChosen);
+  // The dialog comes back with the previous choice after No to the NA
+  // question.
+  selectData(mothers_, {values.motherIndex});
+  selectData(modalities_, values.applicableModalities);
+  selectData(daughters_, values.daughterIndexes);
 
   auto* grid = new QGridLayout;
   grid->addWidget(new QLabel(QStringLiteral("Select mother variable"), this), 0, 0);

@@ -5,6 +5,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 #include <sstream>
+#include <unordered_set>
 
 #include "model/Dependence.h"
 #include "model/SymbolicMatrix.h"
@@ -21,9 +22,14 @@ DependencesDialog::DependencesDialog(const SymbolicMatrix& matrix, QWidget* pare
   hierarchy_->setHeaderHidden(true);
   hierarchy_->setMinimumWidth(200);
 
-  // One top item per rule group; its rules below, one per daughter.
+  // The matrix lists every rule; a group is shown once, from its first rule
+  // (the one that no other rule names as its next), with its rules below.
+  std::unordered_set<const DependenceRule*> followers;
+  for (const auto& rule : matrix.rules)
+    if (rule->next) followers.insert(rule->next);
   for (size_t g = 0; g < matrix.rules.size(); ++g) {
     const DependenceRule* group = matrix.rules[g].get();
+    if (followers.count(group)) continue;
     auto* top = new QTreeWidgetItem(definitions_,
                                     QStringList{toQt(matrix.variable(static_cast<size_t>(group->mother)).name)});
     top->setData(0, Qt::UserRole, static_cast<int>(g));

@@ -15,13 +15,14 @@ namespace velda::ui {
 
 namespace {
 
-constexpr int kTextCapacity = 128;
+// The project file keeps each text in 128 bytes with its terminating zero.
+constexpr int kTextCapacity = 127;
 
 FileRequest exportFileRequest() {
   FileRequest request;
   request.mode = FileRequest::Mode::Save;
   request.filter = "XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf||";
-  request.defaultSuffix = "|*.xml|*.kvf||";
+  request.defaultSuffix = "xml";
   return request;
 }
 

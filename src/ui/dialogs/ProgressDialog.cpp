@@ -1,5 +1,6 @@
 #include "ui/dialogs/ProgressDialog.h"
 
+#include <QCloseEvent>
 #include <QCoreApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -55,6 +56,15 @@ void ProgressDialog::setLine1(const std::string& text) {
 void ProgressDialog::setLine2(const std::string& text) {
   line2_->setText(toQt(text));
   pumpEvents();
+}
+
+void ProgressDialog::reject() {
+  if (cancelButton_->isEnabled()) cancelled_ = true;
+}
+
+void ProgressDialog::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  reject();
 }
 
 void ProgressDialog::enableCancel(bool enabled) { cancelButton_->setEnabled(enabled); }

@@ -36,6 +36,14 @@ class ProgressDialog : public QDialog, public ProgressTarget {
   void enableCancel(bool enabled) override;
   bool cancelRequested() override;
 
+  // Escape and the close box act as Cancel (when it is enabled) and never
+  // hide the dialog: the operation still runs, so the window must stay
+  // modal until run() ends.
+  void reject() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
   void pumpEvents();
 

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -23,6 +24,16 @@ QTreeWidgetItem* group(QTreeWidgetItem* parent, const QString& name, const QStri
   item->setExpanded(true);
   return item;
 }
+
+// The list of a state editor offers the changes ("Set to Active") while the
+// box itself shows the state ("Active").
+class StateChoiceDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QString displayText(const QVariant& value, const QLocale& locale) const override {
+    return QStringLiteral("Set to ") + QStyledItemDelegate::displayText(value, locale);
+  }
+};
 
 QStringList viewTypeNames(const QString& prefix) {
   QStringList names;
@@ -64,6 +75,7 @@ VariablePropertiesDialog::VariablePropertiesDialog(const SymbolicMatrix& matrix,
     auto* item = new QTreeWidgetItem(parentGroup, QStringList{toQt(variable.name)});
     item->setExpanded(true);
     states_[i] = addProperty(item, QStringLiteral("State"), states, property.active ? 0 : 1);
+    states_[i]->setItemDelegate(new StateChoiceDelegate(states_[i]));
     if (isMultinominal) types_[i] = addProperty(item, QStringLiteral("Type"), viewTypeNames(QString()), property.mode);
   }
   connect(allTypes_, &QComboBox::activated, this, [this](int type) {
