@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "SymbolicGrammar.h"
+#include "formats/library/TextSpan.h"
 
 namespace velda::symlib {
 
