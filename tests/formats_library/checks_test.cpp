@@ -7,6 +7,7 @@ using ::testing::ExitedWithCode;
 
 const char* const kAnnounce = "Parsing the filenom with the version 2.1 of the Ulme library\n";
 const char* const kNoSyntaxError = " The parser detected no Syntatctic Errors \n";
+const char* const kNoSemanticError = " The parser detected no semantic Errors \n";
 
 // The sample without its hierarchy and its rule.
 std::string PlainTowns() {
@@ -62,12 +63,12 @@ TEST_F(CheckDeathTest, OneIndividualMoreThanDeclaredIsKeptAndTheNextRefused) {
   tolerated = Edited(Edited(tolerated, "nb_nu = 1", "nb_nu = 0"), "0, 1, 12.5", "0, 0, 12.5");
   tolerated = Edited(tolerated, "\"sex\", 1, 0", "\"sex\", 0, 0");
   EXPECT_EQ(logOfRefusedParse(tolerated),
-            std::string(kAnnounce) + kNoSyntaxError +
+            std::string(kAnnounce) + kNoSyntaxError + kNoSemanticError +
                 "ERROR the number ofindividuals declared in the header (1 is different of the number ofindividuals "
                 "described in the file (2\n"
                 "this Base file contain\n\t2 individuals\n\t4 variables\n\t0 rules\n\t0 hierarchies\n"
                 "\t0 NA values\n\t0 NU values\n"
-                "1 semantic error were detected \n");
+                " THE PROGRAM STOP\n");
 
   const std::string third = Edited(tolerated, "  (2, \"AA01\", \"south\")", "  (2, \"AA01\", \"south\"),\n  (3, \"AA02\", \"east\")");
   EXPECT_TRUE(Contains(logOfRefusedParse(third),
@@ -97,6 +98,18 @@ TEST_F(CheckDeathTest, MatrixLargerOrNarrowerThanDeclaredIsAnError) {
                        " the number of column within the matrix is3 smaller than the number of variables described:4\n"
                        " the number of line within the matrix is3 greater than the number of objects declared:2\n" +
                            std::string(kNoSyntaxError) + "3 semantic error were detected \n"));
+
+  // Beyond the variables described, a column is measured against var_nb as declared.
+  std::string wider = Edited(Edited(TownsFile(), "var_nb = 4", "var_nb = 5"), "   (1(0.5),3(0.5))),", "   (1(0.5),3(0.5)), 7),");
+  EXPECT_TRUE(Contains(logOfRefusedParse(wider),
+                       " the number of column within the matrix is5 greater than the number of objects declared:5\n"));
+}
+
+TEST_F(CheckDeathTest, HugeIndividualCountIsReadAsTheLargestInteger) {
+  const std::string huge = Edited(TownsFile(), "indiv_nb = 2", "indiv_nb = 99999999999999999999");
+  EXPECT_TRUE(Contains(logOfRefusedParse(huge),
+                       "ERROR the number ofindividuals declared in the header (9223372036854775807 is different of the "
+                       "number ofindividuals described in the file (2\n"));
 }
 
 TEST_F(CheckDeathTest, RulesBeyondTheDeclaredNumberAreRefused) {
@@ -139,7 +152,7 @@ TEST_F(CheckDeathTest, CoherenceCheckComparesHeaderAndContent) {
   text = Edited(text, "\"sex\", 1, 0", "\"sex\", 0, 0");
   text = Edited(text, "nb_nu = 1", "nb_nu = 2");
   EXPECT_EQ(logOfRefusedParse(text),
-            std::string(kAnnounce) + kNoSyntaxError +
+            std::string(kAnnounce) + kNoSyntaxError + kNoSemanticError +
                 "ERROR the number ofvariables declared in the header (5 is different of the number ofvariables "
                 "described in the file (4\n"
                 "the number of NA values within the MATRIX1 \t is different of the SUM of element0 declared within "
@@ -147,7 +160,7 @@ TEST_F(CheckDeathTest, CoherenceCheckComparesHeaderAndContent) {
                 "the number of NU values within the MATRIX1 \t is different of the number declared in the header2\n"
                 "this Base file contain\n\t2 individuals\n\t4 variables\n\t1 rules\n\t1 hierarchies\n"
                 "\t1 NA values\n\t1 NU values\n"
-                "3 semantic error were detected \n");
+                " THE PROGRAM STOP\n");
 }
 
 TEST_F(CheckDeathTest, UnsupportedBlocksAndKindsAreRefused) {

@@ -232,8 +232,9 @@ TEST_F(MetadataDeathTest, SymbolicReaderRefusesTheCoherenceCheckOfMetadata) {
             "Parsing the filenom with the version 2.1 of the Ulme library\n"
             "XML MetaUlme\n"
             " The parser detected no Syntatctic Errors \n"
+            " The parser detected no semantic Errors \n"
             "Impossible to make a \"verifcoher\" for MetaData\n"
-            "1 semantic error were detected \n");
+            " THE PROGRAM STOP\n");
 }
 
 TEST(XmlTextTest, EscapeTableKeepsItsSwappedEntries) {

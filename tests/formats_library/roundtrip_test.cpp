@@ -224,6 +224,7 @@ TEST_F(RoundTripTest, ReadsTheWritersFileIntoTheModel) {
   EXPECT_EQ(log(),
             "Parsing the filenom with the version 2.1 of the Ulme library\n"
             " The parser detected no Syntatctic Errors \n"
+            " The parser detected no semantic Errors \n"
             "this Base file contain\n"
             "\t2 individuals\n"
             "\t4 variables\n"
@@ -231,7 +232,6 @@ TEST_F(RoundTripTest, ReadsTheWritersFileIntoTheModel) {
             "\t1 hierarchies\n"
             "\t1 NA values\n"
             "\t1 NU values\n"
-            " The parser detected no semantic Errors \n"
             " Parsing OK \n");
 }
 
@@ -328,12 +328,17 @@ TEST_F(RoundTripTest, FillsAnEmptyCreationDateWithTheCurrentTime) {
   EXPECT_TRUE(XmlLintAccepts(file("dated.xml")));
 }
 
-TEST_F(RoundTripTest, ContentsAttributesFollowTheBlocksPresent) {
+std::string TownsWithoutRulesOrHierarchies() {
   std::string text = Fixture("towns.kvf");
   text.replace(text.find("RULES, HIERARCHIE, "), 19, "");
   text.replace(text.find("rules_nb = 1"), 12, "rules_nb = 0");
   text.replace(text.find("nb_hierarchies = 1"), 18, "nb_hierarchies = 0");
   text.erase(text.find("HIERARCHIE = ("), text.find("RECTANGLE_MATRIX = (") - text.find("HIERARCHIE = ("));
+  return text;
+}
+
+TEST_F(RoundTripTest, ContentsAttributesFollowTheBlocksPresent) {
+  std::string text = TownsWithoutRulesOrHierarchies();
   text.replace(text.find("\"north\""), 7, "\"<x>\"");
   SymbolicFile model;
   ParseText(text, model);
@@ -346,6 +351,34 @@ TEST_F(RoundTripTest, ContentsAttributesFollowTheBlocksPresent) {
   EXPECT_NE(xml.find("<rules_gen>\n\t<rules>\n\t</rules>\n</rules_gen>\n"), std::string::npos);
   // A label that is itself markup goes through unescaped.
   EXPECT_NE(xml.find("\t\t<label><x></label>\n"), std::string::npos);
+}
+
+TEST_F(RoundTripTest, XmlWithAnEmptyUndeclaredRulesElementReadsBack) {
+  SymbolicFile model;
+  ParseText(TownsWithoutRulesOrHierarchies(), model);
+  const std::string xml = XmlOf(model);
+  SymbolicFile again;
+  EXPECT_EQ(ExitStatusOf([&] { ParseText(xml, again); }), -1);
+  EXPECT_TRUE(again.rules.empty());
+  EXPECT_FALSE(again.declared[static_cast<int>(SymBlock::Rules)]);
+  EXPECT_FALSE(again.isPresent(SymBlock::Rules));
+  EXPECT_FALSE(again.isPresent(SymBlock::Hierarchie));
+  EXPECT_EQ(again.individuals, model.individuals);
+  EXPECT_EQ(again.matrix, model.matrix);
+  EXPECT_EQ(log().find("n'a pas ete trouve"), std::string::npos);
+}
+
+// The contents name the rules but the element holds none: the block is
+// there, empty, and takes nothing from a later element of the same name.
+TEST_F(RoundTripTest, XmlWithAnEmptyDeclaredRulesElementKeepsTheBlock) {
+  SymbolicFile model;
+  ParseText(Fixture("towns.kvf"), model);
+  model.rules.clear();
+  model.header.value(kRulesNb).integer = 0;
+  SymbolicFile again;
+  EXPECT_EQ(ExitStatusOf([&] { ParseText(XmlOf(model), again); }), -1);
+  EXPECT_TRUE(again.rules.empty());
+  EXPECT_TRUE(again.isPresent(SymBlock::Rules));
 }
 
 TEST_F(RoundTripTest, CategoryBeyondTheVariableMakesTheXmlWriterFail) {

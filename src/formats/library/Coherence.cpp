@@ -13,7 +13,7 @@ std::string str(long long n) { return std::to_string(n); }
 void compareCount(Diagnostics& diag, const char* what, long long declared, size_t described) {
   const long long count = static_cast<long long>(described);
   if (declared == count) return;
-  diag.semanticError(std::string("ERROR the number of") + what + " declared in the header (" + str(declared) +
+  diag.coherenceError(std::string("ERROR the number of") + what + " declared in the header (" + str(declared) +
                      " is different of the number of" + what + " described in the file (" + str(count));
 }
 
@@ -25,11 +25,11 @@ void compareMissing(Diagnostics& diag, const char* which, double found, double s
                     const KeyValue& header) {
   const std::string values = std::string("the number of ") + which + " values within the MATRIX" + FormatReal(found);
   if (!sameAsWritten(found, sumOfVariables)) {
-    diag.semanticError(values + " \t is different of the SUM of element" + FormatReal(sumOfVariables) +
+    diag.coherenceError(values + " \t is different of the SUM of element" + FormatReal(sumOfVariables) +
                        " declared within the variables");
   }
   if (header.set && !sameAsWritten(found, header.real)) {
-    diag.semanticError(values + " \t is different of the number declared in the header" + FormatReal(header.real));
+    diag.coherenceError(values + " \t is different of the number declared in the header" + FormatReal(header.real));
   }
 }
 

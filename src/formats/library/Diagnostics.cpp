@@ -14,6 +14,11 @@ void Diagnostics::semanticError(const std::string& message) {
   LibraryLog::writeError(message);
 }
 
+void Diagnostics::coherenceError(const std::string& message) {
+  ++coherenceErrors_;
+  LibraryLog::writeError(message);
+}
+
 void Diagnostics::warning(const std::string& message) {
   ++warnings_;
   LibraryLog::write(message);

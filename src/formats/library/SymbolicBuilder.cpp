@@ -99,6 +99,15 @@ void SymbolicBuilder::beginBlock(SymBlock block) {
   accepting_ = true;
 }
 
+void SymbolicBuilder::beginEmptyBlock(SymBlock block) {
+  if (model_.declared[static_cast<int>(block)]) {
+    beginBlock(block);
+    return;
+  }
+  current_ = block;
+  accepting_ = false;
+}
+
 void SymbolicBuilder::assignKey(std::string_view key, const KeyInput& given) {
   if (!accepting_) return;
   KeyValueBlock& block = current_ == SymBlock::Files ? model_.file : model_.header;
@@ -286,7 +295,7 @@ void SymbolicBuilder::addCell(SymValue&& value) {
   if (column > declared || column > described) {
     if (!rowTooWide_) {
       diag_.semanticError(" the number of column within the matrix is" + str(column) +
-                          " greater than the number of objects declared:" + str(std::min(declared, described)));
+                          " greater than the number of objects declared:" + str(declared));
     }
     rowTooWide_ = true;
     return;

@@ -31,6 +31,9 @@ class SymbolicBuilder {
   // name and follows the blocks it needs. A block that the contents do
   // not name ends the process.
   void beginBlock(SymBlock block);
+  // Starts a block whose element holds no item: when the contents do not
+  // name it, the block is simply absent and takes nothing.
+  void beginEmptyBlock(SymBlock block);
 
   void assignKey(std::string_view key, const KeyInput& value);
   void addIndividual(long long number, std::string code, std::string label);
@@ -51,7 +54,8 @@ class SymbolicBuilder {
 
  private:
   bool checkNoErrorBefore(const char* what);
-  long long headerCount(HeaderKey key) const { return static_cast<long long>(model_.header.number(key)); }
+  // An integer key as read (the scanner saturates huge numbers); 0 when unset.
+  long long headerCount(HeaderKey key) const { return model_.header.value(key).integer; }
   void checkValueKind(const SymVariable& variable, SymValue& value);
   void markOldFashionNA(SymValue& value);
   void checkCategory(const SymVariable& variable, SymValue& value);

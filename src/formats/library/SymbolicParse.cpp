@@ -56,6 +56,12 @@ void stopOnSemanticErrors(Diagnostics& diagnostics) {
   LibraryExit(1);
 }
 
+void stopOnCoherenceErrors(Diagnostics& diagnostics) {
+  if (diagnostics.coherenceErrors() == 0) return;
+  diagnostics.note(" THE PROGRAM STOP");
+  LibraryExit(1);
+}
+
 [[noreturn]] void stopOnMemory() {
   LibraryLog::write("Memory allocation failed");
   LibraryExit(1);
@@ -72,14 +78,13 @@ void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFil
     announce(ctx.diagnostics, name);
     ctx.parse();
     stopOnSymbolicSyntaxErrors(ctx.diagnostics);
-    if (ctx.diagnostics.semanticErrors() == 0) {
-      if (ctx.scan.mode == DocumentMode::MetaXml) {
-        ctx.diagnostics.semanticError("Impossible to make a \"verifcoher\" for MetaData");
-      } else {
-        VerifyCoherence(model, ctx.diagnostics);
-      }
-    }
     stopOnSemanticErrors(ctx.diagnostics);
+    if (ctx.scan.mode == DocumentMode::MetaXml) {
+      ctx.diagnostics.coherenceError("Impossible to make a \"verifcoher\" for MetaData");
+    } else {
+      VerifyCoherence(model, ctx.diagnostics);
+    }
+    stopOnCoherenceErrors(ctx.diagnostics);
     ctx.diagnostics.note(" Parsing OK ");
   } catch (const std::bad_alloc&) {
     stopOnMemory();

@@ -321,7 +321,8 @@ xweighting: XML_TEXT { $$ = XmlWeighting(ctx, $1.view()); } ;
 
 xindividuals
   : %empty
-  | XMLINDIVIDUS { ctx.builder.beginBlock(SymBlock::Individuals); } xindividual_items FINXMLINDIVIDUS
+  | XMLINDIVIDUS FINXMLINDIVIDUS { ctx.builder.beginEmptyBlock(SymBlock::Individuals); }
+  | XMLINDIVIDUS { ctx.builder.beginBlock(SymBlock::Individuals); } xindividual xindividual_items FINXMLINDIVIDUS
   ;
 xindividual_items: %empty | xindividual_items xindividual ;
 xindividual
@@ -331,7 +332,8 @@ xindividual
 
 xvariables
   : %empty
-  | XMLVARIABLES { ctx.builder.beginBlock(SymBlock::Variables); } xvariable_items FINXMLVARIABLES
+  | XMLVARIABLES FINXMLVARIABLES { ctx.builder.beginEmptyBlock(SymBlock::Variables); }
+  | XMLVARIABLES { ctx.builder.beginBlock(SymBlock::Variables); } xvariable xvariable_items FINXMLVARIABLES
   ;
 xvariable_items: %empty | xvariable_items xvariable ;
 xvariable
@@ -364,7 +366,8 @@ xnode: xnum XMLNAME xtext FINXMLNAME XMLLABEL xtext FINXMLLABEL
 
 xhierarchies
   : %empty
-  | XMLHIERARCHIES { ctx.builder.beginBlock(SymBlock::Hierarchie); } xhierarchy_items FINXMLHIERARCHIES
+  | XMLHIERARCHIES FINXMLHIERARCHIES { ctx.builder.beginEmptyBlock(SymBlock::Hierarchie); }
+  | XMLHIERARCHIES { ctx.builder.beginBlock(SymBlock::Hierarchie); } xhierarchy xhierarchy_items FINXMLHIERARCHIES
   ;
 xhierarchy_items: %empty | xhierarchy_items xhierarchy ;
 xhierarchy
@@ -388,8 +391,9 @@ xchild_items
 
 xrules
   : %empty
-  | XMLRULES_GEN FINXMLRULES_GEN
-  | XMLRULES_GEN { ctx.builder.beginBlock(SymBlock::Rules); } XMLRULES xrule_items FINXMLRULES FINXMLRULES_GEN
+  | XMLRULES_GEN FINXMLRULES_GEN { ctx.builder.beginEmptyBlock(SymBlock::Rules); }
+  | XMLRULES_GEN XMLRULES FINXMLRULES FINXMLRULES_GEN { ctx.builder.beginEmptyBlock(SymBlock::Rules); }
+  | XMLRULES_GEN XMLRULES { ctx.builder.beginBlock(SymBlock::Rules); } xrule xrule_items FINXMLRULES FINXMLRULES_GEN
   ;
 xrule_items: %empty | xrule_items xrule ;
 xrule
@@ -401,8 +405,10 @@ xrule
 
 xmatrix
   : %empty
+  | XMLINDIV_MAT FINXMLINDIV_MAT { ctx.builder.beginEmptyBlock(SymBlock::RectangleMatrix);
+                                  if (!ctx.builder.beginMatrix()) YYABORT; }
   | XMLINDIV_MAT { ctx.builder.beginBlock(SymBlock::RectangleMatrix);
-                   if (!ctx.builder.beginMatrix()) YYABORT; } xrow_items FINXMLINDIV_MAT
+                   if (!ctx.builder.beginMatrix()) YYABORT; } xrow xrow_items FINXMLINDIV_MAT
   ;
 xrow_items: %empty | xrow_items xrow ;
 xrow: XMLLIGMAT { ctx.builder.beginRow(); } xcells FINXMLLIGMAT { ctx.builder.endRow(); } ;
