@@ -10,7 +10,9 @@
 
 #include "app/cli/CliCommands.h"
 #include "app/cli/CliUserInterface.h"
+#include "common/MessageBox.h"
 #include "common/Random15.h"
+#include "formats/library/SymbolicLibrary.h"
 #include "document/Document.h"
 
 using namespace velda;
@@ -120,6 +122,8 @@ int main(int argc, char** argv) {
     words.clear();
   }
 
+  symlib::SetSymbolicPauseEnabled(true);
+  symlib::SetSymbolicMessageBoxHandler([](const std::string& text) { showMessage(text, MessageIcon::Warning); });
   CliUserInterface ui;
   Document document(ui);
   ui.attach(document);
