@@ -187,19 +187,29 @@ Action parseAddVariables(Arguments& args, bool setValued) {
 Action parseAddSingle(Arguments& args) { return parseAddVariables(args, false); }
 Action parseAddSet(Arguments& args) { return parseAddVariables(args, true); }
 
-Action parseRemoveVariables(Arguments& args) {
+// remove-variables and remove-taxonomies: the named variables are what the
+// command's dialog answers.
+using SelectionDialog = ScriptedUserInterface::Dialog<VariableSelection> ScriptedUserInterface::*;
+
+Action parseVariableSelection(Arguments& args, SelectionDialog dialog, int32_t commandId, const char* what,
+                              bool (Document::*command)()) {
   const auto names = args.operands(1, SIZE_MAX);
   if (args.failed()) return nullptr;
-  return [names](Session& s) {
+  return [=](Session& s) {
     if (!needData(s)) return false;
     VariableSelection chosen;
     if (!variablesNamed(s, names, chosen.variableIndexes)) return false;
-    s.ui.onRemoveVariables = [chosen](VariableSelection& v) {
+    s.ui.*dialog = [chosen](VariableSelection& v) {
       v = chosen;
       return true;
     };
-    return runEnabled(s, ID_REMOVE_VARIABLES, "Removing variables", &Document::removeVariables);
+    return runEnabled(s, commandId, what, command);
   };
+}
+
+Action parseRemoveVariables(Arguments& args) {
+  return parseVariableSelection(args, &ScriptedUserInterface::onRemoveVariables, ID_REMOVE_VARIABLES,
+                                "Removing variables", &Document::removeVariables);
 }
 
 Action parseTaxonomy(Arguments& args) {
@@ -222,18 +232,8 @@ Action parseTaxonomy(Arguments& args) {
 }
 
 Action parseRemoveTaxonomies(Arguments& args) {
-  const auto names = args.operands(1, SIZE_MAX);
-  if (args.failed()) return nullptr;
-  return [names](Session& s) {
-    if (!needData(s)) return false;
-    VariableSelection chosen;
-    if (!variablesNamed(s, names, chosen.variableIndexes)) return false;
-    s.ui.onRemoveTaxonomies = [chosen](VariableSelection& v) {
-      v = chosen;
-      return true;
-    };
-    return runEnabled(s, ID_REMOVE_TAXONOMIES, "Removing taxonomies", &Document::removeTaxonomies);
-  };
+  return parseVariableSelection(args, &ScriptedUserInterface::onRemoveTaxonomies, ID_REMOVE_TAXONOMIES,
+                                "Removing taxonomies", &Document::removeTaxonomies);
 }
 
 Action parseDependence(Arguments& args) {
