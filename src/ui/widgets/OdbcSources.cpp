@@ -33,39 +33,34 @@ class ListingEnvironment {
 
 }  // namespace
 
-std::vector<std::string> installedOdbcDrivers() {
-  std::vector<std::string> drivers;
+namespace {
+
+// SQLDrivers and SQLDataSources list names the same way.
+using OdbcListing = SQLRETURN (*)(SQLHENV, SQLUSMALLINT, SQLCHAR*, SQLSMALLINT, SQLSMALLINT*, SQLCHAR*, SQLSMALLINT,
+                                  SQLSMALLINT*);
+
+std::vector<std::string> listedNames(OdbcListing list) {
+  std::vector<std::string> names;
   ListingEnvironment env;
-  if (env.handle() == SQL_NULL_HENV) return drivers;
+  if (env.handle() == SQL_NULL_HENV) return names;
   SQLCHAR name[256];
-  SQLCHAR attributes[1024];
+  SQLCHAR details[1024];
   SQLSMALLINT nameLength = 0;
-  SQLSMALLINT attributesLength = 0;
+  SQLSMALLINT detailsLength = 0;
   SQLUSMALLINT direction = SQL_FETCH_FIRST;
-  while (SQL_SUCCEEDED(SQLDrivers(env.handle(), direction, name, sizeof name, &nameLength, attributes,
-                                  sizeof attributes, &attributesLength))) {
-    drivers.emplace_back(reinterpret_cast<const char*>(name));
+  while (SQL_SUCCEEDED(list(env.handle(), direction, name, sizeof name, &nameLength, details, sizeof details,
+                            &detailsLength))) {
+    names.emplace_back(reinterpret_cast<const char*>(name));
     direction = SQL_FETCH_NEXT;
   }
-  return drivers;
+  return names;
 }
 
-std::vector<std::string> configuredDataSources() {
-  std::vector<std::string> sources;
-  ListingEnvironment env;
-  if (env.handle() == SQL_NULL_HENV) return sources;
-  SQLCHAR name[SQL_MAX_DSN_LENGTH + 1];
-  SQLCHAR description[256];
-  SQLSMALLINT nameLength = 0;
-  SQLSMALLINT descriptionLength = 0;
-  SQLUSMALLINT direction = SQL_FETCH_FIRST;
-  while (SQL_SUCCEEDED(SQLDataSources(env.handle(), direction, name, sizeof name, &nameLength, description,
-                                      sizeof description, &descriptionLength))) {
-    sources.emplace_back(reinterpret_cast<const char*>(name));
-    direction = SQL_FETCH_NEXT;
-  }
-  return sources;
-}
+}  // namespace
+
+std::vector<std::string> installedOdbcDrivers() { return listedNames(&SQLDrivers); }
+
+std::vector<std::string> configuredDataSources() { return listedNames(&SQLDataSources); }
 
 std::string sampleConnectionString() {
   const char* path = std::getenv("VELDA_SAMPLE_DB");
