@@ -28,9 +28,20 @@ inline std::string slurp(const std::string& path) {
   return text.str();
 }
 
+// The environment with LC_ALL set to `locale`.
+inline std::vector<std::string> environmentWithLocale(const std::string& locale) {
+  std::vector<std::string> variables;
+  for (char** variable = environ; *variable; ++variable)
+    if (std::string(*variable).rfind("LC_ALL=", 0) != 0) variables.push_back(*variable);
+  variables.push_back("LC_ALL=" + locale);
+  return variables;
+}
+
 // Runs build/bin/velda-cli with the arguments in the folder `dir`, standard
-// input from /dev/null, both outputs captured in files of that folder.
-inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir) {
+// input from /dev/null, both outputs captured in files of that folder. The
+// locale is C unless given, so bytes pass unchanged.
+inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir,
+                        const std::string& locale = "C") {
   const char* binaryDir = std::getenv("VELDA_BINARY_DIR");
   const std::string program = std::string(binaryDir ? binaryDir : ".") + "/bin/velda-cli";
   const std::string outPath = dir + "/cli.out";
@@ -45,9 +56,13 @@ inline CliResult runCli(const std::vector<std::string>& args, const std::string&
   argv.push_back(const_cast<char*>(program.c_str()));
   for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
   argv.push_back(nullptr);
+  std::vector<std::string> variables = environmentWithLocale(locale);
+  std::vector<char*> envp;
+  for (std::string& variable : variables) envp.push_back(variable.data());
+  envp.push_back(nullptr);
   CliResult result;
   pid_t pid;
-  if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) == 0) {
+  if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data()) == 0) {
     int status = 0;
     waitpid(pid, &status, 0);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

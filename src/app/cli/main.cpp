@@ -10,6 +10,7 @@
 
 #include "app/cli/CliCommands.h"
 #include "app/cli/CliUserInterface.h"
+#include "app/cli/LocaleCharset.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
 #include "formats/library/SymbolicLibrary.h"
@@ -33,6 +34,11 @@ void printUsage(std::FILE* out) {
                "standard output, messages to standard error. The first failing command\n"
                "stops the chain (exit status 1); a usage error exits with 2 before\n"
                "anything runs.\n"
+               "\n"
+               "Arguments are read in the locale's character set (LC_ALL, LC_CTYPE,\n"
+               "LANG) and converted to Latin-1, the character set of VELDA's names and\n"
+               "files; what is printed is converted back. In the C locale bytes pass\n"
+               "unchanged.\n"
                "\n"
                "Questions are answered without asking: \"save current data?\" is No, so a\n"
                "command that replaces changed data without an explicit save discards the\n"
@@ -88,6 +94,10 @@ std::string parseCommand(const std::vector<std::string>& words, ParsedChain& cha
 
 int main(int argc, char** argv) {
   std::vector<std::string> args(argv + 1, argv + argc);
+  const LocaleCharset charset = LocaleCharset::fromEnvironment();
+  // Printed as given, before output is converted, so the argument reads as typed.
+  if (const std::string error = convertArguments(charset, args); !error.empty()) return usageError(error);
+  convertStandardStreams(charset);
   size_t first = 0;
   bool seeded = false;
   bool showTimes = false;
