@@ -69,6 +69,9 @@ class Document {
   bool disconnect();
   bool newFromDatabase();
   bool open();
+  // Open without the file dialog: the project at `path` (and its metadata
+  // unless ignored), after the usual save question.
+  bool openFile(const std::string& path, bool ignoreMetadata);
   bool save();
   bool saveAs();
   bool newByJoin();

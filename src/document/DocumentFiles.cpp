@@ -96,9 +96,14 @@ bool Document::open() {
   if (!closeData()) return false;
   FileChoice choice;
   if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Open), choice)) return false;
-  std::FILE* file = std::fopen(choice.path.c_str(), "rb");
+  return openFile(choice.path, choice.ignoreMetadata);
+}
+
+bool Document::openFile(const std::string& path, bool ignoreMetadata) {
+  if (!closeData()) return false;
+  std::FILE* file = std::fopen(path.c_str(), "rb");
   if (!file) {
-    setError("Can not open file %s", choice.path.c_str());
+    setError("Can not open file %s", path.c_str());
     ui_.showMessage(lastError(), MessageIcon::Warning);
     return false;
   }
@@ -108,7 +113,7 @@ bool Document::open() {
     loaded = readProject(file);
   }
   std::fclose(file);
-  loadMetadata(choice.path + ".xml", choice.ignoreMetadata);
+  loadMetadata(path + ".xml", ignoreMetadata);
   if (!loaded) {
     ui_.showMessage("Load failed", MessageIcon::None);
     finishCommand();
@@ -118,7 +123,7 @@ bool Document::open() {
   assertionsOutOfDate_ = false;
   if (matrix_->indexAssertions()) refreshDisplays();
   printSummary(true);
-  fileRecord_ = FileRecord::fromPath(choice.path);
+  fileRecord_ = FileRecord::fromPath(path);
   updateTitle();
   finishCommand();
   return true;

@@ -2,11 +2,8 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QDesktopServices>
-#include <QDir>
 #include <QDockWidget>
-#include <QFileInfo>
 #include <QMenuBar>
 #include <QShortcut>
 #include <QStatusBar>
@@ -16,6 +13,7 @@
 #include "document/CommandTable.h"
 #include "ui/frame/AboutDialog.h"
 #include "ui/frame/CKORVAView.h"
+#include "ui/frame/ManualLocation.h"
 #include "ui/panels/DependencesPanel.h"
 #include "ui/panels/IndividualsPanel.h"
 #include "ui/panels/VariablesPanel.h"
@@ -70,20 +68,6 @@ const char* menuTitle(Menu menu) {
     case Menu::None: break;
   }
   return nullptr;
-}
-
-// The manual's first page: beside the program, installed, or in the sources.
-QString helpIndexPath() {
-  const QString appDir = QCoreApplication::applicationDirPath();
-  const QStringList candidates{qEnvironmentVariable("VELDA_DOCS_DIR"), appDir + QStringLiteral("/docs"),
-                               appDir + QStringLiteral("/../share/doc/velda"),
-                               QStringLiteral(VELDA_SOURCE_DOCS)};
-  for (const QString& dir : candidates) {
-    if (dir.isEmpty()) continue;
-    const QString index = QDir(dir).filePath(QStringLiteral("index.html"));
-    if (QFileInfo::exists(index)) return QFileInfo(index).absoluteFilePath();
-  }
-  return QString();
 }
 
 }  // namespace
@@ -256,7 +240,7 @@ bool CMainFrame::runFrameCommand(int32_t commandId) {
     case ID_REDOCK_TOOLBARS: redockToolBars(); return true;
     case ID_REDOCK_DISPLAYS: redockPanels(); return true;
     case ID_HELP_FINDER: showHelp(); return true;
-    case ID_HOME_PAGE: QDesktopServices::openUrl(QUrl(QString::fromLatin1(kHomePage))); return true;
+    case ID_HOME_PAGE: showHelp(); return true;
     case ID_APP_ABOUT: {
       AboutDialog about(this);
       about.exec();
@@ -284,7 +268,7 @@ void CMainFrame::redockPanels() {
 }
 
 void CMainFrame::showHelp() {
-  const QString index = helpIndexPath();
+  const QString index = manualIndexPath();
   if (index.isEmpty() || !QDesktopServices::openUrl(QUrl::fromLocalFile(index))) {
     view_->showMessage("Creation of viewer subprocess failed", MessageIcon::Warning);
   }

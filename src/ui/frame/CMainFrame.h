@@ -21,8 +21,6 @@ class CMainFrame : public QMainWindow {
   Q_OBJECT
 
  public:
-  static constexpr const char* kHomePage = "https://www.example.org/velda/";
-
   explicit CMainFrame(QWidget* parent = nullptr);
   ~CMainFrame() override;
 
