@@ -5,14 +5,18 @@
 #   make gui      build and start the desktop application
 #   make screenshots  pictures of the main window and every dialog in build/screenshots/
 #   make bench    build and run the benchmarks
+#   make install  build and install under PREFIX (default /usr/local; DESTDIR stages it)
+#   make uninstall  remove what the last make install put in place
 
 JOBS ?= $(shell nproc)
 BUILD := build
 TEST_BUILD := build-test
 BENCH_BUILD := build-bench
 SAMPLE_DB := $(BUILD)/sample.db
+PREFIX ?= /usr/local
+DESTDIR ?=
 
-.PHONY: all deps configure demo test gui screenshots bench sample clean
+.PHONY: all deps configure demo test gui screenshots bench sample install uninstall clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -21,7 +25,7 @@ deps:
 	@scripts/install-deps.sh
 
 configure:
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELDA_BUILD_TESTS=OFF >/dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELDA_BUILD_TESTS=OFF -DCMAKE_INSTALL_PREFIX=$(PREFIX) >/dev/null
 
 sample: $(SAMPLE_DB)
 
@@ -49,6 +53,12 @@ bench: deps
 	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELDA_BUILD_TESTS=OFF -DVELDA_BUILD_BENCH=ON >/dev/null
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	bench/run.sh $(BENCH_BUILD)
+
+install: all
+	DESTDIR="$(DESTDIR)" cmake --install $(BUILD)
+
+uninstall:
+	DESTDIR="$(DESTDIR)" cmake -P $(BUILD)/velda_uninstall.cmake
 
 clean:
 	rm -rf $(BUILD) $(TEST_BUILD) $(BENCH_BUILD)

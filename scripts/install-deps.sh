@@ -12,7 +12,8 @@ packages=(
   qt6-base-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libxml2-utils
-  clang libclang-rt-14-dev
+  clang libclang-rt-dev
+  xdg-utils desktop-file-utils shared-mime-info man-db
 )
 
 missing=()

@@ -1,0 +1,132 @@
+// The installed tree: what make install puts in place, that it works from
+// there, and that make uninstall takes away exactly that.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "app/CliRun.h"
+#include "support/TempDir.h"
+
+namespace velda::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct CommandResult {
+  int status = -1;
+  std::string output;  // standard output and standard error together
+};
+
+// Runs a shell command line.
+CommandResult run(const std::string& command) {
+  CommandResult result;
+  std::FILE* pipe = popen((command + " 2>&1").c_str(), "r");
+  if (!pipe) return result;
+  char buffer[4096];
+  for (size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) result.output.append(buffer, n);
+  const int status = pclose(pipe);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+std::string quoted(const std::string& path) { return "'" + path + "'"; }
+
+std::string buildDir() { return std::getenv("VELDA_BINARY_DIR"); }
+
+std::vector<std::string> regularFilesUnder(const std::string& root) {
+  std::vector<std::string> files;
+  for (const auto& entry : fs::recursive_directory_iterator(root))
+    if (!entry.is_directory()) files.push_back(fs::relative(entry.path(), root).string());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+TEST(Install, TheInstalledTreeWorksAndUninstallTakesExactlyItAway) {
+  TempDir stage;
+  const std::string root = fs::canonical(stage.path()).string();
+  // Something of the system's own that the installation must leave alone.
+  fs::create_directories(root + "/usr/local/bin");
+  std::ofstream(root + "/usr/local/bin/other-program") << "#!/bin/sh\n";
+
+  CommandResult step = run("DESTDIR=" + quoted(root) + " cmake --install " + quoted(buildDir()));
+  ASSERT_EQ(step.status, 0) << step.output;
+
+  const std::string prefix = root + "/usr/local";
+  const std::vector<std::string> expected = {
+      "usr/local/bin/other-program",
+      "usr/local/bin/velda",
+      "usr/local/bin/velda-cli",
+      "usr/local/share/applications/velda.desktop",
+      "usr/local/share/doc/velda/commands.html",
+      "usr/local/share/doc/velda/connecting.html",
+      "usr/local/share/doc/velda/formats.html",
+      "usr/local/share/doc/velda/index.html",
+      "usr/local/share/doc/velda/install.html",
+      "usr/local/share/doc/velda/style.css",
+      "usr/local/share/doc/velda/troubleshooting.html",
+      "usr/local/share/icons/hicolor/scalable/apps/velda.svg",
+      "usr/local/share/man/man1/velda-cli.1",
+      "usr/local/share/man/man1/velda.1",
+      "usr/local/share/mime/packages/velda.xml",
+  };
+  EXPECT_EQ(regularFilesUnder(root), expected);
+
+  // The programs run from there, and Help reads the manual installed with
+  // them; from the build tree it reads the source tree's.
+  step = run(quoted(prefix + "/bin/velda-cli") + " --help");
+  EXPECT_EQ(step.status, 0) << step.output;
+  EXPECT_EQ(step.output.rfind("usage: velda-cli ", 0), 0u) << step.output;
+  step = run("QT_QPA_PLATFORM=offscreen " + quoted(prefix + "/bin/velda") + " --help");
+  EXPECT_EQ(step.status, 0) << step.output;
+  EXPECT_NE(step.output.find("The manual: " + prefix + "/share/doc/velda/index.html\n"), std::string::npos)
+      << step.output;
+  step = run("QT_QPA_PLATFORM=offscreen " + quoted(buildDir() + "/bin/velda") + " --help");
+  EXPECT_NE(step.output.find("The manual: " + std::string(std::getenv("VELDA_SOURCE_DIR")) + "/docs/index.html\n"),
+            std::string::npos)
+      << step.output;
+  step = run("QT_QPA_PLATFORM=offscreen " + quoted(prefix + "/bin/velda") + " one.gaj two.gaj");
+  EXPECT_EQ(step.status, 2) << step.output;
+
+  // Both man pages render without a warning and name the installed manual.
+  for (const std::string page : {"velda", "velda-cli"}) {
+    step = run("MANWIDTH=80 man --warnings -l " + quoted(prefix + "/share/man/man1/" + page + ".1"));
+    EXPECT_EQ(step.status, 0) << step.output;
+    EXPECT_EQ(step.output.find("warning"), std::string::npos) << step.output;
+    EXPECT_NE(step.output.find("NAME\n       " + page + " - "), std::string::npos) << step.output;
+    EXPECT_NE(step.output.find("/usr/local/share/doc/velda/index.html"), std::string::npos) << step.output;
+  }
+
+  // The desktop entry is valid and opens project files, which the shared
+  // MIME database recognises by name and by content.
+  const std::string desktop = prefix + "/share/applications/velda.desktop";
+  step = run("desktop-file-validate " + quoted(desktop));
+  EXPECT_EQ(step.status, 0) << step.output;
+  EXPECT_EQ(step.output, "");
+  const std::string entry = slurp(desktop);
+  EXPECT_NE(entry.find("\nExec=velda %f\n"), std::string::npos);
+  EXPECT_NE(entry.find("\nMimeType=application/x-velda-project;\n"), std::string::npos);
+  TempDir mime;
+  fs::create_directories(mime.path() + "/packages");
+  fs::copy_file(prefix + "/share/mime/packages/velda.xml", mime.path() + "/packages/velda.xml");
+  step = run("update-mime-database " + quoted(mime.path()));
+  ASSERT_EQ(step.status, 0) << step.output;
+  EXPECT_NE(slurp(mime.path() + "/globs2").find(":application/x-velda-project:*.gaj\n"), std::string::npos);
+  const std::string magic = "[60:application/x-velda-project]\n>0=" + std::string(1, '\0') + "\x07$KORVA$\n";
+  EXPECT_NE(slurp(mime.path() + "/magic").find(magic), std::string::npos);
+
+  step = run("DESTDIR=" + quoted(root) + " cmake -P " + quoted(buildDir() + "/velda_uninstall.cmake"));
+  ASSERT_EQ(step.status, 0) << step.output;
+  EXPECT_EQ(regularFilesUnder(root), std::vector<std::string>{"usr/local/bin/other-program"});
+  EXPECT_FALSE(fs::exists(prefix + "/share/doc/velda"));
+  EXPECT_TRUE(fs::exists(prefix + "/share/man/man1"));
+}
+
+}  // namespace
+}  // namespace velda::test
