@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -126,6 +128,24 @@ TEST(Install, TheInstalledTreeWorksAndUninstallTakesExactlyItAway) {
   EXPECT_EQ(regularFilesUnder(root), std::vector<std::string>{"usr/local/bin/other-program"});
   EXPECT_FALSE(fs::exists(prefix + "/share/doc/velda"));
   EXPECT_TRUE(fs::exists(prefix + "/share/man/man1"));
+}
+
+// The script starts from a fresh machine of any current Debian release: a
+// name with a release's version in it (libfoo-14-dev) exists on one only.
+TEST(Install, TheDependencyScriptNamesUnversionedDebianPackages) {
+  const std::string script = slurp(std::string(std::getenv("VELDA_SOURCE_DIR")) + "/scripts/install-deps.sh");
+  const size_t start = script.find("packages=(");
+  const size_t end = script.find(')', start);
+  ASSERT_NE(start, std::string::npos);
+  std::istringstream list(script.substr(start + 10, end - start - 10));
+  const std::regex versioned("-[0-9]+(\\.[0-9]+)?(-|$)");
+  std::vector<std::string> packages;
+  for (std::string name; list >> name;) {
+    EXPECT_FALSE(std::regex_search(name, versioned)) << name;
+    packages.push_back(name);
+  }
+  for (const std::string tool : {"xdg-utils", "desktop-file-utils", "shared-mime-info", "man-db"})
+    EXPECT_NE(std::find(packages.begin(), packages.end(), tool), packages.end()) << tool;
 }
 
 }  // namespace
