@@ -12,6 +12,7 @@ packages=(
   qt6-base-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libxml2-utils
+  xvfb openbox x11-utils imagemagick fonts-dejavu-core xdg-utils
   clang libclang-rt-14-dev
 )
 
