@@ -77,8 +77,8 @@ DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const Dependenc
   layout->addWidget(buttons);
 }
 
-// The applicable set lists the chosen mother's modalities; the daughters are the variables that the model accepts as
-// daughters of that mother.
+// The applicable set lists the chosen mother's modalities; the daughters
+// are the variables that the model accepts as daughters of that mother.
 void DependenceDialog::onMotherChosen() {
   modalities_->clear();
   daughters_->clear();
