@@ -3,7 +3,8 @@
 #   make demo     install dependencies, build, run the main job on the sample database
 #   make test     install dependencies, build with sanitizers, run every test
 #   make gui      build and start the desktop application
-#   make screenshots  pictures of the main window and every dialog in build/screenshots/
+#   make screenshots  pictures of the main window and every dialog in build/screenshots/,
+#                     read from a real X window (a private Xvfb when no display is set)
 #   make bench    build and run the benchmarks
 #   make install  build and install under PREFIX (default /usr/local; DESTDIR stages it)
 #   make uninstall  remove what the last make install put in place
@@ -46,7 +47,7 @@ gui: deps all sample
 
 screenshots: deps all sample
 	rm -rf $(BUILD)/screenshots
-	QT_QPA_PLATFORM=offscreen VELDA_SAMPLE_DB=$(abspath $(SAMPLE_DB)) $(BUILD)/bin/velda-screenshots $(abspath $(BUILD))/screenshots > /dev/null
+	QT_QPA_PLATFORM=xcb VELDA_SAMPLE_DB=$(abspath $(SAMPLE_DB)) scripts/with-xvfb.sh $(BUILD)/bin/velda-screenshots $(abspath $(BUILD))/screenshots > /dev/null
 	@echo "pictures written to $(BUILD)/screenshots/"
 
 bench: deps

@@ -18,11 +18,12 @@ function(velda_library name)
   target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()
 
-# velda_test(NAME LABEL label LIBS libs... SOURCES files...)
+# velda_test(NAME LABEL label [XSERVER] LIBS libs... SOURCES files...)
 # One GoogleTest executable, registered as one ctest test with the label.
-# Tests labelled pg run under scripts/with-postgres.sh.
+# Tests labelled pg run under scripts/with-postgres.sh, tests marked XSERVER
+# under scripts/with-xvfb.sh (a private X server when no display is set).
 function(velda_test name)
-  cmake_parse_arguments(T "" "LABEL" "LIBS;SOURCES" ${ARGN})
+  cmake_parse_arguments(T "XSERVER" "LABEL" "LIBS;SOURCES" ${ARGN})
   add_executable(${name} ${T_SOURCES})
   target_compile_options(${name} PRIVATE ${VELDA_WARNINGS})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
@@ -30,6 +31,8 @@ function(velda_test name)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   if(T_LABEL STREQUAL "pg")
     add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-postgres.sh $<TARGET_FILE:${name}>)
+  elseif(T_XSERVER)
+    add_test(NAME ${name} COMMAND ${PROJECT_SOURCE_DIR}/scripts/with-xvfb.sh $<TARGET_FILE:${name}>)
   else()
     add_test(NAME ${name} COMMAND ${name})
   endif()

@@ -14,6 +14,7 @@ packages=(
   libxml2-utils
   clang libclang-rt-dev
   xdg-utils desktop-file-utils shared-mime-info man-db
+  xvfb openbox x11-utils imagemagick fonts-dejavu-core
 )
 
 missing=()

@@ -48,13 +48,18 @@ bool startDetached(const std::string& program, const std::string& path) {
 
 }  // namespace
 
+// Only programs that open a window of their own are listed: one that needs
+// a terminal (vi behind sensible-editor, w3m behind sensible-browser) would
+// start without one, show nothing, and still count as started.
 std::vector<std::string> viewerPrograms(ViewerKind kind) {
   const char* chosen = std::getenv("VELDA_VIEWER");
   if (chosen && *chosen) return {chosen};
-  const std::vector<std::string> textViewers = {"sensible-editor", "gedit", "kate", "mousepad"};
+  const std::vector<std::string> textViewers = {"gedit", "gnome-text-editor", "kate", "kwrite", "mousepad",
+                                                "pluma", "xed", "featherpad", "leafpad"};
   std::vector<std::string> programs = {"xdg-open"};
   // XML goes to a file browser first and falls back to the text viewers.
-  if (kind == ViewerKind::Xml) programs.insert(programs.end(), {"nautilus", "thunar", "dolphin", "sensible-browser"});
+  if (kind == ViewerKind::Xml)
+    programs.insert(programs.end(), {"nautilus", "thunar", "dolphin", "pcmanfm", "caja", "nemo", "firefox"});
   programs.insert(programs.end(), textViewers.begin(), textViewers.end());
   return programs;
 }

@@ -9,7 +9,8 @@ namespace velda {
 
 // The programs tried, in order, to show a file: the one named by the
 // environment variable VELDA_VIEWER when it is set, else xdg-open first,
-// then for XML the file browsers, then the text editors.
+// then for XML the file browsers, then the text editors: all of them
+// programs that open a window of their own.
 std::vector<std::string> viewerPrograms(ViewerKind kind);
 
 // Starts the first program of the list that can be started, with the file

@@ -1,8 +1,10 @@
 // Viewer start and the view files' temporary names.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 
 #include "document/ViewFiles.h"
@@ -50,6 +52,34 @@ TEST(DocumentViewer, TheChosenViewerIsTheOnlyOneTried) {
   ASSERT_GT(xml.size(), text.size());
   EXPECT_TRUE(std::equal(text.begin() + 1, text.end(), xml.end() - static_cast<long>(text.size() - 1)));
   EXPECT_EQ(xml[1], "nautilus");
+}
+
+// Makes an executable script that does nothing.
+void fakeProgram(const test::TempDir& bin, const std::string& name) {
+  const std::string path = bin.file(name);
+  FILE* script = std::fopen(path.c_str(), "w");
+  ASSERT_NE(script, nullptr);
+  std::fputs("#!/bin/sh\nexit 0\n", script);
+  std::fclose(script);
+  chmod(path.c_str(), 0755);
+}
+
+TEST(DocumentViewer, ProgramsThatNeedATerminalDoNotCountAsViewers) {
+  ScopedEnv none("VELDA_VIEWER", "");
+  test::TempDir bin;
+  // A machine without a desktop: only the terminal programs are there.
+  for (const char* name : {"sensible-editor", "sensible-browser", "editor", "vi", "w3m"}) fakeProgram(bin, name);
+  {
+    ScopedEnv path("PATH", bin.path());
+    EXPECT_FALSE(launchViewer("file.txt", ViewerKind::Text));
+    EXPECT_FALSE(launchViewer("file.xml", ViewerKind::Xml));
+  }
+
+  // A windowed editor is found and started.
+  fakeProgram(bin, "mousepad");
+  ScopedEnv path("PATH", bin.path());
+  EXPECT_TRUE(launchViewer("file.txt", ViewerKind::Text));
+  EXPECT_TRUE(launchViewer("file.xml", ViewerKind::Xml));
 }
 
 TEST(DocumentViewer, ViewFilesAreMadeInTmpdirOnceAndDeletedAtTheEnd) {

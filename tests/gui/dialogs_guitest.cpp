@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
 #include <QFileDialog>
 #include <QTest>
 #include <QLineEdit>
@@ -10,15 +12,21 @@
 
 #include "document/DialogChecks.h"
 #include "gui/GuiTestSupport.h"
+#include "support/SqliteDatabase.h"
 #include "ui/dialogs/ExportDialog.h"
 #include "ui/dialogs/JoinDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/dialogs/ProgressDialog.h"
 #include "ui/dialogs/QueryDialog.h"
+#include "ui/frame/AboutDialog.h"
+#include "ui/frame/CKORVAView.h"
+#include "ui/frame/CMainFrame.h"
 #include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/DataSourceLink.h"
 #include "ui/widgets/FileDialogs.h"
 #include "ui/widgets/FileField.h"
+#include "ui/widgets/MessageBoxes.h"
+#include "ui/widgets/TableListBox.h"
 
 namespace velda::ui {
 namespace {
@@ -267,6 +275,104 @@ TEST_F(DialogTest, ProgressDialogStaysShownOnEscapeAndCloseWhichActAsCancel) {
     EXPECT_TRUE(dialog.wasCancelled()) << escape;
     EXPECT_FALSE(dialog.isVisible()) << escape;  // run() hides it at the end
   }
+}
+
+// A name typed without a suffix gets the suffix of the filter chosen in the
+// file type list, as the user reads it there.
+TEST_F(DialogTest, ExportFileSuffixFollowsTheChosenFilter) {
+  test::TempDir dir;
+  ExportDialog dialog(ExportValues{});
+  for (const auto& [downs, expected] : {std::pair{1, "out1.kvf"}, std::pair{0, "out1.xml"}}) {
+    test::onNextModal<QFileDialog>([&dir, downs = downs](QFileDialog* files) {
+      files->setDirectory(QString::fromStdString(dir.path()));
+      auto* types = files->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+      if (types) {
+        QTest::keyClick(types, Qt::Key_Home);
+        for (int i = 0; i < downs; ++i) QTest::keyClick(types, Qt::Key_Down);
+      }
+      files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
+      static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
+    });
+    dialog.fileField()->selectButton()->click();
+    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
+  }
+}
+
+// Enter goes to OK once the fields are filled, whichever side button was
+// used last; in About, Return closes the box also after More.
+TEST_F(DialogTest, EnterPressesTheDefaultButtonNotTheFocusedSideButton) {
+  int choosersOpened = 0;
+  // Closes a file chooser that Enter might open, so the test cannot hang.
+  auto watchChooser = [&choosersOpened] {
+    QTimer::singleShot(300, [&choosersOpened] {
+      if (auto* chooser = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+        ++choosersOpened;
+        chooser->reject();
+      }
+    });
+  };
+
+  ExportValues values;
+  values.file = "/tmp/survey.kvf";
+  ExportDialog exportDialog(values);
+  exportDialog.show();
+  QPushButton* select = exportDialog.fileField()->selectButton();
+  watchChooser();
+  select->click();
+  EXPECT_EQ(choosersOpened, 1);
+  select->setFocus();
+  watchChooser();
+  QTest::keyClick(select, Qt::Key_Return);
+  QTest::qWait(350);
+  EXPECT_EQ(choosersOpened, 1);
+  EXPECT_EQ(exportDialog.result(), QDialog::Accepted);
+
+  AboutDialog about;
+  about.show();
+  QPushButton* more = nullptr;
+  for (QPushButton* button : about.findChildren<QPushButton*>())
+    if (button->text() == QStringLiteral("More")) more = button;
+  ASSERT_NE(more, nullptr);
+  more->click();
+  EXPECT_TRUE(about.moreLabel()->isVisible());
+  more->setFocus();
+  QTest::keyClick(more, Qt::Key_Return);
+  EXPECT_EQ(about.result(), QDialog::Accepted);
+  EXPECT_FALSE(about.isVisible());
+}
+
+// A one-word message still leaves room for the caption and the title bar's
+// buttons, so the window manager does not cut the caption down.
+TEST_F(DialogTest, MessageBoxesAreWideEnoughForTheirCaption) {
+  for (const char* text : {"Load failed", "Save failed"}) {
+    int width = 0;
+    int captionWidth = 0;
+    test::onNextModal<QMessageBox>([&](QMessageBox* box) {
+      width = box->width();
+      captionWidth = box->fontMetrics().horizontalAdvance(box->windowTitle());
+      box->accept();
+    });
+    showMessageBox(nullptr, QString::fromLatin1(text), MessageIcon::None);
+    EXPECT_GT(captionWidth, 0);
+    EXPECT_GE(width, captionWidth + 150) << text;
+  }
+}
+
+// With the sample database installed the extraction dialog opens on it and
+// lists its tables; a sample name that names no file connects to nothing.
+TEST_F(DialogTest, ExtractionDialogOpensOnTheInstalledSampleDatabase) {
+  test::SqliteDatabase sample("create table survey (person_id integer, town text);");
+  CMainFrame frame;
+  {
+    qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path() + ".missing"));
+    QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+    EXPECT_EQ(frame.view().connection(), nullptr);
+  }
+  qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path()));
+  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+  qunsetenv("VELDA_SAMPLE_DB");
+  EXPECT_NE(frame.view().connection(), nullptr);
+  EXPECT_FALSE(dialog.tableList()->list()->findItems(QStringLiteral("survey"), Qt::MatchExactly).isEmpty());
 }
 
 }  // namespace

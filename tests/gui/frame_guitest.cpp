@@ -65,6 +65,14 @@ TEST_F(FrameTest, ToolBarsAndPanelsHideShowAndTick) {
   EXPECT_TRUE(frame->action(ID_DEPENDENCES_DISPLAY)->isChecked());
   EXPECT_EQ(frame->toolBar(ID_MAIN_TOOLBAR)->windowTitle().toStdString(), "Main");
   EXPECT_EQ(frame->toolBar(ID_WINDOWS_TOOLBAR)->actions().size(), 5);
+
+  // In the menus a shown panel is ticked like a shown toolbar: its icon,
+  // which would only get a frame around it, stays on the toolbar button.
+  for (int32_t id : {ID_VARIABLES_DISPLAY, ID_INDIVIDUALS_DISPLAY, ID_DEPENDENCES_DISPLAY, ID_MAIN_TOOLBAR}) {
+    EXPECT_FALSE(frame->action(id)->isIconVisibleInMenu()) << id;
+  }
+  EXPECT_FALSE(frame->action(ID_VARIABLES_DISPLAY)->icon().isNull());
+  EXPECT_TRUE(frame->action(ID_FILE_NEW)->isIconVisibleInMenu());
 }
 
 TEST_F(FrameTest, RedockPutsFloatedPanelsAndToolbarsBack) {
@@ -123,14 +131,14 @@ TEST_F(FrameTest, ConsoleMenuOffersClearAndSaveAndEmptySaveAsksNothing) {
   QStringList texts;
   QTimer::singleShot(50, [&texts] {
     if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-      for (QAction* action : menu->actions()) texts << action->text();
+      for (QAction* action : menu->actions()) texts << QString(action->text()).remove(QLatin1Char('&'));
       menu->actions().front()->trigger();
       menu->close();
     }
   });
   QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(10, 10), view.viewport()->mapToGlobal(QPoint(10, 10)));
   QApplication::sendEvent(view.viewport(), &event);
-  EXPECT_EQ(texts, (QStringList{QStringLiteral("Clear the console"), QStringLiteral("Save to a file")}));
+  EXPECT_EQ(texts, (QStringList{QStringLiteral("Clear"), QStringLiteral("Save to file")}));
   // Clear was chosen.
   EXPECT_EQ(view.document().console().count(), 0u);
 

@@ -1,12 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <QComboBox>
+#include <QHelpEvent>
+#include <QToolTip>
 #include <QListWidget>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
 
 #include "gui/GuiTestSupport.h"
 #include "model/CategoricalVariable.h"
+#include "model/Dependence.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "ui/dialogs/DependenceDialog.h"
@@ -252,6 +256,74 @@ TEST_F(MatrixViewTest, DependenceDialogListsAndChecksInOrder) {
   again.accept();
   ASSERT_EQ(again.result(), QDialog::Accepted);
   EXPECT_EQ(again.values().daughterIndexes, dialog.values().daughterIndexes);
+}
+
+TEST_F(MatrixViewTest, DependenceDialogOffersOnlyDaughtersTheMotherCanHave) {
+  // sex -> jobs: jobs may not then be the mother of sex, its own mother.
+  auto matrix = smallMatrix();
+  RuleGroup group;
+  const std::vector<int32_t> female{0};
+  const std::vector<int32_t> jobs{1};
+  ASSERT_EQ(makeRuleGroup(*matrix, 0, female, jobs, group), 1);
+  ASSERT_EQ(applyRule(*matrix, std::move(group)), 1);
+
+  DependenceDialog dialog(*matrix, DependenceValues{});
+  ASSERT_EQ(dialog.motherList()->count(), 2);
+  dialog.motherList()->item(1)->setSelected(true);
+  ASSERT_EQ(dialog.daughterList()->count(), 1);
+  EXPECT_EQ(dialog.daughterList()->item(0)->text().toStdString(), "age");
+
+  // sex is a mother already; jobs, its daughter, is not offered again.
+  dialog.motherList()->item(1)->setSelected(false);
+  dialog.motherList()->item(0)->setSelected(true);
+  ASSERT_EQ(dialog.daughterList()->count(), 1);
+  EXPECT_EQ(dialog.daughterList()->item(0)->text().toStdString(), "age");
+
+  // A refusal leaves every choice made so far in place.
+  dialog.modalityList()->item(1)->setSelected(true);
+  ShownMessage shown;
+  recordNextMessage(shown);
+  dialog.accept();
+  EXPECT_EQ(shown.text, "No daughter variables selected");
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_TRUE(dialog.motherList()->item(0)->isSelected());
+  EXPECT_TRUE(dialog.modalityList()->item(1)->isSelected());
+}
+
+// A rule whose applicable set is long: its whole text can be scrolled to
+// and read in a tooltip.
+TEST_F(MatrixViewTest, ViewDependencesShowsLongRulesWhole) {
+  auto matrix = SymbolicMatrix::create(11, 7);
+  auto region = std::make_unique<CategoricalVariable>("region", 0, 5);
+  std::vector<int32_t> applicable;
+  for (int i = 0; i < 12; ++i) {
+    region->addModality("a region with a rather long name number " + std::to_string(i));
+    applicable.push_back(i);
+  }
+  matrix->appendVariable(std::move(region));
+  matrix->appendVariable(std::make_unique<QuantitativeVariable>("income", 0));
+  matrix->cellCount = 2;
+  RuleGroup group;
+  const std::vector<int32_t> income{1};
+  ASSERT_EQ(makeRuleGroup(*matrix, 0, applicable, income, group), 1);
+  ASSERT_EQ(applyRule(*matrix, std::move(group)), 1);
+
+  DependencesDialog dialog(*matrix);
+  dialog.show();
+  QTreeWidget* tree = dialog.definitions();
+  ASSERT_EQ(tree->topLevelItemCount(), 1);
+  QTreeWidgetItem* rule = tree->topLevelItem(0)->child(0);
+  ASSERT_NE(rule, nullptr);
+  const QString text = rule->text(0);
+  ASSERT_GT(text.size(), 500);
+  EXPECT_GE(tree->columnWidth(0), tree->fontMetrics().horizontalAdvance(text));
+  EXPECT_TRUE(tree->horizontalScrollBar()->maximum() > 0);
+
+  const QRect place = tree->visualItemRect(rule);
+  QHelpEvent help(QEvent::ToolTip, place.center(), tree->viewport()->mapToGlobal(place.center()));
+  QApplication::sendEvent(tree->viewport(), &help);
+  EXPECT_EQ(QToolTip::text(), text);
+  QToolTip::hideText();
 }
 
 }  // namespace

@@ -1,12 +1,24 @@
 // Writes pictures of the desktop program for the manual and for review:
 // the main window with the sample data, every dialog and the volume matrix.
 //   velda-screenshots OUTPUT_FOLDER   (VELDA_SAMPLE_DB names the sample database)
-// Run it on Qt's offscreen platform; no display is needed.
+// It runs on a real X display (make screenshots starts a private Xvfb with a
+// window manager) and reads each picture back from the screen, frame and
+// caption included, so that the pictures show what a user sees, repaint
+// faults too.
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QThread>
+#include <QWindow>
 #include <QCheckBox>
 #include <QDir>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPlainTextEdit>
@@ -48,13 +60,56 @@ namespace {
 
 QString outputFolder;
 
+// Lets the window manager place and frame a window and Qt paint it: waits
+// until the window is exposed and its frame has stopped moving.
+void settle(QWidget& widget) {
+  QElapsedTimer clock;
+  clock.start();
+  QRect last;
+  int steady = 0;
+  while (clock.elapsed() < 3000 && steady < 3) {
+    QApplication::processEvents(QEventLoop::AllEvents, 30);
+    QThread::msleep(30);
+    const QWindow* window = widget.windowHandle();
+    if (!window || !window->isExposed()) continue;
+    steady = widget.frameGeometry() == last ? steady + 1 : 0;
+    last = widget.frameGeometry();
+  }
+  QApplication::processEvents();
+}
+
+// The window's place on the screen, read back from the X server's root
+// window (not a fresh rendering of the widget).
+void saveShown(QWidget& widget, const char* name) {
+  settle(widget);
+  const QRect frame = widget.frameGeometry();
+  const QPixmap shown = widget.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height());
+  const QString path = QDir(outputFolder).filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
+  if (!shown.save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+}
+
 void save(QWidget& widget, const char* name) {
   widget.show();
   widget.adjustSize();
-  QApplication::processEvents();
-  const QString path = QDir(outputFolder).filePath(QString::fromLatin1(name) + QStringLiteral(".png"));
-  if (!widget.grab().save(path)) std::fprintf(stderr, "cannot write %s\n", qPrintable(path));
+  widget.raise();
+  widget.activateWindow();
+  saveShown(widget, name);
   widget.hide();
+}
+
+// Pictures the next pop-up menu while it is open, then closes it.
+void onNextPopup(const char* name) {
+  auto* timer = new QTimer;
+  timer->setInterval(5);
+  QObject::connect(timer, &QTimer::timeout, [timer, name] {
+    QWidget* popup = QApplication::activePopupWidget();
+    if (!popup || !popup->isVisible()) return;
+    timer->stop();
+    timer->deleteLater();
+    saveShown(*popup, name);
+    popup->close();
+  });
+  timer->start();
 }
 
 void choose(QListWidget* list, const char* text) {
@@ -64,33 +119,43 @@ void choose(QListWidget* list, const char* text) {
   found.front()->setSelected(true);
 }
 
-// The main job of the sample database, driven through the real dialogs.
+// The main job of the sample database, driven through the real dialogs;
+// the extraction dialog opens on the sample by itself.
 bool loadSample(CMainFrame& frame) {
   Document& document = frame.view().document();
-  const std::string connection = sampleConnectionString();
-  if (connection.empty() || !document.connect(connection)) return false;
+  if (sampleConnectionString().empty()) return false;
   onNextModal<QueryDialog>([](QueryDialog* dialog) {
+    saveShown(*dialog, "extraction-on-sample");
     choose(dialog->tableList()->list(), "survey");
-    dialog->settings()->weightBox()->setChecked(true);
+    dialog->settings()->samplingBox()->setChecked(true);
+    dialog->settings()->sampleSizeEdit()->setText(QStringLiteral("50"));
+    dialog->settings()->minimumBox()->setChecked(true);
+    dialog->settings()->minimumEdit()->setText(QStringLiteral("3"));
     dialog->accept();
   });
   frame.runCommand(ID_FILE_NEW);
   if (!document.matrix()) return false;
+  saveShown(frame, "main-window-after-new");
   onNextModal<QueryDialog>([](QueryDialog* dialog) {
     choose(dialog->variableList(), "town");
     choose(dialog->tableList()->list(), "towns");
     dialog->accept();
   });
   frame.runCommand(ID_CREATE_TAXONOMY);
+  saveShown(frame, "main-window-after-taxonomy");
   onNextModal<DependenceDialog>([](DependenceDialog* dialog) {
     choose(dialog->motherList(), "occupation");
     choose(dialog->modalityList(), "manager");
     choose(dialog->modalityList(), "professional");
     choose(dialog->daughterList(), "income");
-    onNextModal<QMessageBox>([](QMessageBox* box) { box->button(QMessageBox::Yes)->click(); });
+    onNextModal<QMessageBox>([](QMessageBox* box) {
+      saveShown(*box, "dependence-question");
+      box->button(QMessageBox::Yes)->click();
+    });
     dialog->accept();
   });
   frame.runCommand(ID_ADD_DEPENDENCE);
+  saveShown(frame, "main-window-after-dependence");
   onNextModal<NumberParameterDialog>([](NumberParameterDialog* dialog) { dialog->accept(); });
   frame.runCommand(ID_REDUCE_ASSERTIONS);
   return true;
@@ -192,11 +257,56 @@ void saveFormDialogs() {
   open.defaultSuffix = "gaj";
   open.offerIgnoreMetadata = true;
   onNextModal<QFileDialog>([](QFileDialog* dialog) {
-    dialog->grab().save(QDir(outputFolder).filePath(QStringLiteral("open.png")));
+    saveShown(*dialog, "open");
     dialog->reject();
   });
   FileChoice choice;
   chooseFile(nullptr, open, choice);
+}
+
+// The Window menu with its ticks, and the console's pop-up menu.
+void saveMenus(CMainFrame& frame) {
+  for (QAction* entry : frame.menuBar()->actions()) {
+    if (entry->text() != QStringLiteral("&Window")) continue;
+    onNextPopup("window-menu");
+    entry->menu()->exec(frame.menuBar()->mapToGlobal(frame.menuBar()->actionGeometry(entry).bottomLeft()));
+  }
+  QWidget* console = frame.view().viewport();
+  const QPoint at(40, 40);
+  onNextPopup("console-menu");
+  QContextMenuEvent event(QContextMenuEvent::Mouse, at, console->mapToGlobal(at));
+  QApplication::sendEvent(console, &event);
+}
+
+// Save (a new project asks for its name), then Open of what was saved.
+void saveAndOpen(CMainFrame& frame, const QString& project) {
+  for (int32_t command : {ID_FILE_SAVE, ID_FILE_OPEN}) {
+    onNextModal<QFileDialog>([project](QFileDialog* dialog) {
+      dialog->selectFile(project);
+      static_cast<QDialog*>(dialog)->accept();
+    });
+    frame.runCommand(command);
+  }
+  saveShown(frame, "main-window-after-open");
+}
+
+// Open of a file that is no project: the "Load failed" box.
+void saveLoadFailed(CMainFrame& frame) {
+  const QString junk = QDir(outputFolder).filePath(QStringLiteral("not-a-project.gaj"));
+  QFile file(junk);
+  if (!file.open(QIODevice::WriteOnly)) return;
+  file.write("not a project\n");
+  file.close();
+  onNextModal<QFileDialog>([junk](QFileDialog* dialog) {
+    onNextModal<QMessageBox>([](QMessageBox* box) {
+      saveShown(*box, "message-load-failed");
+      box->accept();
+    });
+    dialog->selectFile(junk);
+    static_cast<QDialog*>(dialog)->accept();
+  });
+  frame.runCommand(ID_FILE_OPEN);
+  QFile::remove(junk);
 }
 
 }  // namespace
@@ -208,6 +318,10 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: velda-screenshots OUTPUT_FOLDER\n");
     return 2;
   }
+  if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
+    std::fprintf(stderr, "velda-screenshots needs an X display (scripts/with-xvfb.sh gives one)\n");
+    return 2;
+  }
   outputFolder = QString::fromLocal8Bit(argv[1]);
   QDir().mkpath(outputFolder);
   // The export and the division write their files in the current folder.
@@ -215,22 +329,21 @@ int main(int argc, char** argv) {
   seedRandom15(2003);
 
   CMainFrame frame;
-  frame.resize(1100, 720);
   frame.show();
-  QApplication::processEvents();
-  const QString emptyPath = QDir(outputFolder).filePath(QStringLiteral("main-window-empty.png"));
-  frame.grab().save(emptyPath);
+  saveShown(frame, "main-window-empty");
   if (!loadSample(frame)) {
     std::fprintf(stderr, "the sample database could not be loaded (is VELDA_SAMPLE_DB set?)\n");
     return 1;
   }
-  QApplication::processEvents();
-  frame.grab().save(QDir(outputFolder).filePath(QStringLiteral("main-window.png")));
+  saveShown(frame, "main-window");
+  saveMenus(frame);
 
   const SymbolicMatrix& matrix = *frame.view().document().matrix();
   saveQueryDialogs(frame.view(), matrix);
   saveMatrixDialogs(matrix);
   saveFormDialogs();
+  saveAndOpen(frame, QDir(outputFolder).filePath(QStringLiteral("survey.gaj")));
+  saveLoadFailed(frame);
   frame.view().document().console().clear();
   return 0;
 }

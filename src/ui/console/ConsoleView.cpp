@@ -49,15 +49,14 @@ void ConsoleView::updateScrollRange() {
   verticalScrollBar()->setSingleStep(lineHeight_);
 }
 
+// A new line moves every line up once the console is longer than the
+// window, and the 4800-line cut renumbers them all; while the console is
+// shorter than the window the new line lands anywhere in it. Repainting the
+// whole visible part keeps the screen right in every case: only the lines
+// that meet the window are drawn.
 void ConsoleView::onLogChange(ConsoleLog::Change change) {
   updateScrollRange();
-  if (change == ConsoleLog::Change::LineAdded) {
-    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    const int height = viewport()->height();
-    const int pageTop = std::max(0, height - kPageLines * lineHeight_);
-    viewport()->update(0, pageTop, viewport()->width(), height - pageTop);
-    return;
-  }
+  if (change == ConsoleLog::Change::LineAdded) verticalScrollBar()->setValue(verticalScrollBar()->maximum());
   viewport()->update();
 }
 
@@ -89,8 +88,9 @@ void ConsoleView::contextMenuEvent(QContextMenuEvent* event) {
   QMenu menu(QStringLiteral("Console Menu"), this);
   menu.setObjectName(QStringLiteral("Console Menu"));
   for (int32_t id : {ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE}) {
+    // The same words as the Window menu's Console items.
     const CommandInfo* command = findCommand(id);
-    menu.addAction(QString::fromLatin1(command->prompt), this, [this, id] { emit commandRequested(id); });
+    menu.addAction(QString::fromLatin1(command->menuText), this, [this, id] { emit commandRequested(id); });
   }
   const bool fromKey = event->reason() == QContextMenuEvent::Keyboard;
   menu.exec(fromKey ? mapToGlobal(QPoint(10, 10)) : event->globalPos());

@@ -8,7 +8,8 @@ namespace velda::ui {
 
 // Draws the console's lines in the fixed-pitch font, one line per
 // line-height, on a 10000-pixel wide scrolling surface. Only the lines that
-// meet the exposed area are painted; each new line scrolls to the bottom.
+// meet the exposed area are painted; each new line scrolls to the bottom and
+// repaints what is visible.
 class ConsoleView : public QAbstractScrollArea {
   Q_OBJECT
 

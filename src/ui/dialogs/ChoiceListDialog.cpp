@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -14,6 +15,7 @@ ChoiceListDialog::ChoiceListDialog(const QString& title, const QString& label, c
     : QDialog(parent) {
   setWindowTitle(title);
   list_ = new QListWidget(this);
+  showWholeLines(list_);
   list_->setSelectionMode(QAbstractItemView::MultiSelection);
   for (const Item& item : items) {
     auto* row = new QListWidgetItem(toQt(item.second), list_);

@@ -10,6 +10,7 @@
 
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/OdbcSources.h"
+#include "ui/widgets/SideButton.h"
 
 namespace velda::ui {
 
@@ -29,7 +30,7 @@ DataSourceDialog::DataSourceDialog(const std::string& connectionString, QWidget*
   edit_->setMinimumWidth(420);
   drivers_ = listOf(installedOdbcDrivers(), this);
   sources_ = listOf(configuredDataSources(), this);
-  sample_ = new QPushButton(QStringLiteral("SQLite sample database"), this);
+  sample_ = makeSideButton(QStringLiteral("SQLite sample database"), this);
   sample_->setEnabled(!sampleConnectionString().empty());
 
   connect(drivers_, &QListWidget::itemClicked, this,

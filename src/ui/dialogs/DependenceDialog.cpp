@@ -7,10 +7,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "common/LastError.h"
 #include "model/CategoricalVariable.h"
+#include "model/Dependence.h"
 #include "model/SymbolicMatrix.h"
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/MessageBoxes.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -37,10 +40,6 @@ void selectData(QListWidget* list, const std::vector<int32_t>& chosen) {
   }
 }
 
-bool isDaughter(const SymbolicMatrix& matrix, size_t i) {
-  return i < matrix.isDaughter.size() && matrix.isDaughter[i];
-}
-
 }  // namespace
 
 DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const DependenceValues& values, QWidget* parent)
@@ -49,12 +48,12 @@ DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const Dependenc
   mothers_ = new QListWidget(this);
   modalities_ = new QListWidget(this);
   daughters_ = new QListWidget(this);
+  for (QListWidget* list : {mothers_, modalities_, daughters_}) showWholeLines(list);
   modalities_->setSelectionMode(QAbstractItemView::MultiSelection);
   daughters_->setSelectionMode(QAbstractItemView::MultiSelection);
 
-  // Mothers are the categorical variables whose cells the individuals hold.
-  for (size_t i = 0; i < matrix.cellCount && i < matrix.variableCount(); ++i) {
-    if (matrix.variable(i).isCategorical()) addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
+  for (size_t i = 0; i < matrix.variableCount(); ++i) {
+    if (canBeMother(matrix, static_cast<int32_t>(i))) addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
   }
   connect(mothers_, &QListWidget::itemSelectionChanged, this, &DependenceDialog::onMotherChosen);
   // The dialog comes back with the previous choice after No to the NA
@@ -79,7 +78,7 @@ DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const Dependenc
 }
 
 // The applicable set lists the chosen mother's modalities; the daughters
-// are the other cell variables that no rule governs yet.
+// are the variables that the model accepts as daughters of that mother.
 void DependenceDialog::onMotherChosen() {
   modalities_->clear();
   daughters_->clear();
@@ -90,29 +89,25 @@ void DependenceDialog::onMotherChosen() {
   for (size_t m = 0; m < variable->modalityCount(); ++m) {
     if (const Modality* modality = variable->byIndex(static_cast<int32_t>(m))) addItem(modalities_, modality->name, modality->index);
   }
-  for (size_t i = 0; i < matrix_.cellCount && i < matrix_.variableCount(); ++i) {
-    if (static_cast<int32_t>(i) == mother.front() || isDaughter(matrix_, i)) continue;
-    addItem(daughters_, matrix_.variable(i).name, static_cast<int32_t>(i));
+  for (size_t i = 0; i < matrix_.variableCount(); ++i) {
+    if (canBeDaughter(matrix_, mother.front(), static_cast<int32_t>(i)))
+      addItem(daughters_, matrix_.variable(i).name, static_cast<int32_t>(i));
   }
 }
 
+// The model's own checks decide; a refusal keeps the dialog and every
+// choice in it.
 void DependenceDialog::accept() {
   const std::vector<int32_t> mother = chosenData(mothers_);
-  if (mother.empty()) {
-    showMessageBox(this, QStringLiteral("No mother variable selected"), MessageIcon::Warning);
-    return;
-  }
   const std::vector<int32_t> modalities = chosenData(modalities_);
-  if (modalities.empty()) {
-    showMessageBox(this, QStringLiteral("No modalities selected"), MessageIcon::Warning);
-    return;
-  }
   const std::vector<int32_t> daughters = chosenData(daughters_);
-  if (daughters.empty()) {
-    showMessageBox(this, QStringLiteral("No daughter variables selected"), MessageIcon::Warning);
+  const int32_t motherIndex = mother.empty() ? -1 : mother.front();
+  RuleGroup group;
+  if (!makeRuleGroup(matrix_, motherIndex, modalities, daughters, group)) {
+    showMessageBox(this, toQt(lastError()), MessageIcon::Warning);
     return;
   }
-  values_.motherIndex = mother.front();
+  values_.motherIndex = motherIndex;
   values_.applicableModalities = modalities;
   values_.daughterIndexes = daughters;
   QDialog::accept();

@@ -10,6 +10,7 @@
 #include "model/Dependence.h"
 #include "model/SymbolicMatrix.h"
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -21,6 +22,8 @@ DependencesDialog::DependencesDialog(const SymbolicMatrix& matrix, QWidget* pare
   hierarchy_ = new QTreeWidget(this);
   hierarchy_->setHeaderHidden(true);
   hierarchy_->setMinimumWidth(200);
+  showWholeLines(definitions_);
+  showWholeLines(hierarchy_);
 
   // The matrix lists every rule; a group is shown once, from its first rule
   // (the one that no other rule names as its next), with its rules below.
@@ -45,6 +48,7 @@ DependencesDialog::DependencesDialog(const SymbolicMatrix& matrix, QWidget* pare
   if (definitions_->topLevelItemCount() > 0) definitions_->setCurrentItem(definitions_->topLevelItem(0));
 
   auto* close = new QPushButton(QStringLiteral("&Close"), this);
+  close->setDefault(true);
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   auto* row = new QHBoxLayout;
   row->addWidget(definitions_, 2);

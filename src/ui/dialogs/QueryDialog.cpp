@@ -18,6 +18,7 @@
 #include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/MessageBoxes.h"
+#include "ui/widgets/SideButton.h"
 #include "ui/widgets/TableListBox.h"
 
 namespace velda::ui {
@@ -83,8 +84,8 @@ QueryDialog::QueryDialog(QueryPurpose purpose, bool written, const Values& value
   }
 
   if (!written) {
-    writeQuery_ = new QPushButton(taxonomy ? QStringLiteral("&Write a Query...") : QStringLiteral("Write Query"), this);
-    view_ = new QPushButton(taxonomy ? QStringLiteral("&View") : QStringLiteral("View"), this);
+    writeQuery_ = makeSideButton(taxonomy ? QStringLiteral("&Write a Query...") : QStringLiteral("Write Query"), this);
+    view_ = makeSideButton(taxonomy ? QStringLiteral("&View") : QStringLiteral("View"), this);
     connect(writeQuery_, &QPushButton::clicked, this, &QueryDialog::openWrittenForm);
     connect(tables_->list(), &QListWidget::itemDoubleClicked, this, &QueryDialog::accept);
     connect(view_, &QPushButton::clicked, this, &QueryDialog::viewTable);

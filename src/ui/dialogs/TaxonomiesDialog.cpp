@@ -11,6 +11,7 @@
 #include "model/SymbolicMatrix.h"
 #include "ui/panels/MatrixTrees.h"
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -18,6 +19,8 @@ TaxonomiesDialog::TaxonomiesDialog(const SymbolicMatrix& matrix, QWidget* parent
   setWindowTitle(QStringLiteral("Taxonomies"));
   variables_ = new QListWidget(this);
   tree_ = new QTreeWidget(this);
+  showWholeLines(variables_);
+  showWholeLines(tree_);
   tree_->setHeaderHidden(true);
   tree_->setMinimumSize(280, 300);
   for (size_t i = 0; i < matrix.variableCount(); ++i) {
@@ -30,6 +33,7 @@ TaxonomiesDialog::TaxonomiesDialog(const SymbolicMatrix& matrix, QWidget* parent
   if (variables_->count() > 0) variables_->setCurrentRow(0);
 
   auto* close = new QPushButton(QStringLiteral("&Close"), this);
+  close->setDefault(true);
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   auto* left = new QVBoxLayout;
   left->addWidget(new QLabel(QStringLiteral("Variable"), this));

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "model/SymbolicMatrix.h"
+#include "ui/widgets/SideButton.h"
 #include "ui/widgets/VolumeMatrixView.h"
 
 namespace velda::ui {
@@ -28,11 +29,12 @@ VolumeMatrixDialog::VolumeMatrixDialog(const SymbolicMatrix& matrix, QWidget* pa
   scroll->setWidget(view_);
   scroll->setMinimumSize(520, 400);
 
-  auto* zoomIn = new QPushButton(QStringLiteral("Zoom +"), this);
-  auto* zoomOut = new QPushButton(QStringLiteral("Zoom -"), this);
+  auto* zoomIn = makeSideButton(QStringLiteral("Zoom +"), this);
+  auto* zoomOut = makeSideButton(QStringLiteral("Zoom -"), this);
   initial_ = new QCheckBox(QStringLiteral("View initial volume matrix"), this);
   initial_->setChecked(true);
   auto* close = new QPushButton(QStringLiteral("&Close"), this);
+  close->setDefault(true);
   connect(zoomIn, &QPushButton::clicked, view_, &VolumeMatrixView::zoomIn);
   connect(zoomOut, &QPushButton::clicked, view_, &VolumeMatrixView::zoomOut);
   connect(initial_, &QCheckBox::toggled, view_, &VolumeMatrixView::setShowBefore);

@@ -5,6 +5,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "ui/widgets/SideButton.h"
+
 namespace velda::ui {
 
 AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent) {
@@ -22,8 +24,11 @@ AboutDialog::AboutDialog(QWidget* parent) : QDialog(parent) {
                      this);
   more_->setVisible(false);
 
+  // Return closes the box, also after More.
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
-  QPushButton* moreButton = buttons->addButton(QStringLiteral("More"), QDialogButtonBox::ActionRole);
+  buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+  QPushButton* moreButton = makeSideButton(QStringLiteral("More"), this);
+  buttons->addButton(moreButton, QDialogButtonBox::ActionRole);
   connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(moreButton, &QPushButton::clicked, this, [this] { more_->setVisible(true); });
 

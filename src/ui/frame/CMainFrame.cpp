@@ -124,6 +124,10 @@ void CMainFrame::buildActions() {
     if (command.tooltip) action->setToolTip(QString::fromLatin1(command.tooltip));
     action->setIcon(commandIcon(command.id));
     action->setCheckable(command.checkable);
+    // Most styles mark a checked item that has an icon only by a frame
+    // around the icon: the show/hide items keep their icon for the toolbar
+    // and show a real tick in the menu.
+    action->setIconVisibleInMenu(!command.checkable);
     action->setData(command.id);
     const int32_t id = command.id;
     connect(action, &QAction::triggered, this, [this, id] { runCommand(id); });

@@ -3,12 +3,14 @@
 #include <QTreeWidget>
 
 #include "ui/panels/MatrixTrees.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
 DependencesPanel::DependencesPanel(QWidget* parent) : QDockWidget(QStringLiteral("Dependences"), parent) {
   setObjectName(QStringLiteral("DependencesPanel"));
   tree_ = new QTreeWidget(this);
+  showWholeLines(tree_);
   tree_->setHeaderHidden(true);
   setWidget(tree_);
   clear();

@@ -5,6 +5,7 @@
 
 #include "ui/panels/EmptyPage.h"
 #include "ui/panels/IndividualListModel.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -12,6 +13,7 @@ IndividualsPanel::IndividualsPanel(QWidget* parent) : QDockWidget(QStringLiteral
   setObjectName(QStringLiteral("IndividualsPanel"));
   model_ = new IndividualListModel(this);
   view_ = new QListView(this);
+  showWholeLines(view_);
   view_->setModel(model_);
   // Equal rows let the view lay out a million items without measuring each.
   view_->setUniformItemSizes(true);

@@ -8,6 +8,7 @@
 #include "ui/dialogs/VariablePropertiesDialog.h"
 #include "ui/panels/EmptyPage.h"
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
@@ -27,6 +28,7 @@ VariablesPanel::VariablesPanel(QWidget* parent) : QDockWidget(QStringLiteral("Va
   setObjectName(QStringLiteral("VariablesPanel"));
   tree_ = new QTreeWidget(this);
   tree_->setHeaderHidden(true);
+  showWholeLines(tree_);
   pages_ = new QStackedWidget(this);
   pages_->addWidget(new EmptyPage(pages_));
   pages_->addWidget(tree_);

@@ -9,6 +9,7 @@
 #include "ui/widgets/DataSourceLink.h"
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/OdbcSources.h"
+#include "ui/widgets/SideButton.h"
 
 namespace velda::ui {
 
@@ -16,11 +17,15 @@ DataSourceBox::DataSourceBox(DataSourceLink& link, QWidget* parent)
     : QGroupBox(QStringLiteral("Base"), parent), link_(link) {
   name_ = new QLabel(this);
   name_->setMinimumWidth(200);
-  modify_ = new QPushButton(QStringLiteral("&Modify..."), this);
+  modify_ = makeSideButton(QStringLiteral("&Modify..."), this);
   connect(modify_, &QPushButton::clicked, this, &DataSourceBox::modify);
   auto* layout = new QHBoxLayout(this);
   layout->addWidget(name_, 1);
   layout->addWidget(modify_);
+  // With the sample database installed and nothing open yet, the dialog
+  // starts on the sample, so that its tables are there to choose from.
+  const std::string sample = sampleConnectionString();
+  if (!link_.connection() && !sample.empty()) link_.connect(sample);
   refresh();
 }
 

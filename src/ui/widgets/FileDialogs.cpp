@@ -4,7 +4,6 @@
 #include <QFileDialog>
 #include <QGridLayout>
 #include <algorithm>
-#include <cctype>
 
 #include "ui/widgets/Latin1.h"
 
@@ -19,8 +18,19 @@ QString qtPatterns(const QString& patterns) {
   return spaced.trimmed().isEmpty() ? QStringLiteral("*") : spaced.trimmed();
 }
 
-bool isPlainSuffix(const std::string& suffix) {
-  return !suffix.empty() && std::all_of(suffix.begin(), suffix.end(), [](unsigned char c) { return std::isalnum(c); });
+bool isPlainSuffix(const QString& suffix) {
+  return !suffix.isEmpty() && std::all_of(suffix.begin(), suffix.end(), [](QChar c) { return c.isLetterOrNumber(); });
+}
+
+// The suffix that a filter's first pattern names: "xml" for
+// "XML file (*.xml)", nothing for "(*)".
+QString filterSuffix(const QString& filter) {
+  const qsizetype open = filter.lastIndexOf(QLatin1Char('('));
+  const QString patterns = open < 0 ? QString() : filter.mid(open + 1).chopped(1);
+  const QString first = patterns.section(QLatin1Char(' '), 0, 0);
+  if (!first.startsWith(QStringLiteral("*."))) return QString();
+  const QString suffix = first.mid(2);
+  return isPlainSuffix(suffix) ? suffix : QString();
 }
 
 }  // namespace
@@ -47,8 +57,15 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
   dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
   dialog.setNameFilters(qtNameFilters(request.filter));
   // The name field starts empty: a literal "*.gaj" would be taken as a
-  // file name on this platform.
-  if (isPlainSuffix(request.defaultSuffix)) dialog.setDefaultSuffix(toQt(request.defaultSuffix));
+  // file name on this platform. A name typed without a suffix gets the one
+  // of the chosen filter, or else the request's own.
+  const QString requestSuffix = isPlainSuffix(toQt(request.defaultSuffix)) ? toQt(request.defaultSuffix) : QString();
+  auto followFilter = [&dialog, requestSuffix](const QString& filter) {
+    const QString suffix = filterSuffix(filter);
+    dialog.setDefaultSuffix(suffix.isEmpty() ? requestSuffix : suffix);
+  };
+  followFilter(dialog.selectedNameFilter());
+  QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, followFilter);
 
   QCheckBox* ignoreMetadata = nullptr;
   if (request.offerIgnoreMetadata) {

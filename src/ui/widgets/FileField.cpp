@@ -6,13 +6,14 @@
 
 #include "ui/widgets/FileDialogs.h"
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/SideButton.h"
 
 namespace velda::ui {
 
 FileField::FileField(const FileRequest& request, QWidget* parent) : QWidget(parent), request_(request) {
   edit_ = new QLineEdit(this);
   edit_->setMinimumWidth(280);
-  select_ = new QPushButton(QStringLiteral("Select..."), this);
+  select_ = makeSideButton(QStringLiteral("Select..."), this);
   connect(select_, &QPushButton::clicked, this, &FileField::select);
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);

@@ -3,6 +3,8 @@
 #include <sql.h>
 #include <sqlext.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 
 namespace velda::ui {
@@ -64,7 +66,8 @@ std::vector<std::string> configuredDataSources() { return listedNames(&SQLDataSo
 
 std::string sampleConnectionString() {
   const char* path = std::getenv("VELDA_SAMPLE_DB");
-  if (!path || !*path) return std::string();
+  // The SQLite driver would make an empty database of a missing file.
+  if (!path || !*path || access(path, R_OK) != 0) return std::string();
   return std::string("DRIVER=SQLite3;Database=") + path + ";";
 }
 

@@ -11,7 +11,8 @@ std::vector<std::string> installedOdbcDrivers();
 std::vector<std::string> configuredDataSources();
 
 // The connection string of the SQLite sample database named by the
-// environment variable VELDA_SAMPLE_DB, or empty when it is not set.
+// environment variable VELDA_SAMPLE_DB, or empty when it is not set or
+// names no readable file.
 std::string sampleConnectionString();
 
 }  // namespace velda::ui

@@ -6,12 +6,14 @@
 #include "db/TableCatalog.h"
 #include "ui/widgets/DataSourceLink.h"
 #include "ui/widgets/Latin1.h"
+#include "ui/widgets/WholeLines.h"
 
 namespace velda::ui {
 
 TableListBox::TableListBox(DataSourceLink& link, QWidget* parent)
     : QGroupBox(QStringLiteral("Tables and Queries"), parent), link_(link) {
   list_ = new QListWidget(this);
+  showWholeLines(list_);
   list_->setSelectionMode(QAbstractItemView::SingleSelection);
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(list_);
