@@ -39,24 +39,27 @@ bool readValue(SQLHSTMT stmt, SQLUSMALLINT column, std::optional<std::string>& v
   return true;
 }
 
-// Executes the statement and fetches every row; runs beside the
-// user-interface thread. False on a driver error, left in the statement.
-bool executeAndFetch(SQLHSTMT stmt, const std::string& sql, std::vector<TextRow>& rows,
-                     const std::atomic<bool>& cancelled) {
+enum class Ending { Done, DriverError, Refused };
+
+// Executes the statement and hands every row to the sink; runs beside the
+// user-interface thread. A driver error is left in the statement.
+Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sink,
+                       const std::atomic<bool>& cancelled) {
   if (!SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.c_str())),
                                    static_cast<SQLINTEGER>(sql.size()))))
-    return false;
+    return Ending::DriverError;
   SQLSMALLINT columns = 0;
-  if (!SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) return false;
-  for (;;) {
-    if (cancelled) return false;
+  if (!SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) return Ending::DriverError;
+  TextRow row(static_cast<size_t>(columns < 0 ? 0 : columns));
+  while (!cancelled) {
     const SQLRETURN rc = SQLFetch(stmt);
-    if (rc == SQL_NO_DATA) return true;
-    if (!SQL_SUCCEEDED(rc)) return false;
-    TextRow& row = rows.emplace_back(static_cast<size_t>(columns));
-    for (SQLSMALLINT c = 0; c < columns; ++c)
-      if (!readValue(stmt, static_cast<SQLUSMALLINT>(c + 1), row[static_cast<size_t>(c)])) return false;
+    if (rc == SQL_NO_DATA) return Ending::Done;
+    if (!SQL_SUCCEEDED(rc)) return Ending::DriverError;
+    for (size_t c = 0; c < row.size(); ++c)
+      if (!readValue(stmt, static_cast<SQLUSMALLINT>(c + 1), row[c])) return Ending::DriverError;
+    if (!sink(row)) return Ending::Refused;
   }
+  return Ending::DriverError;
 }
 
 void reportDriverError(SQLHSTMT stmt) {
@@ -69,21 +72,19 @@ void reportDriverError(SQLHSTMT stmt) {
 
 }  // namespace
 
-int runCancellableQuery(const Connection& connection, const std::string& sql, std::vector<TextRow>& rows) {
-  rows.clear();
+int runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink) {
   StatementHandle statement(connection.handle());
   if (!statement.valid()) {
     setError("Memory allocation failed");
     return 0;
   }
   std::atomic<bool> cancelled = false;
-  bool outOfMemory = false;
-  std::future<bool> done = std::async(std::launch::async, [&] {
+  std::future<Ending> done = std::async(std::launch::async, [&] {
     try {
-      return executeAndFetch(statement.get(), sql, rows, cancelled);
+      return executeAndFetch(statement.get(), sql, sink, cancelled);
     } catch (const std::bad_alloc&) {
-      outOfMemory = true;
-      return false;
+      setError("Memory allocation failed");
+      return Ending::Refused;
     }
   });
   while (done.wait_for(kPollPeriod) != std::future_status::ready) {
@@ -92,20 +93,13 @@ int runCancellableQuery(const Connection& connection, const std::string& sql, st
       SQLCancel(statement.get());
     }
   }
-  const bool fetched = done.get();
+  const Ending ending = done.get();
   if (cancelled) {
     setError("Aggregation cancelled");
     return 0;
   }
-  if (outOfMemory) {
-    setError("Memory allocation failed");
-    return 0;
-  }
-  if (!fetched) {
-    reportDriverError(statement.get());
-    return 0;
-  }
-  return 1;
+  if (ending == Ending::DriverError) reportDriverError(statement.get());
+  return ending == Ending::Done ? 1 : 0;
 }
 
 }  // namespace velda

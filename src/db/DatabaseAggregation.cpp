@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <new>
-#include <set>
+#include <map>
 #include <vector>
 
 #include "common/Decimal.h"
@@ -49,11 +49,13 @@ class Aggregation {
   bool checkIndividuals(long& individuals);
   bool readGroups();
   bool readCategories(size_t variable);
+  // Numbers the assertions in ascending byte order of their names.
+  void numberGroups();
 
  private:
   // Runs one aggregate whose rows have the given number of columns.
-  bool run(const std::string& sql, size_t width, std::vector<TextRow>& rows);
-  Assertion* groupNamed(const std::optional<std::string>& name);
+  bool run(const std::string& sql, size_t width, const RowSink& sink);
+  Assertion& groupNamed(const std::string& name);
   bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
@@ -61,27 +63,28 @@ class Aggregation {
   const AggregateSql& sql_;
 };
 
-bool Aggregation::run(const std::string& sql, size_t width, std::vector<TextRow>& rows) {
-  if (!runCancellableQuery(connection_, sql, rows)) return false;
-  for (const TextRow& row : rows) {
-    if (row.size() == width) continue;
+bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink) {
+  return runCancellableQuery(connection_, sql, [&](const TextRow& row) {
+    if (row.size() == width) return sink(row);
     setError("Error: the database answered an aggregate with %zu columns instead of %zu", row.size(), width);
     return false;
-  }
-  return true;
+  });
 }
 
 bool Aggregation::checkIndividuals(long& individuals) {
   progressLine2("Checking the individuals");
-  std::vector<TextRow> rows;
   const size_t variables = matrix_.cellCount;
   const size_t weightChecks = matrix_.weightColumn.empty() ? 0 : 2;
-  if (!run(sql_.individualCheck(), 1 + variables + weightChecks, rows)) return false;
-  if (rows.size() != 1) {
+  TextRow row;
+  if (!run(sql_.individualCheck(), 1 + variables + weightChecks, [&](const TextRow& r) {
+        row = r;
+        return true;
+      }))
+    return false;
+  if (row.empty()) {
     setError("Error: the individuals could not be counted");
     return false;
   }
-  const TextRow& row = rows.front();
   for (size_t v = 0; v < variables; ++v) {
     if (!row[v + 1]) continue;
     setError("Value of column '%s' differ from previous definition of '%s'", matrix_.variable(v).name.c_str(),
@@ -102,12 +105,11 @@ bool Aggregation::checkIndividuals(long& individuals) {
   return true;
 }
 
-// The assertion of a group met by the group query; values that differ only
-// in blanks at their ends name the same group, as fetched texts are trimmed.
-Assertion* Aggregation::groupNamed(const std::optional<std::string>& name) {
-  if (!name) return nullptr;
-  if (Assertion* found = matrix_.findAssertion(*name)) return found;
-  return &matrix_.createAssertion(*name);
+// Values that differ only in blanks at their ends name the same group, as
+// fetched texts are trimmed.
+Assertion& Aggregation::groupNamed(const std::string& name) {
+  if (Assertion* found = matrix_.findAssertion(name)) return *found;
+  return matrix_.createAssertion(name);
 }
 
 bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* text, double weight) {
@@ -117,55 +119,77 @@ bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* tex
   return false;
 }
 
+// A quantitative value is its bounds, the weight of the individuals that
+// have a number and the weight of those that have none.
 bool Aggregation::readGroups() {
   progressLine2("Counting the individuals of each group and the bounds of the numbers");
-  std::vector<TextRow> rows;
-  if (!run(sql_.groups(), 2 + 4 * matrix_.quantitativeCount(), rows)) return false;
-  std::sort(rows.begin(), rows.end(), [](const TextRow& a, const TextRow& b) { return a[0] < b[0]; });
-  for (const TextRow& row : rows) {
-    Assertion* assertion = groupNamed(row[0]);
-    if (!assertion) continue;
-    assertion->memberCount += static_cast<int32_t>(numberOf(row[1]));
+  return run(sql_.groups(), 2 + 4 * matrix_.quantitativeCount(), [&](const TextRow& row) {
+    if (!row[0]) return true;
+    Assertion& assertion = groupNamed(*row[0]);
+    assertion.memberCount += static_cast<int32_t>(numberOf(row[1]));
     size_t field = 2;
     for (size_t v = 0; v < matrix_.cellCount; ++v) {
       if (matrix_.variable(v).isCategorical()) continue;
       const double numbered = numberOf(row[field + 2]);
       const double missing = numberOf(row[field + 3]);
-      if ((row[field] && !addCell(*assertion, v, textOf(row[field]), numbered)) ||
-          (row[field + 1] && !addCell(*assertion, v, textOf(row[field + 1]), 0.0)) ||
-          (missing > 0.0 && !addCell(*assertion, v, nullptr, missing)))
+      if ((row[field] && !addCell(assertion, v, textOf(row[field]), numbered)) ||
+          (row[field + 1] && !addCell(assertion, v, textOf(row[field + 1]), 0.0)) ||
+          (missing > 0.0 && !addCell(assertion, v, nullptr, missing)))
         return false;
       field += 4;
     }
-  }
-  return true;
+    return true;
+  });
 }
 
+// The categories enter the variable in ascending byte order of their names,
+// whatever the order of the rows: the rows are kept in a compact form (one
+// entry per group and category, as many as the values will hold) until all
+// names are known.
 bool Aggregation::readCategories(size_t variable) {
   progressLine2("Weighing the categories of '%s'", matrix_.variable(variable).name.c_str());
-  std::vector<TextRow> rows;
-  if (!run(sql_.categories(variable), 3, rows)) return false;
-  // The categories enter the variable in ascending byte order of their
-  // names, whatever the order of the rows.
-  std::set<std::string> names;
-  for (const TextRow& row : rows)
-    if (row[1]) names.insert(*row[1]);
-  for (const std::string& name : names) {
-    CellValue cell;
-    if (matrix_.variable(variable).addCell(name.c_str(), cell)) continue;
-    setError("Memory allocation failed");
-    return false;
-  }
-  for (const TextRow& row : rows) {
-    if (!row[0]) continue;
+  struct Weighed {
+    Assertion* assertion;
+    int32_t name;  // -1: the individuals without a category
+    double weight;
+  };
+  std::map<std::string, int32_t> names;
+  std::vector<Weighed> weighed;
+  const bool read = run(sql_.categories(variable), 3, [&](const TextRow& row) {
+    if (!row[0]) return true;
     Assertion* assertion = matrix_.findAssertion(*row[0]);
     if (!assertion) {
       setError("Error: group '%s' appeared while the database was aggregating", row[0]->c_str());
       return false;
     }
-    if (!addCell(*assertion, variable, textOf(row[1]), numberOf(row[2]))) return false;
+    int32_t name = -1;
+    if (row[1]) name = names.emplace(*row[1], static_cast<int32_t>(names.size())).first->second;
+    weighed.push_back({assertion, name, numberOf(row[2])});
+    return true;
+  });
+  if (!read) return false;
+  std::vector<CellValue> cells(names.size());
+  for (const auto& [name, number] : names) {
+    if (matrix_.variable(variable).addCell(name.c_str(), cells[static_cast<size_t>(number)])) continue;
+    setError("Memory allocation failed");
+    return false;
+  }
+  CellValue missing;
+  matrix_.variable(variable).addCell(nullptr, missing);  // a NULL cell takes no memory
+  for (const Weighed& w : weighed) {
+    const CellValue& cell = w.name < 0 ? missing : cells[static_cast<size_t>(w.name)];
+    if (w.assertion->value(variable).addCell(cell, w.weight)) continue;
+    setError("Memory allocation failed");
+    return false;
   }
   return true;
+}
+
+void Aggregation::numberGroups() {
+  std::vector<Assertion*> groups;
+  for (Assertion& assertion : matrix_.assertions) groups.push_back(&assertion);
+  std::sort(groups.begin(), groups.end(), [](const Assertion* a, const Assertion* b) { return a->id < b->id; });
+  for (size_t i = 0; i < groups.size(); ++i) groups[i]->number = static_cast<int32_t>(i);
 }
 
 std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const std::string& sql, bool weighted,
@@ -190,6 +214,7 @@ std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const st
     if (categorical[v]) ok = aggregation.readCategories(v);
   progressEnableCancel(false);
   if (!ok) return nullptr;
+  aggregation.numberGroups();
 
   progressLine1("Updating data...");
   progressLine2("%s", "");
