@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <new>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 #include "common/Decimal.h"
@@ -61,6 +62,9 @@ class Aggregation {
   const Connection& connection_;
   SymbolicMatrix& matrix_;
   const AggregateSql& sql_;
+  // The groups by name: the matrix's table keeps the few buckets of an
+  // extraction's start, too few for lookups at every row.
+  std::unordered_map<std::string, Assertion*> groups_;
 };
 
 bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink) {
@@ -108,8 +112,9 @@ bool Aggregation::checkIndividuals(long& individuals) {
 // Values that differ only in blanks at their ends name the same group, as
 // fetched texts are trimmed.
 Assertion& Aggregation::groupNamed(const std::string& name) {
-  if (Assertion* found = matrix_.findAssertion(name)) return *found;
-  return matrix_.createAssertion(name);
+  Assertion*& group = groups_[name];
+  if (!group) group = &matrix_.createAssertion(name);
+  return *group;
 }
 
 bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* text, double weight) {
@@ -157,14 +162,18 @@ bool Aggregation::readCategories(size_t variable) {
   std::vector<Weighed> weighed;
   const bool read = run(sql_.categories(variable), 3, [&](const TextRow& row) {
     if (!row[0]) return true;
-    Assertion* assertion = matrix_.findAssertion(*row[0]);
-    if (!assertion) {
+    const auto group = groups_.find(*row[0]);
+    if (group == groups_.end()) {
       setError("Error: group '%s' appeared while the database was aggregating", row[0]->c_str());
       return false;
     }
     int32_t name = -1;
-    if (row[1]) name = names.emplace(*row[1], static_cast<int32_t>(names.size())).first->second;
-    weighed.push_back({assertion, name, numberOf(row[2])});
+    if (row[1]) {
+      auto known = names.find(*row[1]);
+      if (known == names.end()) known = names.emplace(*row[1], static_cast<int32_t>(names.size())).first;
+      name = known->second;
+    }
+    weighed.push_back({group->second, name, numberOf(row[2])});
     return true;
   });
   if (!read) return false;
