@@ -3,8 +3,8 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <new>
 #include <map>
+#include <new>
 #include <unordered_map>
 #include <vector>
 
