@@ -12,6 +12,7 @@ root=$(dirname "$here")
 
 "$here/extraction/run.sh" "$build" sqlite
 "$root/scripts/with-postgres.sh" "$here/extraction/run.sh" "$build" postgres
+"$root/scripts/with-postgres.sh" "$here/aggregation/run.sh" "$build"
 "$here/analysis/run.sh" "$build"
 "$here/document/run.sh" "$build"
 "$here/symlib/run.sh" "$build"

@@ -17,6 +17,9 @@ struct ExtractionResult {
   std::unique_ptr<SymbolicMatrix> matrix;
   // The user cancelled: the matrix holds the rows read before.
   bool stopped = false;
+  // When the database aggregated the rows, the number of distinct
+  // individuals it counted (the matrix then holds none); -1 otherwise.
+  long aggregatedIndividuals = -1;
   // From the start of the extraction to the end of finishing the matrix.
   std::chrono::steady_clock::time_point startedAt;
   std::chrono::steady_clock::time_point finishedAt;

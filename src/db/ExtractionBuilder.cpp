@@ -49,6 +49,19 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
 
 std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
                                                               const ExtractionOptions& options) {
+  std::unique_ptr<SymbolicMatrix> matrix = matrixFor(columns, options);
+  if (!matrix) return nullptr;
+  const size_t variableCount = matrix->cellCount;
+  try {
+    return std::unique_ptr<ExtractionBuilder>(new ExtractionBuilder(std::move(matrix), variableCount, options));
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return nullptr;
+  }
+}
+
+std::unique_ptr<SymbolicMatrix> ExtractionBuilder::matrixFor(const std::vector<ExtractionColumn>& columns,
+                                                             const ExtractionOptions& options) {
   const long weightColumns = options.lastColumnIsWeight ? 1 : 0;
   const long variableCount = static_cast<long>(columns.size()) - 2 - weightColumns;
   if (variableCount < 1) {
@@ -76,8 +89,7 @@ std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<
     }
     matrix->cellCount = static_cast<size_t>(variableCount);
     matrix->motherCandidates = matrix->categoricalCount();
-    return std::unique_ptr<ExtractionBuilder>(
-        new ExtractionBuilder(std::move(matrix), static_cast<size_t>(variableCount), options));
+    return matrix;
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
     return nullptr;

@@ -36,6 +36,10 @@ class ExtractionBuilder {
   // Null, with the last-error text set, when the query does not fit.
   static std::unique_ptr<ExtractionBuilder> prepare(const std::vector<ExtractionColumn>& columns,
                                                     const ExtractionOptions& options);
+  // The same checks, then an empty matrix with the query's variables. Null,
+  // with the last-error text set, when the query does not fit.
+  static std::unique_ptr<SymbolicMatrix> matrixFor(const std::vector<ExtractionColumn>& columns,
+                                                   const ExtractionOptions& options);
 
   // Adds one row; texts[i] is column i's text, null when it is NULL.
   // Returns 0, with the last-error text set, when the extraction must end.

@@ -109,7 +109,7 @@ bool isEnabled(EnabledWhen rule, const DocumentState& s) {
     case E::TaxonomyExists:
       return s.hasData && s.taxonomyCount > 0;
     case E::PossibleMother:
-      return s.hasData && s.possibleMothers > 0;
+      return s.hasData && s.possibleMothers > 0 && s.individualCount > 0;
     case E::IndividualExists:
       return s.hasData && s.individualCount > 0;
     case E::Divisible:
@@ -130,6 +130,21 @@ const CommandInfo* findCommand(int32_t id) {
   for (const CommandInfo& info : kCommands)
     if (info.id == id) return &info;
   return nullptr;
+}
+
+bool needsIndividuals(int32_t id) {
+  const CommandInfo* info = findCommand(id);
+  if (!info) return false;
+  switch (info->enabledWhen) {
+    case E::PossibleMother:
+    case E::IndividualExists:
+    case E::Divisible:
+    case E::HordesExist:
+    case E::ReducedHordeExists:
+      return true;
+    default:
+      return false;
+  }
 }
 
 bool isCommandEnabled(int32_t id, const DocumentState& state) {

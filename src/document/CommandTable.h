@@ -113,6 +113,10 @@ struct CommandInfo {
 const std::vector<CommandInfo>& commandTable();
 // The command with this number, or null.
 const CommandInfo* findCommand(int32_t id);
+// Whether the command works on the individuals (dependences, reduction,
+// division, hordes, the individuals table): a matrix that the database
+// aggregated holds none, and these commands stay disabled for it.
+bool needsIndividuals(int32_t id);
 // Whether the command is enabled in this state (false for an unknown one).
 bool isCommandEnabled(int32_t id, const DocumentState& state);
 

@@ -19,6 +19,7 @@ struct NewValues {
   int32_t sampleSize = 1000;
   bool minimumSet = false;  // "Groups with at least" ticked
   int32_t minimum = 1;
+  bool inDatabase = false;  // the database groups the rows; no individual is read
 };
 
 // "Add individuals" for both forms of adding variables.

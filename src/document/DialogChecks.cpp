@@ -31,6 +31,9 @@ std::optional<Refusal> checkNewValues(const NewValues& values) {
     return refuse("Number of individuals must be between 100 and 10000", MessageIcon::Information);
   if (values.minimumSet && values.minimum < 1)
     return refuse("Minimum of individuals must be more than 0", MessageIcon::Information);
+  if (values.inDatabase && values.sampling)
+    return refuse("Sampling needs the individuals: it cannot be used when the database aggregates them",
+                  MessageIcon::Warning);
   return std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 // The commands that make new data: New (extraction) and New by join.
 #include "common/LastError.h"
 #include "db/Connection.h"
+#include "db/DatabaseAggregation.h"
 #include "db/Extraction.h"
 #include "document/BusyScope.h"
 #include "document/DialogChecks.h"
@@ -37,7 +38,8 @@ bool Document::newFromDatabase() {
   ui_.runWithProgress(
       "Extraction of individuals",
       [&] {
-        result = extractIndividuals(*connection_, sql, options);
+        result = values.inDatabase ? aggregateInDatabase(*connection_, sql, options.lastColumnIsWeight)
+                                   : extractIndividuals(*connection_, sql, options);
         return result.matrix ? 1 : 0;
       },
       cancelled);

@@ -12,14 +12,18 @@ namespace {
 
 constexpr long kTicksPerSecond = 10;
 
-void printSummary(const SymbolicMatrix& matrix, long ticks, ConsoleLog& console) {
+void printSummary(const SymbolicMatrix& matrix, long aggregatedIndividuals, long ticks, ConsoleLog& console) {
   console.print("Extraction done in %.1f second%c.", static_cast<double>(ticks) * 0.1,
                 ticks == kTicksPerSecond ? ' ' : 's');
   console.print("Symbolic data matrix is composed by:");
   console.print("%d variables (%d qualitatives, %d quantitatives)", static_cast<int>(matrix.variableCount()),
                 static_cast<int>(matrix.categoricalCount()), static_cast<int>(matrix.quantitativeCount()));
-  console.print("%d assertions build from %d individuals", static_cast<int>(matrix.assertionCount()),
-                static_cast<int>(matrix.individualCount()));
+  if (aggregatedIndividuals >= 0)
+    console.print("%d assertions build from %ld individuals aggregated in the database",
+                  static_cast<int>(matrix.assertionCount()), aggregatedIndividuals);
+  else
+    console.print("%d assertions build from %d individuals", static_cast<int>(matrix.assertionCount()),
+                  static_cast<int>(matrix.individualCount()));
 }
 
 }  // namespace
@@ -35,7 +39,9 @@ int endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog&
     showMessage(lastError(), MessageIcon::Warning);
     return 0;
   }
-  if (result.matrix->individualCount() == 0) {
+  const long individuals = result.aggregatedIndividuals >= 0 ? result.aggregatedIndividuals
+                                                             : static_cast<long>(result.matrix->individualCount());
+  if (individuals == 0) {
     showMessage("No individual extracted", MessageIcon::Warning);
     return 0;
   }
@@ -46,7 +52,7 @@ int endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog&
     showMessage("Internal error: cannot assert", MessageIcon::Warning);
     return 0;
   }
-  printSummary(matrix, elapsedTicks(result.startedAt, result.finishedAt), console);
+  printSummary(matrix, result.aggregatedIndividuals, elapsedTicks(result.startedAt, result.finishedAt), console);
   if (privacyThreshold > 0) ApplyPrivacyThreshold(matrix, console, privacyThreshold);
   if (hooks.resetDescriptiveFields) hooks.resetDescriptiveFields();
   return 1;

@@ -583,6 +583,10 @@ TEST(DocumentPredicates, BoundariesOfTheEnabledWhenTests) {
 
   EXPECT_FALSE(isEnabled(EnabledWhen::PossibleMother, state));
   state.possibleMothers = 1;
+  // A dependence rewrites the individuals' cells: a matrix without
+  // individuals (aggregated in the database) takes none.
+  EXPECT_FALSE(isEnabled(EnabledWhen::PossibleMother, state));
+  state.individualCount = 1;
   EXPECT_TRUE(isEnabled(EnabledWhen::PossibleMother, state));
 
   DocumentState empty;

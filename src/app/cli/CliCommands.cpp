@@ -51,8 +51,18 @@ bool variablesNamed(Session& session, const std::vector<std::string>& names, std
   return true;
 }
 
+// Says why a command that works on the individuals cannot run on a matrix
+// that the database aggregated; false for any other case.
+bool refusedWithoutIndividuals(Session& session, int32_t commandId, const char* what) {
+  const SymbolicMatrix* matrix = session.document.matrix();
+  if (!matrix || matrix->individualCount() > 0 || !needsIndividuals(commandId)) return false;
+  fail(session, format("%s is not possible: the matrix holds no individuals (the database aggregated them)", what));
+  return true;
+}
+
 // Runs a document command only while it is enabled, as a menu would.
 bool runEnabled(Session& session, int32_t commandId, const char* what, bool (Document::*command)()) {
+  if (refusedWithoutIndividuals(session, commandId, what)) return false;
   if (!session.document.isEnabled(commandId)) return fail(session, format("%s is not possible now", what));
   return (session.document.*command)();
 }
@@ -103,6 +113,7 @@ Action parseNew(Arguments& args) {
   NewValues values;
   args.tableOrQuery(values.tableName, values.query);
   values.lastColumnIsWeight = args.flag("--weight");
+  values.inDatabase = args.flag("--in-database");
   if (const auto sample = args.number("--sample")) {
     values.sampling = true;
     values.sampleSize = *sample;
@@ -249,7 +260,7 @@ Action parseDependence(Arguments& args) {
   const std::vector<std::string> modalityNames = splitList(*applicable);
   const std::vector<std::string> daughterNames = splitList(*daughters);
   return [=](Session& s) {
-    if (!needData(s)) return false;
+    if (!needData(s) || refusedWithoutIndividuals(s, ID_ADD_DEPENDENCE, "Adding a dependence")) return false;
     DependenceValues values;
     values.motherIndex = variableNamed(s, motherName);
     if (values.motherIndex < 0) return false;
@@ -370,18 +381,19 @@ Action parseView(Arguments& args) {
     const char* name;
     Document::Table table;
     CommandId id;
+    const char* what;
   };
   static const Choice kChoices[] = {
-      {"individuals", Document::Table::Individuals, ID_VIEW_INDIVIDUALS},
-      {"assertions", Document::Table::Assertions, ID_VIEW_ASSERTIONS},
-      {"hordes", Document::Table::Hordes, ID_VIEW_HORDES},
-      {"reduced", Document::Table::ReducedAssertions, ID_VIEW_REDUCED_ASSERTIONS},
-      {"reduced-hordes", Document::Table::ReducedHordes, ID_VIEW_REDUCED_HORDES},
+      {"individuals", Document::Table::Individuals, ID_VIEW_INDIVIDUALS, "Viewing individuals"},
+      {"assertions", Document::Table::Assertions, ID_VIEW_ASSERTIONS, "Viewing assertions"},
+      {"hordes", Document::Table::Hordes, ID_VIEW_HORDES, "Viewing hordes"},
+      {"reduced", Document::Table::ReducedAssertions, ID_VIEW_REDUCED_ASSERTIONS, "Viewing reduced assertions"},
+      {"reduced-hordes", Document::Table::ReducedHordes, ID_VIEW_REDUCED_HORDES, "Viewing reduced hordes"},
   };
   for (const Choice& choice : kChoices) {
     if (words[0] != choice.name) continue;
     return [choice](Session& s) {
-      if (!needData(s)) return false;
+      if (!needData(s) || refusedWithoutIndividuals(s, choice.id, choice.what)) return false;
       if (!s.document.isEnabled(choice.id)) return fail(s, format("There is nothing to view as %s", choice.name));
       return s.document.viewTable(choice.table);
     };
@@ -440,8 +452,8 @@ const std::vector<CommandSpec> kSpecs = {
     {"disconnect", "", "close the ODBC connection", parseDisconnect},
     {"tables", "", "tables and views of the source", parseTables},
     {"columns", "TABLE", "the query view: name, type, precision, nullable", parseColumns},
-    {"new", "(--table NAME | --query SQL) [--weight] [--sample N] [--min M]",
-     "extract individuals into a new matrix", parseNew},
+    {"new", "(--table NAME | --query SQL) [--weight] [--sample N] [--min M] [--in-database]",
+     "extract individuals into a new matrix (--in-database: the database groups them)", parseNew},
     {"open", "FILE [--ignore-metadata]", "open a project file", parseOpen},
     {"save", "[FILE]", "save the project; with FILE: save as", parseSave},
     {"join", "FIRST SECOND", "new data by joining two project files", parseJoin},

@@ -30,6 +30,13 @@ ExtractionSettingsBox::ExtractionSettingsBox(const NewValues& values, QWidget* p
   minimum_ = countEdit(values.minimum, values.minimumSet, this);
   connect(sampling_, &QCheckBox::toggled, sampleSize_, &QWidget::setEnabled);
   connect(minimumSet_, &QCheckBox::toggled, minimum_, &QWidget::setEnabled);
+  inDatabase_ = new QCheckBox(QStringLiteral("Aggregate in the database (individuals are not read)"), this);
+  inDatabase_->setChecked(values.inDatabase);
+  sampling_->setEnabled(!values.inDatabase);
+  connect(inDatabase_, &QCheckBox::toggled, this, [this](bool aggregated) {
+    if (aggregated) sampling_->setChecked(false);
+    sampling_->setEnabled(!aggregated);
+  });
 
   auto* grid = new QGridLayout(this);
   grid->addWidget(weight_, 0, 0, 1, 3);
@@ -39,6 +46,7 @@ ExtractionSettingsBox::ExtractionSettingsBox(const NewValues& values, QWidget* p
   grid->addWidget(minimumSet_, 2, 0);
   grid->addWidget(minimum_, 2, 1);
   grid->addWidget(new QLabel(QStringLiteral("individuals per group"), this), 2, 2);
+  grid->addWidget(inDatabase_, 3, 0, 1, 3);
 }
 
 void ExtractionSettingsBox::store(NewValues& values) const {
@@ -47,6 +55,7 @@ void ExtractionSettingsBox::store(NewValues& values) const {
   values.sampleSize = sampleSize_->text().trimmed().toInt();
   values.minimumSet = minimumSet_->isChecked();
   values.minimum = minimum_->text().trimmed().toInt();
+  values.inDatabase = inDatabase_->isChecked();
 }
 
 }  // namespace velda::ui

@@ -9,9 +9,10 @@ class QLineEdit;
 
 namespace velda::ui {
 
-// "Settings" of the extraction: the weight column, sampling and the minimum
-// of individuals per group. Each count is editable only while its box is
-// ticked.
+// "Settings" of the extraction: the weight column, sampling, the minimum
+// of individuals per group and aggregation in the database. Each count is
+// editable only while its box is ticked; sampling, which needs the
+// individuals, is off while the database aggregates.
 class ExtractionSettingsBox : public QGroupBox {
   Q_OBJECT
 
@@ -26,6 +27,7 @@ class ExtractionSettingsBox : public QGroupBox {
   QLineEdit* sampleSizeEdit() const { return sampleSize_; }
   QCheckBox* minimumBox() const { return minimumSet_; }
   QLineEdit* minimumEdit() const { return minimum_; }
+  QCheckBox* inDatabaseBox() const { return inDatabase_; }
 
  private:
   QCheckBox* weight_;
@@ -33,6 +35,7 @@ class ExtractionSettingsBox : public QGroupBox {
   QLineEdit* sampleSize_;
   QCheckBox* minimumSet_;
   QLineEdit* minimum_;
+  QCheckBox* inDatabase_;
 };
 
 }  // namespace velda::ui
