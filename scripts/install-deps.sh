@@ -12,6 +12,7 @@ packages=(
   qt6-base-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libxml2-utils
+  r-base-core python3-pandas
   clang libclang-rt-14-dev
 )
 

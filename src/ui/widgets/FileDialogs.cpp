@@ -59,6 +59,7 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
 
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
   choice.path = fromQt(dialog.selectedFiles().first());
+  choice.filter = static_cast<int32_t>(dialog.nameFilters().indexOf(dialog.selectedNameFilter()));
   choice.ignoreMetadata = ignoreMetadata && ignoreMetadata->isChecked();
   return true;
 }
