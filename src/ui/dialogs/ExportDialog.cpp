@@ -35,7 +35,7 @@ constexpr int kRsdaFilter = 2;
 constexpr int kTidyFilter = 3;
 
 // The choices of the format box, in the order of ExportFormat.
-QComboBox* formatBox(ExportFormat format, QWidget* parent) {
+QComboBox* newFormatBox(ExportFormat format, QWidget* parent) {
   auto* box = new QComboBox(parent);
   box->addItems({QStringLiteral("Symbolic file (Korva if the name holds \"kvf\", else XML)"),
                  QStringLiteral("RSDA symbolic table (R)"), QStringLiteral("Tidy table (pandas)")});
@@ -56,7 +56,7 @@ ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialo
   setWindowTitle(QStringLiteral("KORVA export"));
   file_ = new FileField(exportFileRequest(), this);
   file_->setText(toQt(values.file));
-  format_ = formatBox(values.format, this);
+  format_ = newFormatBox(values.format, this);
   title_ = new QLineEdit(toQt(values.title), this);
   subtitle_ = new QLineEdit(toQt(values.subtitle), this);
   title_->setMaxLength(kTextCapacity);

@@ -23,6 +23,16 @@ bool isPlainSuffix(const std::string& suffix) {
   return !suffix.empty() && std::all_of(suffix.begin(), suffix.end(), [](unsigned char c) { return std::isalnum(c); });
 }
 
+// The place of the chosen file type among the dialog's filters. The dialog
+// names it by its visible text, without the patterns that it hides.
+int32_t chosenFilter(const QFileDialog& dialog) {
+  const QString chosen = dialog.selectedNameFilter();
+  const QStringList filters = dialog.nameFilters();
+  for (qsizetype i = 0; i < filters.size(); ++i)
+    if (filters[i] == chosen || filters[i].startsWith(chosen + QStringLiteral(" ("))) return static_cast<int32_t>(i);
+  return -1;
+}
+
 }  // namespace
 
 QStringList qtNameFilters(const std::string& filter) {
@@ -59,7 +69,7 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
 
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
   choice.path = fromQt(dialog.selectedFiles().first());
-  choice.filter = static_cast<int32_t>(dialog.nameFilters().indexOf(dialog.selectedNameFilter()));
+  choice.filter = chosenFilter(dialog);
   choice.ignoreMetadata = ignoreMetadata && ignoreMetadata->isChecked();
   return true;
 }
