@@ -96,11 +96,14 @@ bool Document::exportMatrix() {
   console_.print("%s", texts.heading);
 
   // The symbolic file is the library's re-written form of the temporary
-  // file; the tables come straight from the rows.
+  // file; the tables come straight from the rows, whose refusals come
+  // before the destination is opened, so that they leave it as it was.
   symlib::SymbolicFile model;
   std::vector<const Assertion*> labels;
   std::vector<const Assertion*> rows;
-  const bool prepared = table ? OrderedRows(*matrix_, values.exportReducedAssertions, labels, rows)
+  std::vector<size_t> active;
+  const bool prepared = table ? OrderedRows(*matrix_, values.exportReducedAssertions, labels, rows) &&
+                                    ActiveVariables(*matrix_, labels, rows, active)
                               : writeAndReadBack(temporary, *matrix_, values.exportReducedAssertions, console_, model);
   if (!prepared) return showFailure();
   console_.print("%s %s ...", texts.saving, destination.c_str());

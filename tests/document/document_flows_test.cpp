@@ -535,9 +535,15 @@ TEST_F(DocumentFlows, TablesGoStraightToTheDestinationAndTheNextExportProposesTh
             "b_1,age,interval,value,50,50,,\n");
   EXPECT_TRUE(consoleHas("saving tidy table " + destination + " ..."));
 
-  // An unwritable destination gets the export's own message.
+  // An unwritable destination gets the export's own message; a matrix
+  // without active variable leaves the last table as it was.
   EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = "/nonexistent-velda-dir/t.csv"; }));
   EXPECT_EQ(ui_.lastMessage(), "Can not open destination kvf file /nonexistent-velda-dir/t.csv");
+  const std::string before = readFile(destination);
+  for (auto& variable : document_.matrix()->variables) variable->active = 0;
+  EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = destination; }));
+  EXPECT_EQ(ui_.lastMessage(), "No active variable");
+  EXPECT_EQ(readFile(destination), before);
 }
 
 TEST_F(DocumentFlows, ViewFilesUseTheirPrefixesAndGoWithTheDocument) {
