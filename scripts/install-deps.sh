@@ -15,6 +15,7 @@ packages=(
   clang libclang-rt-dev
   xdg-utils desktop-file-utils shared-mime-info man-db
   xvfb openbox x11-utils imagemagick fonts-dejavu-core
+  r-base-core python3-pandas
 )
 
 missing=()

@@ -65,9 +65,15 @@ struct DivisionValues {
   int32_t classes = 3;
 };
 
+// What an export writes: the symbolic file (symbolic text when the
+// destination's path holds "kvf", XML otherwise), or one of the tables that
+// statistics programs read.
+enum class ExportFormat { Symbolic, RsdaTable, TidyTable };
+
 // "KORVA export".
 struct ExportValues {
   std::string file;
+  ExportFormat format = ExportFormat::Symbolic;
   std::string title;
   std::string subtitle;
   bool exportReducedAssertions = false;
@@ -93,6 +99,7 @@ struct FileRequest {
 };
 struct FileChoice {
   std::string path;
+  int32_t filter = -1;  // the chosen file type: its place among the request's filters
   bool ignoreMetadata = false;
 };
 

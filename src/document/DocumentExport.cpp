@@ -8,6 +8,7 @@
 #include "document/Document.h"
 #include "document/DocumentMetadata.h"
 #include "document/ExportPipeline.h"
+#include "formats/ExportRows.h"
 #include "formats/SymbolicTextWriter.h"
 #include "formats/library/SymbolicFile.h"
 #include "model/SymbolicMatrix.h"
@@ -40,11 +41,24 @@ bool streamWritten(const std::ostream& stream, const std::string& name) {
   return false;
 }
 
+// Writes the matrix as symbolic text into the open temporary file, closes
+// it and reads it back into the library's model.
+bool writeAndReadBack(std::ofstream& temporary, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog& console,
+                      symlib::SymbolicFile& model) {
+  console.print("exporting...");
+  const bool written = IndexAndWriteSymbolicText(temporary, matrix, reducedRows, &console);
+  console.print("[done]");
+  temporary.close();
+  if (!written || !streamWritten(temporary, kExportTemporaryFile)) return false;
+  return readTemporaryFile(model, console);
+}
+
 }  // namespace
 
 bool Document::askExportValues(ExportValues& values) {
   SymbolicMatrix& m = *matrix_;
   values.file = fileRecord_.valid ? fileRecord_.exportName : std::string();
+  values.format = fileRecord_.valid ? fileRecord_.exportFormat : ExportFormat::Symbolic;
   values.title = m.title;
   values.subtitle = m.subtitle;
   values.reducedAssertionsAvailable = !m.reducedAssertions.empty();
@@ -65,34 +79,42 @@ bool Document::exportMatrix() {
   ExportValues values;
   if (!askExportValues(values)) return false;
   const std::string& destination = values.file;
-  std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
+  const bool table = values.format != ExportFormat::Symbolic;
+  const bool xml = !table && !isTextDestination(destination);
+  std::ofstream temporary;
+  if (!table) temporary.open(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
   setModified();  // an export marks the document modified, whatever follows
-  if (!temporary) {
+  if (!table && !temporary) {
     ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
     finishCommand();
     return false;
   }
   fileRecord_.exportName = destination;
-  const bool xml = !isTextDestination(destination);
-  const char* heading = xml ? "- Creating XML file -" : "- Creating Korva file -";
-  BusyScope busy(ui_, heading);
-  console_.print("%s", heading);
+  fileRecord_.exportFormat = values.format;
+  const ExportTexts texts = exportTexts(values.format, destination);
+  BusyScope busy(ui_, texts.heading);
+  console_.print("%s", texts.heading);
 
-  console_.print("exporting...");
-  const bool written = IndexAndWriteSymbolicText(temporary, *matrix_, values.exportReducedAssertions, &console_);
-  console_.print("[done]");
-  temporary.close();
-  if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
-
+  // The symbolic file is the library's re-written form of the temporary
+  // file; the tables come straight from the rows, whose refusals come
+  // before the destination is opened, so that they leave it as it was.
   symlib::SymbolicFile model;
-  if (!readTemporaryFile(model, console_)) return showFailure();
-  console_.print(xml ? "saving XML file %s ..." : "saving KVF file %s ...", destination.c_str());
+  std::vector<const Assertion*> labels;
+  std::vector<const Assertion*> rows;
+  std::vector<size_t> active;
+  const bool prepared = table ? OrderedRows(*matrix_, values.exportReducedAssertions, labels, rows) &&
+                                    ActiveVariables(*matrix_, labels, rows, active)
+                              : writeAndReadBack(temporary, *matrix_, values.exportReducedAssertions, console_, model);
+  if (!prepared) return showFailure();
+  console_.print("%s %s ...", texts.saving, destination.c_str());
   std::ofstream out(destination, std::ios::binary | std::ios::trunc);
   if (!out) {
     setError("Can not open destination kvf file %s", destination.c_str());
     return showFailure();
   }
-  if (!writeModel(model, out, xml, destination)) return showFailure();
+  const bool saved = table ? writeTable(out, values.format, *matrix_, labels, rows, destination)
+                           : writeModel(model, out, xml, destination);
+  if (!saved) return showFailure();
   out.close();
   if (xml) {
     metadataFileName_ = metadataNameFor(destination);
@@ -105,7 +127,8 @@ bool Document::exportMatrix() {
 
 bool Document::viewExported() {
   const std::string& file = fileRecord_.exportName;
-  if (ui_.startViewer(file, isTextDestination(file) ? ViewerKind::Text : ViewerKind::Xml)) return true;
+  const bool text = fileRecord_.exportFormat != ExportFormat::Symbolic || isTextDestination(file);
+  if (ui_.startViewer(file, text ? ViewerKind::Text : ViewerKind::Xml)) return true;
   ui_.showMessage("Creation of viewer subprocess failed", MessageIcon::Warning);
   return false;
 }
@@ -124,21 +147,28 @@ bool Document::exportHordes() {
     return showFailure();
   }
   fileRecord_.exportName = destination;
-  const bool xml = !isTextDestination(destination);
-  BusyScope busy(ui_, xml ? "- Creating XML file -" : "Creating Korva file...");
+  fileRecord_.exportFormat = values.format;
+  const bool table = values.format != ExportFormat::Symbolic;
+  const bool xml = !table && !isTextDestination(destination);
+  const ExportTexts texts = exportTexts(values.format, destination);
+  const char* status = table || xml ? texts.heading : "Creating Korva file...";
+  BusyScope busy(ui_, status);
   updateAssertions();
-  ui_.setStatusText(xml ? "- Creating XML file -" : "Creating Korva file...");
+  ui_.setStatusText(status);
 
-  // Text goes straight to the destination and follows "Export reduced
-  // Hordes"; XML goes through the temporary file and follows "Export
-  // reduced assertions". The asymmetry is deliberate.
+  // Text and tables go straight to the destination and follow "Export
+  // reduced Hordes"; XML goes through the temporary file and follows
+  // "Export reduced assertions". The asymmetry is deliberate.
   std::vector<const Assertion*> labels;
   std::vector<const Assertion*> rows;
   hordeRows(*matrix_, xml ? values.exportReducedAssertions && values.reducedHordesAvailable
                           : values.exportReducedHordes,
             labels, rows);
   bool written;
-  if (!xml) {
+  if (table) {
+    console_.print("%s %s ...", texts.saving, destination.c_str());
+    written = writeTable(out, values.format, *matrix_, labels, rows, destination);
+  } else if (!xml) {
     written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && streamWritten(out.flush(), destination);
   } else {
     std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);

@@ -1,11 +1,16 @@
 #pragma once
 
 #include <ostream>
+#include <span>
 #include <string>
+
+#include "document/CommandValues.h"
 
 namespace velda {
 
+class Assertion;
 class ConsoleLog;
+class SymbolicMatrix;
 namespace symlib {
 struct SymbolicFile;
 }
@@ -31,6 +36,20 @@ std::string metadataNameFor(const std::string& destination);
 // the process when the file does not pass its checks; false (last-error
 // text set) when the file cannot be opened.
 bool readTemporaryFile(symlib::SymbolicFile& model, ConsoleLog& console);
+
+// The heading that an export prints and shows as status text, and what
+// the console line before the destination's name says when it is written.
+struct ExportTexts {
+  const char* heading;
+  const char* saving;  // "saving KVF file", followed by " <destination> ..."
+};
+ExportTexts exportTexts(ExportFormat format, const std::string& destination);
+
+// Writes the rows straight as the chosen table (not Symbolic); false with
+// the last-error text set when that fails.
+bool writeTable(std::ostream& out, ExportFormat format, const SymbolicMatrix& matrix,
+                std::span<const Assertion* const> labels, std::span<const Assertion* const> rows,
+                const std::string& destination);
 
 // Writes the model as symbolic text (the library's re-written form) or as
 // XML; false with the last-error text set when that fails.

@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "document/CommandValues.h"
+
 namespace velda {
 
 // Where the document was last saved or loaded from.
@@ -11,6 +13,7 @@ struct FileRecord {
   std::string fileName;    // name with extension
   std::string fileTitle;   // name without extension
   std::string exportName;  // the path with its extension replaced by "kvf"
+  ExportFormat exportFormat = ExportFormat::Symbolic;  // what the last export wrote there
 
   // The record of a chosen path.
   static FileRecord fromPath(const std::string& path);

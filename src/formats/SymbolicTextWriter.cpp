@@ -9,6 +9,7 @@
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
 #include "formats/Codes.h"
+#include "formats/ExportRows.h"
 #include "formats/SymbolicTextStyle.h"
 #include "model/CategoricalVariable.h"
 #include "model/Dependence.h"
@@ -315,35 +316,10 @@ void SymbolicTextWriter::writeRow(const Assertion& row) {
   out_ << ')';
 }
 
-bool rowsFit(const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
-             std::span<const Assertion* const> rows) {
-  if (labels.size() != rows.size()) return false;
-  for (size_t i = 0; i < rows.size(); ++i)
-    if (!labels[i] || !rows[i] || rows[i]->values.size() < matrix.variableCount()) return false;
-  return true;
-}
-
 bool writeOrdered(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console) {
-  try {
-    if (!matrix.assertionsIndexed()) {
-      // Room first: indexing then fails only on numbers that are not 0 to
-      // count - 1, each once.
-      matrix.orderedAssertions.reserve(matrix.assertionCount());
-      if (!matrix.indexAssertions()) {
-        setError("Assertion numbers are not 0 to %zu, each once", matrix.assertionCount() - 1);
-        return false;
-      }
-    }
-    const std::vector<Assertion*>& labels = matrix.orderedAssertions;
-    if (!reducedRows) return WriteSymbolicRows(out, matrix, labels, labels, console);
-    std::vector<const Assertion*> rows;
-    rows.reserve(matrix.reducedAssertions.size());
-    for (const auto& reduced : matrix.reducedAssertions) rows.push_back(reduced.get());
-    return WriteSymbolicRows(out, matrix, labels, rows, console);
-  } catch (const std::bad_alloc&) {
-    setError("Memory allocation failed");
-    return false;
-  }
+  std::vector<const Assertion*> labels;
+  std::vector<const Assertion*> rows;
+  return OrderedRows(matrix, reducedRows, labels, rows) && WriteSymbolicRows(out, matrix, labels, rows, console);
 }
 
 }  // namespace
@@ -358,10 +334,7 @@ bool WriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRo
 
 bool WriteSymbolicRows(std::ostream& out, const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
                        std::span<const Assertion* const> rows, ConsoleLog* console) {
-  if (!rowsFit(matrix, labels, rows)) {
-    setError("Reduced assertions do not match the assertions");
-    return false;
-  }
+  if (!RowsFit(matrix, labels, rows)) return false;
   try {
     SymbolicTextWriter writer(out, matrix, labels, rows);
     if (!writer.prepare()) {

@@ -45,22 +45,23 @@ double CategoricalValue::shownWeightSum() const {
   return sum;
 }
 
-void CategoricalValue::writeWeight(std::ostream& out, double w, double sum) const {
+std::optional<double> CategoricalValue::modeWeight(double w, double sum) const {
   const CategoricalVariable& var = categoricalVariable();
-  if (!var.multiple) return;
+  if (!var.multiple) return std::nullopt;
   switch (var.mode) {
     case MODE_CARDINALITY:
-      out << '(' << w << ')';
-      break;
+      return w;
     case MODE_PROBABILIST:
-      out << '(' << w / (totalWeight - nullWeight - naWeight) << ')';
-      break;
+      return probability(w);
     case MODE_KT_ESTIMATE:
-      out << '(' << (w + 0.5) / (sum + 0.5 * static_cast<double>(var.modalityCount())) << ')';
-      break;
+      return (w + 0.5) / (sum + 0.5 * static_cast<double>(var.modalityCount()));
     default:
-      break;
+      return std::nullopt;
   }
+}
+
+void CategoricalValue::writeWeight(std::ostream& out, double w, double sum) const {
+  if (const std::optional<double> shown = modeWeight(w, sum)) out << '(' << *shown << ')';
 }
 
 void CategoricalValue::writeValue(std::ostream& out) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "common/ChainedHashTable.h"
 #include "model/CategoricalVariable.h"
@@ -45,13 +46,20 @@ class CategoricalValue final : public SymbolicValue {
     return categoricalVariable().hasTaxonomy() ? entry.subtreeWeight : entry.weight;
   }
 
+  double shownWeightSum() const;
+  // The share of the members' weight that went to a modality of shown
+  // weight w: w over the weight that is neither NULL nor NA.
+  double probability(double w) const { return w / (totalWeight - nullWeight - naWeight); }
+  // The weight that the variable's display mode shows for a modality of
+  // shown weight w (sum: shownWeightSum(), used by the KT-estimate); none
+  // for a single-valued variable or the boolean mode.
+  std::optional<double> modeWeight(double w, double sum) const;
+
   ValueEntryTable entries;
 
  private:
-  // Writes "(w)" for a modality of a set-valued variable, as the mode says;
-  // sum is the total shown weight of the entries (KT-estimate).
+  // Writes "(w)" for a modality of a set-valued variable, as the mode says.
   void writeWeight(std::ostream& out, double w, double sum) const;
-  double shownWeightSum() const;
 };
 
 }  // namespace velda

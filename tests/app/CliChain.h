@@ -34,6 +34,7 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
        "then", "save", "chain.gaj",
        "then", "export", "chain.kvf", "--title", "People",
        "then", "export", "chain.xml",
+       "then", "export", "chain.csv", "--format", "rsda",
        "then", "view", "assertions"},
       dir);
   ASSERT_EQ(result.status, 0) << result.err;
@@ -59,11 +60,13 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
   EXPECT_TRUE(has("   sea"));
   EXPECT_TRUE(has("saving KVF file chain.kvf ..."));
   EXPECT_TRUE(has("saving XML file chain.xml ..."));
+  EXPECT_TRUE(has("saving RSDA table chain.csv ..."));
   EXPECT_TRUE(has("Assertion\tIndividuals\tjob\tincome\tsea"));
 
   EXPECT_EQ(slurp(dir + "/chain.kvf").rfind("KORVA = (", 0), 0u);
   EXPECT_NE(slurp(dir + "/chain.kvf").find("title = \"People\""), std::string::npos);
   EXPECT_EQ(slurp(dir + "/chain.xml").rfind("<?xml", 0), 0u);
+  EXPECT_EQ(slurp(dir + "/chain.csv").rfind("$M;job;", 0), 0u);
   EXPECT_EQ(access((dir + "/chain_meta.xml").c_str(), F_OK), 0);
   EXPECT_EQ(access((dir + "/chain.gaj.xml").c_str(), F_OK), 0);
 

@@ -55,6 +55,8 @@ TEST_F(CliUsage, EveryUsageErrorExitsWithTwoAndRunsNothing) {
       {"export"},
       {"export", "out.kvf", "--reduced-hordes"},
       {"export-hordes", "out.kvf", "--title"},
+      {"export", "out.csv", "--format", "excel"},
+      {"export-hordes", "out.csv", "--format"},
       {"view"},
       {"view", "everything"},
       {"taxonomies", "x"},

@@ -480,6 +480,72 @@ TEST_F(DocumentFlows, HordesExportFollowsTheReducedHordesBoxForTextAndTheReduced
   EXPECT_EQ(ui_.lastMessage(), "Can not open file /nonexistent-velda-dir/h.kvf");
 }
 
+TEST_F(DocumentFlows, TablesGoStraightToTheDestinationAndTheNextExportProposesThem) {
+  ASSERT_TRUE(openFile(writeProject("towns.gaj")));
+  const std::string destination = dir_.file("towns.csv");
+  std::vector<ViewerKind> viewers;
+  ui_.onStartViewer = [&](const std::string& path, ViewerKind kind) {
+    EXPECT_EQ(path, destination);
+    viewers.push_back(kind);
+    return true;
+  };
+  ui_.onExport = [&](ExportValues& values) {
+    values.file = destination;
+    values.format = ExportFormat::RsdaTable;
+    return true;
+  };
+  ASSERT_TRUE(document_.exportAndView());
+  EXPECT_EQ(readFile(destination),
+            "$M;town;x;y;$I;age;age\n"
+            "a;$M;2;0.5;0.5;$I;30;40\n"
+            "b;$M;2;1;0;$I;50;50\n");
+  EXPECT_EQ(viewers, std::vector<ViewerKind>{ViewerKind::Text});
+  EXPECT_FALSE(exists("tempkvf.dat"));  // no symbolic text, no read-back
+  EXPECT_TRUE(document_.isModified());
+  const std::vector<std::string> tail = {"- Creating RSDA table -", "saving RSDA table " + destination + " ...",
+                                         "[done] - Finished"};
+  const auto& lines = document_.console().lines();
+  ASSERT_GE(lines.size(), tail.size());
+  EXPECT_EQ(std::vector<std::string>(lines.end() - static_cast<long>(tail.size()), lines.end()), tail);
+
+  ExportValues proposed;
+  ASSERT_TRUE(exportWith([&](ExportValues& values) {
+    proposed = values;
+    values.format = ExportFormat::TidyTable;
+  }));
+  EXPECT_EQ(proposed.file, destination);
+  EXPECT_EQ(proposed.format, ExportFormat::RsdaTable);
+  EXPECT_EQ(readFile(destination),
+            "assertion,variable,kind,state,min,max,category,weight\n"
+            "a,town,categorical,value,,,x,0.5\n"
+            "a,town,categorical,value,,,y,0.5\n"
+            "a,age,interval,value,30,40,,\n"
+            "b,town,categorical,value,,,x,1\n"
+            "b,age,interval,value,50,50,,\n");
+
+  // Hordes follow "Export reduced Hordes", as symbolic text does: the
+  // reduced class a_1 holds only the first member.
+  giveHordes(*document_.matrix());
+  ASSERT_TRUE(exportWith([&](ExportValues& values) { values.exportReducedAssertions = false; }, true));
+  EXPECT_EQ(readFile(destination),
+            "assertion,variable,kind,state,min,max,category,weight\n"
+            "a_1,town,categorical,value,,,x,1\n"
+            "a_1,age,interval,value,30,30,,\n"
+            "b_1,town,categorical,value,,,x,1\n"
+            "b_1,age,interval,value,50,50,,\n");
+  EXPECT_TRUE(consoleHas("saving tidy table " + destination + " ..."));
+
+  // An unwritable destination gets the export's own message; a matrix
+  // without active variable leaves the last table as it was.
+  EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = "/nonexistent-velda-dir/t.csv"; }));
+  EXPECT_EQ(ui_.lastMessage(), "Can not open destination kvf file /nonexistent-velda-dir/t.csv");
+  const std::string before = readFile(destination);
+  for (auto& variable : document_.matrix()->variables) variable->active = 0;
+  EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = destination; }));
+  EXPECT_EQ(ui_.lastMessage(), "No active variable");
+  EXPECT_EQ(readFile(destination), before);
+}
+
 TEST_F(DocumentFlows, ViewFilesUseTheirPrefixesAndGoWithTheDocument) {
   const std::string project = writeProject("towns.gaj");
   std::vector<std::string> viewed;

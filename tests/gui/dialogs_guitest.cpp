@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QFileDialog>
 #include <QTest>
@@ -205,6 +206,39 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   EXPECT_EQ(dialog.values().subtitle, "Survey");
   EXPECT_TRUE(dialog.values().exportReducedAssertions);
   EXPECT_FALSE(dialog.values().exportReducedHordes);
+}
+
+TEST_F(DialogTest, ExportFileTypesOfTheTablesChooseWhatIsWritten) {
+  ExportValues initial;
+  initial.format = ExportFormat::RsdaTable;
+  ExportDialog dialog(initial);
+  EXPECT_EQ(dialog.formatBox()->currentIndex(), 1);
+
+  // "Select..." offers both tables after the symbolic files; a file chosen
+  // as a tidy table is exported as one.
+  QStringList offered;
+  test::onNextModal<QFileDialog>([&offered](QFileDialog* files) {
+    offered = files->nameFilters();
+    files->selectNameFilter(offered.value(3));
+    files->selectFile(QDir::tempPath() + QStringLiteral("/velda-people.csv"));
+    static_cast<QDialog*>(files)->accept();  // QFileDialog::accept is protected
+  });
+  dialog.fileField()->selectButton()->click();
+  ASSERT_EQ(offered.size(), 4);
+  EXPECT_EQ(offered[2].toStdString(), "RSDA symbolic table (*.csv) (*.csv)");
+  EXPECT_EQ(offered[3].toStdString(), "Tidy table (*.csv) (*.csv)");
+  EXPECT_EQ(dialog.formatBox()->currentIndex(), 2);
+  EXPECT_EQ(dialog.titleEdit()->text().toStdString(), "velda-people");
+  dialog.accept();
+  ASSERT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(dialog.values().file, QDir::tempPath().toStdString() + "/velda-people.csv");
+  EXPECT_EQ(dialog.values().format, ExportFormat::TidyTable);
+
+  // A name typed by hand keeps the format shown in the box.
+  dialog.fileField()->setText(QStringLiteral("/tmp/out.kvf"));
+  dialog.formatBox()->setCurrentIndex(0);
+  dialog.accept();
+  EXPECT_EQ(dialog.values().format, ExportFormat::Symbolic);
 }
 
 TEST_F(DialogTest, ParameterRangesAndCancel) {

@@ -348,7 +348,19 @@ Action parseDivide(Arguments& args) {
   };
 }
 
+// "--format rsda|tidy" picks a table; without it the destination's name
+// decides between symbolic text and XML.
+ExportFormat exportFormat(Arguments& args) {
+  const auto name = args.value("--format");
+  if (!name) return ExportFormat::Symbolic;
+  if (*name == "rsda") return ExportFormat::RsdaTable;
+  if (*name == "tidy") return ExportFormat::TidyTable;
+  args.fail("--format takes rsda or tidy, not '" + *name + "'");
+  return ExportFormat::Symbolic;
+}
+
 Action parseExport(Arguments& args, bool hordes) {
+  const ExportFormat format = exportFormat(args);
   const auto title = args.value("--title");
   const auto subtitle = args.value("--subtitle");
   const bool reduced = args.flag("--reduced");
@@ -360,6 +372,7 @@ Action parseExport(Arguments& args, bool hordes) {
     if (!needData(s)) return false;
     s.ui.onExport = [=](ExportValues& v) {
       v.file = file;
+      v.format = format;
       if (title) v.title = *title;
       if (subtitle) v.subtitle = *subtitle;
       v.exportReducedAssertions = reduced && v.reducedAssertionsAvailable;
@@ -469,10 +482,11 @@ const std::vector<CommandSpec> kSpecs = {
     {"reduce", "[--threshold T]", "reduce assertions (default: stored threshold or 80)", parseReduceAssertions},
     {"divide", "[--classes K]", "divide assertions (default: stored class number or 3)", parseDivide},
     {"reduce-hordes", "[--threshold T]", "reduce hordes", parseReduceHordes},
-    {"export", "FILE [--title T] [--subtitle S] [--reduced]",
-     "export as symbolic text (\"kvf\" in FILE) or XML with metadata", parseExportMatrix},
-    {"export-hordes", "FILE [--title T] [--subtitle S] [--reduced] [--reduced-hordes]", "export the hordes",
-     parseExportHordes},
+    {"export", "FILE [--format rsda|tidy] [--title T] [--subtitle S] [--reduced]",
+     "export as symbolic text (\"kvf\" in FILE) or XML with metadata, or as a table for R or pandas",
+     parseExportMatrix},
+    {"export-hordes", "FILE [--format rsda|tidy] [--title T] [--subtitle S] [--reduced] [--reduced-hordes]",
+     "export the hordes", parseExportHordes},
     {"view", "individuals|assertions|hordes|reduced|reduced-hordes", "print a table", parseView},
     {"taxonomies", "", "print the taxonomies", parseTaxonomies},
     {"dependences", "", "print the dependences", parseDependences},

@@ -1,6 +1,7 @@
 #include "ui/dialogs/ExportDialog.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -21,9 +22,25 @@ constexpr int kTextCapacity = 127;
 FileRequest exportFileRequest() {
   FileRequest request;
   request.mode = FileRequest::Mode::Save;
-  request.filter = "XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf||";
+  request.filter =
+      "XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf|RSDA symbolic table (*.csv)|*.csv|"
+      "Tidy table (*.csv)|*.csv||";
   request.defaultSuffix = "xml";
   return request;
+}
+
+// The file types of "Select..." that choose a table; the others leave the
+// choice between symbolic text and XML to the name.
+constexpr int kRsdaFilter = 2;
+constexpr int kTidyFilter = 3;
+
+// The choices of the format box, in the order of ExportFormat.
+QComboBox* newFormatBox(ExportFormat format, QWidget* parent) {
+  auto* box = new QComboBox(parent);
+  box->addItems({QStringLiteral("Symbolic file (Korva if the name holds \"kvf\", else XML)"),
+                 QStringLiteral("RSDA symbolic table (R)"), QStringLiteral("Tidy table (pandas)")});
+  box->setCurrentIndex(static_cast<int>(format));
+  return box;
 }
 
 QCheckBox* reducedBox(const QString& text, bool available, QWidget* parent) {
@@ -39,6 +56,7 @@ ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialo
   setWindowTitle(QStringLiteral("KORVA export"));
   file_ = new FileField(exportFileRequest(), this);
   file_->setText(toQt(values.file));
+  format_ = newFormatBox(values.format, this);
   title_ = new QLineEdit(toQt(values.title), this);
   subtitle_ = new QLineEdit(toQt(values.subtitle), this);
   title_->setMaxLength(kTextCapacity);
@@ -49,6 +67,7 @@ ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialo
 
   auto* form = new QFormLayout;
   form->addRow(QStringLiteral("File"), file_);
+  form->addRow(QStringLiteral("Format"), format_);
   form->addRow(QStringLiteral("Title"), title_);
   form->addRow(QStringLiteral("Subtitle"), subtitle_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
@@ -62,12 +81,22 @@ ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialo
 }
 
 // A chosen destination also names the export: its title becomes the file's
-// name without extension, replacing what was typed.
-void ExportDialog::onFileChosen(const QString& path) { title_->setText(QFileInfo(path).completeBaseName()); }
+// name without extension, replacing what was typed. Its file type says what
+// to write there.
+void ExportDialog::onFileChosen(const QString& path) {
+  title_->setText(QFileInfo(path).completeBaseName());
+  const int filter = file_->chosenFilter();
+  if (filter < 0) return;
+  const ExportFormat format = filter == kRsdaFilter   ? ExportFormat::RsdaTable
+                              : filter == kTidyFilter ? ExportFormat::TidyTable
+                                                      : ExportFormat::Symbolic;
+  format_->setCurrentIndex(static_cast<int>(format));
+}
 
 void ExportDialog::accept() {
   ExportValues chosen = values_;
   chosen.file = fromQt(file_->text());
+  chosen.format = static_cast<ExportFormat>(format_->currentIndex());
   if (showRefusal(this, checkExportValues(chosen))) return;
   chosen.title = fromQt(title_->text());
   chosen.subtitle = subtitle_->text().isEmpty() ? chosen.title : fromQt(subtitle_->text());

@@ -5,14 +5,15 @@
 #include "document/CommandValues.h"
 
 class QCheckBox;
+class QComboBox;
 class QLineEdit;
 
 namespace velda::ui {
 
 class FileField;
 
-// "KORVA export": destination, title, subtitle and the two reduced-rows
-// boxes (disabled when there is nothing reduced).
+// "KORVA export": destination, what to write there, title, subtitle and the
+// two reduced-rows boxes (disabled when there is nothing reduced).
 class ExportDialog : public QDialog {
   Q_OBJECT
 
@@ -21,6 +22,7 @@ class ExportDialog : public QDialog {
 
   ExportValues values() const { return values_; }
   FileField* fileField() const { return file_; }
+  QComboBox* formatBox() const { return format_; }
   QLineEdit* titleEdit() const { return title_; }
   QLineEdit* subtitleEdit() const { return subtitle_; }
   QCheckBox* reducedAssertionsBox() const { return reducedAssertions_; }
@@ -33,6 +35,7 @@ class ExportDialog : public QDialog {
 
   ExportValues values_;
   FileField* file_;
+  QComboBox* format_;
   QLineEdit* title_;
   QLineEdit* subtitle_;
   QCheckBox* reducedAssertions_;

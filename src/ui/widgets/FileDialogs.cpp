@@ -33,6 +33,16 @@ QString filterSuffix(const QString& filter) {
   return isPlainSuffix(suffix) ? suffix : QString();
 }
 
+// The place of the chosen file type among the dialog's filters. The dialog
+// names it by its visible text, without the patterns that it hides.
+int32_t chosenFilter(const QFileDialog& dialog) {
+  const QString chosen = dialog.selectedNameFilter();
+  const QStringList filters = dialog.nameFilters();
+  for (qsizetype i = 0; i < filters.size(); ++i)
+    if (filters[i] == chosen || filters[i].startsWith(chosen + QStringLiteral(" ("))) return static_cast<int32_t>(i);
+  return -1;
+}
+
 }  // namespace
 
 QStringList qtNameFilters(const std::string& filter) {
@@ -76,6 +86,7 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
 
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
   choice.path = fromQt(dialog.selectedFiles().first());
+  choice.filter = chosenFilter(dialog);
   choice.ignoreMetadata = ignoreMetadata && ignoreMetadata->isChecked();
   return true;
 }

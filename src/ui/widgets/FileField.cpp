@@ -28,6 +28,7 @@ void FileField::select() {
   FileChoice choice;
   if (!chooseFile(this, request_, choice)) return;
   edit_->setText(toQt(choice.path));
+  chosenFilter_ = choice.filter;
   emit fileChosen(edit_->text());
 }
 

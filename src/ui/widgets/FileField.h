@@ -21,6 +21,9 @@ class FileField : public QWidget {
   void setText(const QString& text);
   QLineEdit* edit() const { return edit_; }
   QPushButton* selectButton() const { return select_; }
+  // The file type of the last file chosen with "Select...", by its place
+  // among the request's filters; -1 before any.
+  int32_t chosenFilter() const { return chosenFilter_; }
 
  signals:
   void fileChosen(const QString& path);
@@ -31,6 +34,7 @@ class FileField : public QWidget {
   FileRequest request_;
   QLineEdit* edit_;
   QPushButton* select_;
+  int32_t chosenFilter_ = -1;
 };
 
 }  // namespace velda::ui
