@@ -4,10 +4,10 @@
 
 #include "common/Format.h"
 #include "common/MessageBox.h"
+#include "model/ValueCopy.h"
 #include "ops/CategoricalCuts.h"
 #include "ops/GravityReport.h"
 #include "ops/QuantitativeCuts.h"
-#include "ops/ValueCopy.h"
 
 namespace velda {
 
