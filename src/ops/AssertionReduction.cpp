@@ -24,9 +24,8 @@ int AssertionReduction::run() {
     if (!gatherCandidates()) return 1;
     greedyPhase();
     bestVolume_ = record_.volume(matrix_);
-    for (size_t p = searchStart_; p < candidates_.size(); ++p) stack_.push_back({0, static_cast<int32_t>(p)});
-    const Status status = level(0, stack_.size(), record_.covered());
-    stack_.clear();
+    prepareSearch();
+    const Status status = level(static_cast<int32_t>(order_.size()) - 1, record_.covered());
     if (status == Status::Cancelled) return 0;
     capped_ = status == Status::Capped;
     applyBest();
@@ -97,45 +96,53 @@ void AssertionReduction::resortAfter(size_t position) {
   }
 }
 
-// One level: every step in play whose live cost fits in what the coverage
-// allows (covered - c >= N - k) is taken, the largest cost first; each is
-// applied, the levels below search the steps after it, and it is undone.
-// Steps that cost more than the allowance, or nothing, cannot be applied
-// here nor below (applying a step lowers the allowance by what it removes,
-// and any other cost by at most that), so they leave play. Ties between equal costs go to the step that
-// comes later in the sorted list. After its steps, the level measures the
-// volume of the current description against the best so far.
-AssertionReduction::Status AssertionReduction::level(size_t source, size_t sourceEnd, int32_t covered) {
-  if (levels_ >= kSearchLevelCap) return Status::Capped;
+// The search list is the list after the greedy phase, ascending by live
+// cost, without its leading steps that cost nothing: a level takes the
+// largest cost first and ends when only steps costing nothing are left
+// below, so no level reaches those positions or moves a step into them.
+void AssertionReduction::prepareSearch() {
+  size_t first = searchStart_;
+  while (first < candidates_.size() && record_.liveCost(candidates_[first]) == 0) ++first;
+  order_.reserve(candidates_.size() - first);
+  for (size_t p = first; p < candidates_.size(); ++p) order_.push_back(static_cast<int32_t>(p));
+  costs_ = LargestCostTree(order_.size());
+}
+
+void AssertionReduction::refreshCosts(int32_t top) {
+  costs_.refreshPrefix(top, [&](int32_t p) { return record_.liveCost(candidates_[order_[p]]); });
+}
+
+// From the top position down: the largest live cost among the positions
+// left comes to the current one; a step that the coverage allows is
+// applied, the levels below search the positions under it, and it is
+// undone. The level ends when the largest cost left is 0, and then measures
+// the volume of the current description against the best so far.
+AssertionReduction::Status AssertionReduction::level(int32_t top, int32_t covered) {
+  if (levels_ >= levelCap_) return Status::Capped;
   ++levels_;
   const int32_t allowance = covered - minimumKept_;
-  const size_t begin = stack_.size();
-  if (allowance > 0) {
-    for (size_t s = source; s < sourceEnd; ++s) {
-      const int32_t position = stack_[s].position;
-      const int32_t cost = record_.liveCost(candidates_[position]);
-      if (cost > 0 && cost <= allowance) stack_.push_back({cost, position});
-    }
-  }
-  const size_t end = stack_.size();
-  std::sort(stack_.begin() + static_cast<std::ptrdiff_t>(begin), stack_.end(), [](const Entry& x, const Entry& y) {
-    return x.cost != y.cost ? x.cost > y.cost : x.position > y.position;
-  });
-
-  for (size_t e = begin; e < end; ++e) {
+  if (top >= 0) refreshCosts(top);
+  for (int32_t i = top; i >= 0; --i) {
     if (cancel_.requested()) return Status::Cancelled;
-    RemovalCandidate& candidate = candidates_[stack_[e].position];
+    const LargestCostTree::Largest largest = costs_.largestUpTo(i);
+    if (largest.cost == 0) break;
+    if (costs_.cost(i) != largest.cost) {
+      std::swap(order_[i], order_[largest.position]);
+      costs_.set(largest.position, costs_.cost(i));
+      costs_.set(i, largest.cost);
+    }
+    if (largest.cost > allowance) continue;
+    RemovalCandidate& candidate = candidates_[order_[i]];
     const int32_t removed = record_.apply(candidate);
     candidate.active = 0;
-    applied_.push_back(stack_[e].position);
-    const Status status = level(e + 1, end, covered - removed);
+    applied_.push_back(order_[i]);
+    const Status status = level(i - 1, covered - removed);
     record_.undo(candidate);
     candidate.active = 1;
     applied_.pop_back();
-    stack_.resize(end);
     if (status != Status::Continue) return status;
+    if (i > 0) refreshCosts(i - 1);
   }
-  stack_.resize(begin);
 
   const double volume = record_.volume(matrix_);
   if (volume < bestVolume_) {
@@ -146,9 +153,9 @@ AssertionReduction::Status AssertionReduction::level(size_t source, size_t sourc
 }
 
 void AssertionReduction::applyBest() {
-  for (int32_t position : best_) {
-    record_.apply(candidates_[position]);
-    candidates_[position].active = 0;
+  for (int32_t index : best_) {
+    record_.apply(candidates_[index]);
+    candidates_[index].active = 0;
   }
 }
 
