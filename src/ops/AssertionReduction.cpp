@@ -105,11 +105,54 @@ void AssertionReduction::prepareSearch() {
   while (first < candidates_.size() && record_.liveCost(candidates_[first]) == 0) ++first;
   order_.reserve(candidates_.size() - first);
   for (size_t p = first; p < candidates_.size(); ++p) order_.push_back(static_cast<int32_t>(p));
+  known_.assign(candidates_.size(), Known{});
+  positionOf_.assign(candidates_.size(), -1);
+  for (size_t p = 0; p < order_.size(); ++p) {
+    known_[order_[p]].cost = record_.liveCost(candidates_[order_[p]]);
+    positionOf_[order_[p]] = static_cast<int32_t>(p);
+  }
   costs_ = LargestCostTree(order_.size());
+  costs_.refreshPrefix(static_cast<int32_t>(order_.size()) - 1, [&](int32_t p) { return known_[order_[p]].cost; });
 }
 
-void AssertionReduction::refreshCosts(int32_t top) {
-  costs_.refreshPrefix(top, [&](int32_t p) { return record_.liveCost(candidates_[order_[p]]); });
+// Makes the cost known at position p the live cost of the level `level`.
+void AssertionReduction::settle(int32_t p, int64_t level) {
+  Known& known = known_[order_[p]];
+  if (known.level == level) return;
+  overwritten_.push_back({order_[p], known});
+  known = {record_.liveCost(candidates_[order_[p]]), level};
+  costs_.set(p, known.cost);
+}
+
+// The largest live cost among positions 0..i and the lowest position
+// holding it. A known cost that was not measured at this level is one that
+// an enclosing level measured with fewer steps applied, so it is at least
+// the live cost: only the positions that look largest need measuring.
+LargestCostTree::Largest AssertionReduction::largestLiveCost(int32_t i, int64_t level) {
+  for (;;) {
+    const LargestCostTree::Largest largest = costs_.largestUpTo(i);
+    if (largest.cost == 0 || known_[order_[largest.position]].level == level) return largest;
+    settle(largest.position, level);
+  }
+}
+
+// Gives back the costs known before a deeper level measured its own, at
+// wherever their steps now stand.
+void AssertionReduction::forgetSince(size_t mark) {
+  while (overwritten_.size() > mark) {
+    const Overwritten& previous = overwritten_.back();
+    known_[previous.candidate] = previous.known;
+    costs_.set(positionOf_[previous.candidate], previous.known.cost);
+    overwritten_.pop_back();
+  }
+}
+
+void AssertionReduction::swapPositions(int32_t p, int32_t q) {
+  std::swap(order_[p], order_[q]);
+  positionOf_[order_[p]] = p;
+  positionOf_[order_[q]] = q;
+  costs_.set(p, known_[order_[p]].cost);
+  costs_.set(q, known_[order_[q]].cost);
 }
 
 // From the top position down: the largest live cost among the positions
@@ -119,29 +162,26 @@ void AssertionReduction::refreshCosts(int32_t top) {
 // the volume of the current description against the best so far.
 AssertionReduction::Status AssertionReduction::level(int32_t top, int32_t covered) {
   if (levels_ >= levelCap_) return Status::Capped;
-  ++levels_;
+  const int64_t self = ++levels_;
   const int32_t allowance = covered - minimumKept_;
-  if (top >= 0) refreshCosts(top);
   for (int32_t i = top; i >= 0; --i) {
     if (cancel_.requested()) return Status::Cancelled;
-    const LargestCostTree::Largest largest = costs_.largestUpTo(i);
+    settle(i, self);
+    const LargestCostTree::Largest largest = largestLiveCost(i, self);
     if (largest.cost == 0) break;
-    if (costs_.cost(i) != largest.cost) {
-      std::swap(order_[i], order_[largest.position]);
-      costs_.set(largest.position, costs_.cost(i));
-      costs_.set(i, largest.cost);
-    }
+    if (known_[order_[i]].cost != largest.cost) swapPositions(i, largest.position);
     if (largest.cost > allowance) continue;
     RemovalCandidate& candidate = candidates_[order_[i]];
     const int32_t removed = record_.apply(candidate);
     candidate.active = 0;
     applied_.push_back(order_[i]);
+    const size_t mark = overwritten_.size();
     const Status status = level(i - 1, covered - removed);
     record_.undo(candidate);
     candidate.active = 1;
     applied_.pop_back();
+    forgetSince(mark);
     if (status != Status::Continue) return status;
-    if (i > 0) refreshCosts(i - 1);
   }
 
   const double volume = record_.volume(matrix_);

@@ -57,7 +57,10 @@ class AssertionReduction {
   // One level over the search positions 0..top, `covered` individuals
   // still in the record.
   Status level(int32_t top, int32_t covered);
-  void refreshCosts(int32_t top);
+  void settle(int32_t position, int64_t level);
+  LargestCostTree::Largest largestLiveCost(int32_t last, int64_t level);
+  void forgetSince(size_t mark);
+  void swapPositions(int32_t p, int32_t q);
   void applyBest();
 
   const SymbolicMatrix& matrix_;
@@ -72,8 +75,22 @@ class AssertionReduction {
   std::vector<int32_t> sortedCost_;  // each position's cost when last sorted (greedy phase)
   size_t searchStart_ = 0;
 
-  // The search list: candidates_ indexes by search position.
+  // The search list: candidates_ indexes by search position, and back.
   std::vector<int32_t> order_;
+  std::vector<int32_t> positionOf_;
+  // Per candidate, the cost last measured and the level (numbered in the
+  // order visited, 0 before the search) whose state it was measured in.
+  struct Known {
+    int32_t cost = 0;
+    int64_t level = 0;
+  };
+  std::vector<Known> known_;
+  // What deeper levels replaced, to be given back when they end.
+  struct Overwritten {
+    int32_t candidate;
+    Known known;
+  };
+  std::vector<Overwritten> overwritten_;
   LargestCostTree costs_{0};
   std::vector<int32_t> applied_;  // candidates applied on the current path
   std::vector<int32_t> best_;     // candidates applied in the best solution
