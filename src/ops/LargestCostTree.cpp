@@ -12,7 +12,12 @@ LargestCostTree::LargestCostTree(size_t n) {
 void LargestCostTree::set(int32_t position, int32_t cost) {
   size_t node = base_ + static_cast<size_t>(position);
   nodes_[node] = key(cost, position);
-  for (node /= 2; node >= 1; node /= 2) nodes_[node] = std::max(nodes_[2 * node], nodes_[2 * node + 1]);
+  // A summary that stays the same leaves every summary above it as it was.
+  for (node /= 2; node >= 1; node /= 2) {
+    const uint64_t merged = std::max(nodes_[2 * node], nodes_[2 * node + 1]);
+    if (nodes_[node] == merged) break;
+    nodes_[node] = merged;
+  }
 }
 
 LargestCostTree::Largest LargestCostTree::largestUpTo(int32_t last) const {

@@ -6,10 +6,8 @@
 
 namespace velda {
 
-// Costs at positions 0..n-1 that answer "the largest cost among positions
-// 0..i, and the lowest position holding it" in O(log n). Positions are
-// refreshed one by one or as a prefix; a query over 0..i only reads what
-// was set for positions 0..i, so stale positions beyond it do no harm.
+// Costs at positions 0..n-1 (0 until set) that answer "the largest cost
+// among positions 0..i, and the lowest position holding it" in O(log n).
 class LargestCostTree {
  public:
   struct Largest {
@@ -21,7 +19,8 @@ class LargestCostTree {
   explicit LargestCostTree(size_t n);
 
   // Sets the costs of positions 0..last (cost(p) for each p) and the
-  // summaries over them.
+  // summaries over them; a query over 0..i then only reads what was set for
+  // positions 0..i.
   template <typename Cost>
   void refreshPrefix(int32_t last, Cost cost) {
     for (int32_t p = 0; p <= last; ++p) nodes_[base_ + static_cast<size_t>(p)] = key(cost(p), p);
