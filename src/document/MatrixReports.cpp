@@ -71,7 +71,7 @@ void writeReducedAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out
 }
 
 void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& out) {
-  out << "Assertion\tClass\tIndividuals";
+  out << "Assertion\tClass\tLabel\tIndividuals";
   for (const auto& variable : matrix.variables) out << '\t' << variable->name;
   out << '\n';
   const std::vector<const Assertion*> divided = assertionsInOrder(matrix);
@@ -81,7 +81,7 @@ void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& 
     for (size_t c = 0; c < classes.size(); ++c) {
       const Assertion& row = *classes[c];
       out << (h < divided.size() && divided[h] ? divided[h]->id : std::string()) << '\t' << horde.classes[c]->id
-          << '\t' << row.memberCount;
+          << '\t' << (c < horde.labels.size() ? horde.labels[c] : std::string()) << '\t' << row.memberCount;
       for (size_t v = 0; v < row.values.size(); ++v) {
         out << '\t';
         row.value(v).writeText(out);

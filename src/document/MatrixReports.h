@@ -25,10 +25,12 @@ void writeAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out);
 // assertions.
 void writeReducedAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out);
 
-// Hordes: "Assertion", "Class", "Individuals", then every variable's name;
-// one row per class of every horde, in assertion order then class order,
-// with the divided assertion's identifier, the class's name, its member
-// count and its values. With `reduced`, the values of the reduced classes.
+// Hordes: "Assertion", "Class", "Label", "Individuals", then every
+// variable's name; one row per class of every horde, in assertion order then
+// class order, with the divided assertion's identifier, the class's name,
+// the label of its node in the division tree (" Classe 1 (Ng=12)"), its
+// member count and its values. With `reduced`, the values of the reduced
+// classes.
 void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& out);
 
 // The volume matrix before or after the last reduction, one row per

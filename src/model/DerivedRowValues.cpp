@@ -1,14 +1,18 @@
 #include "model/DerivedRowValues.h"
 
 #include "model/MatrixRows.h"
+#include "model/ValueCopy.h"
 
 namespace velda {
 
-DerivedRowValues::DerivedRowValues(SymbolicMatrix& matrix, std::span<const std::unique_ptr<SymbolicVariable>> added)
+DerivedRowValues::DerivedRowValues(SymbolicMatrix& matrix, std::span<const std::unique_ptr<SymbolicVariable>> added,
+                                   std::span<const AssertionValues* const> bySource)
     : matrix_(matrix), perRow_(added.size()) {
-  forEachDerivedRow(matrix, [&](Assertion& row) {
+  forEachDerivedRowWithSource(matrix, [&](Assertion& row, size_t source) {
     row.values.reserve(row.values.size() + added.size());
-    for (const auto& variable : added) values_.push_back(variable->newSymbolicValue());
+    const AssertionValues* known = source < bySource.size() ? bySource[source] : nullptr;
+    for (size_t j = 0; j < added.size(); ++j)
+      values_.push_back(known ? copyValue(*(*known)[j]) : added[j]->newSymbolicValue());
   });
 }
 

@@ -4,15 +4,22 @@
 
 namespace velda {
 
-// Calls visit(Assertion&) for every row made from the assertions: the
+// Calls visit(Assertion& row, size_t source) for every row made from the
+// assertions, with the number of the assertion it was made from: the
 // reduced assertions, and the classes and reduced classes of every horde.
 template <typename Visit>
-void forEachDerivedRow(SymbolicMatrix& matrix, Visit visit) {
-  for (auto& reduced : matrix.reducedAssertions) visit(*reduced);
-  for (Horde& horde : matrix.hordes) {
-    for (auto& member : horde.classes) visit(*member);
-    for (auto& reduced : horde.reducedClasses) visit(*reduced);
+void forEachDerivedRowWithSource(SymbolicMatrix& matrix, Visit visit) {
+  for (size_t i = 0; i < matrix.reducedAssertions.size(); ++i) visit(*matrix.reducedAssertions[i], i);
+  for (size_t i = 0; i < matrix.hordes.size(); ++i) {
+    for (auto& member : matrix.hordes[i].classes) visit(*member, i);
+    for (auto& reduced : matrix.hordes[i].reducedClasses) visit(*reduced, i);
   }
+}
+
+// Calls visit(Assertion&) for every row made from the assertions.
+template <typename Visit>
+void forEachDerivedRow(SymbolicMatrix& matrix, Visit visit) {
+  forEachDerivedRowWithSource(matrix, [&](Assertion& row, size_t) { visit(row); });
 }
 
 // Calls visit(Assertion&) for every row of the matrix that holds one value

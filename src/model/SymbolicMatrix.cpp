@@ -42,7 +42,16 @@ void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariabl
                                      std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values) {
   const size_t total = variables.size() + added.size();
   for (Assertion& a : assertions) a.values.reserve(total);
-  DerivedRowValues derived(*this, added);
+  // values follows the table's walk order; the derived rows know their
+  // assertion by number.
+  std::vector<const DerivedRowValues::AssertionValues*> byNumber(assertions.size(), nullptr);
+  size_t walked = 0;
+  for (const Assertion& a : assertions) {
+    const auto number = static_cast<size_t>(a.number);
+    if (a.number >= 0 && number < byNumber.size()) byNumber[number] = &values[walked];
+    ++walked;
+  }
+  DerivedRowValues derived(*this, added, byNumber);
   variables.reserve(total);
   isDaughter.reserve(total);
   // Nothing below allocates.

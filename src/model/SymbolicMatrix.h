@@ -37,7 +37,8 @@ class SymbolicMatrix {
   void appendVariable(std::unique_ptr<SymbolicVariable> variable);
   // Appends several variables at once with every assertion's values for
   // them: values[a][j] is the value of the a-th assertion in table order for
-  // added[j]; the reduced assertions and horde classes get empty values.
+  // added[j]; the reduced assertions and horde classes get copies of their
+  // assertion's values.
   // Throws std::bad_alloc leaving the matrix unchanged.
   void appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
                        std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values);

@@ -24,9 +24,8 @@ int AssertionReduction::run() {
     if (!gatherCandidates()) return 1;
     greedyPhase();
     bestVolume_ = record_.volume(matrix_);
-    for (size_t p = searchStart_; p < candidates_.size(); ++p) stack_.push_back({0, static_cast<int32_t>(p)});
-    const Status status = level(0, stack_.size(), record_.covered());
-    stack_.clear();
+    prepareSearch();
+    const Status status = level(static_cast<int32_t>(order_.size()) - 1, record_.covered());
     if (status == Status::Cancelled) return 0;
     capped_ = status == Status::Capped;
     applyBest();
@@ -97,45 +96,93 @@ void AssertionReduction::resortAfter(size_t position) {
   }
 }
 
-// One level: every step in play whose live cost fits in what the coverage
-// allows (covered - c >= N - k) is taken, the largest cost first; each is
-// applied, the levels below search the steps after it, and it is undone.
-// Steps that cost more than the allowance, or nothing, cannot be applied
-// here nor below (applying a step lowers the allowance by what it removes,
-// and any other cost by at most that), so they leave play. Ties between equal costs go to the step that
-// comes later in the sorted list. After its steps, the level measures the
-// volume of the current description against the best so far.
-AssertionReduction::Status AssertionReduction::level(size_t source, size_t sourceEnd, int32_t covered) {
-  if (levels_ >= kSearchLevelCap) return Status::Capped;
-  ++levels_;
-  const int32_t allowance = covered - minimumKept_;
-  const size_t begin = stack_.size();
-  if (allowance > 0) {
-    for (size_t s = source; s < sourceEnd; ++s) {
-      const int32_t position = stack_[s].position;
-      const int32_t cost = record_.liveCost(candidates_[position]);
-      if (cost > 0 && cost <= allowance) stack_.push_back({cost, position});
-    }
+// The search list is the list after the greedy phase, ascending by live
+// cost, without its leading steps that cost nothing: a level takes the
+// largest cost first and ends when only steps costing nothing are left
+// below, so no level reaches those positions or moves a step into them.
+void AssertionReduction::prepareSearch() {
+  size_t first = searchStart_;
+  while (first < candidates_.size() && record_.liveCost(candidates_[first]) == 0) ++first;
+  order_.reserve(candidates_.size() - first);
+  for (size_t p = first; p < candidates_.size(); ++p) order_.push_back(static_cast<int32_t>(p));
+  known_.assign(candidates_.size(), Known{});
+  positionOf_.assign(candidates_.size(), -1);
+  for (size_t p = 0; p < order_.size(); ++p) {
+    known_[order_[p]].cost = record_.liveCost(candidates_[order_[p]]);
+    positionOf_[order_[p]] = static_cast<int32_t>(p);
   }
-  const size_t end = stack_.size();
-  std::sort(stack_.begin() + static_cast<std::ptrdiff_t>(begin), stack_.end(), [](const Entry& x, const Entry& y) {
-    return x.cost != y.cost ? x.cost > y.cost : x.position > y.position;
-  });
+  costs_ = LargestCostTree(order_.size());
+  costs_.refreshPrefix(static_cast<int32_t>(order_.size()) - 1, [&](int32_t p) { return known_[order_[p]].cost; });
+}
 
-  for (size_t e = begin; e < end; ++e) {
+// Makes the cost known at position p the live cost of the level `level`.
+void AssertionReduction::settle(int32_t p, int64_t level) {
+  Known& known = known_[order_[p]];
+  if (known.level == level) return;
+  overwritten_.push_back({order_[p], known});
+  known = {record_.liveCost(candidates_[order_[p]]), level};
+  costs_.set(p, known.cost);
+}
+
+// The largest live cost among positions 0..i and the lowest position
+// holding it. A known cost that was not measured at this level is one that
+// an enclosing level measured with fewer steps applied, so it is at least
+// the live cost: only the positions that look largest need measuring.
+LargestCostTree::Largest AssertionReduction::largestLiveCost(int32_t i, int64_t level) {
+  for (;;) {
+    const LargestCostTree::Largest largest = costs_.largestUpTo(i);
+    if (largest.cost == 0 || known_[order_[largest.position]].level == level) return largest;
+    settle(largest.position, level);
+  }
+}
+
+// Gives back the costs known before a deeper level measured its own, at
+// wherever their steps now stand.
+void AssertionReduction::forgetSince(size_t mark) {
+  while (overwritten_.size() > mark) {
+    const Overwritten& previous = overwritten_.back();
+    known_[previous.candidate] = previous.known;
+    costs_.set(positionOf_[previous.candidate], previous.known.cost);
+    overwritten_.pop_back();
+  }
+}
+
+void AssertionReduction::swapPositions(int32_t p, int32_t q) {
+  std::swap(order_[p], order_[q]);
+  positionOf_[order_[p]] = p;
+  positionOf_[order_[q]] = q;
+  costs_.set(p, known_[order_[p]].cost);
+  costs_.set(q, known_[order_[q]].cost);
+}
+
+// From the top position down: the largest live cost among the positions
+// left comes to the current one; a step that the coverage allows is
+// applied, the levels below search the positions under it, and it is
+// undone. The level ends when the largest cost left is 0, and then measures
+// the volume of the current description against the best so far.
+AssertionReduction::Status AssertionReduction::level(int32_t top, int32_t covered) {
+  if (levels_ >= levelCap_) return Status::Capped;
+  const int64_t self = ++levels_;
+  const int32_t allowance = covered - minimumKept_;
+  for (int32_t i = top; i >= 0; --i) {
     if (cancel_.requested()) return Status::Cancelled;
-    RemovalCandidate& candidate = candidates_[stack_[e].position];
+    settle(i, self);
+    const LargestCostTree::Largest largest = largestLiveCost(i, self);
+    if (largest.cost == 0) break;
+    if (known_[order_[i]].cost != largest.cost) swapPositions(i, largest.position);
+    if (largest.cost > allowance) continue;
+    RemovalCandidate& candidate = candidates_[order_[i]];
     const int32_t removed = record_.apply(candidate);
     candidate.active = 0;
-    applied_.push_back(stack_[e].position);
-    const Status status = level(e + 1, end, covered - removed);
+    applied_.push_back(order_[i]);
+    const size_t mark = overwritten_.size();
+    const Status status = level(i - 1, covered - removed);
     record_.undo(candidate);
     candidate.active = 1;
     applied_.pop_back();
-    stack_.resize(end);
+    forgetSince(mark);
     if (status != Status::Continue) return status;
   }
-  stack_.resize(begin);
 
   const double volume = record_.volume(matrix_);
   if (volume < bestVolume_) {
@@ -146,9 +193,9 @@ AssertionReduction::Status AssertionReduction::level(size_t source, size_t sourc
 }
 
 void AssertionReduction::applyBest() {
-  for (int32_t position : best_) {
-    record_.apply(candidates_[position]);
-    candidates_[position].active = 0;
+  for (int32_t index : best_) {
+    record_.apply(candidates_[index]);
+    candidates_[index].active = 0;
   }
 }
 

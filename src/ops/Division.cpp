@@ -34,13 +34,14 @@ int Divide(SymbolicMatrix& matrix, int32_t classes) {
 
   progressLine1("Division in progress...");
   CancelPoll cancel;
+  MissingValueNotice missingValues;
   std::vector<Horde> hordes;
   try {
     hordes.reserve(workSet.records.size());
     for (const ReductionRecord& record : workSet.records) {
       if (cancel.requested()) return 0;
       progressLine2("Assertion %s", record.assertion().id.c_str());
-      DivisionTree tree(matrix, record, classes, cancel);
+      DivisionTree tree(matrix, record, classes, cancel, missingValues);
       const DivisionTree::Outcome outcome = tree.grow();
       if (outcome == DivisionTree::Outcome::Cancelled) return 0;
       if (outcome == DivisionTree::Outcome::Stopped) {

@@ -4,10 +4,10 @@
 
 #include "common/Format.h"
 #include "common/MessageBox.h"
+#include "model/ValueCopy.h"
 #include "ops/CategoricalCuts.h"
 #include "ops/GravityReport.h"
 #include "ops/QuantitativeCuts.h"
-#include "ops/ValueCopy.h"
 
 namespace velda {
 
@@ -23,11 +23,12 @@ const char kStopText[] =
 }  // namespace
 
 DivisionTree::DivisionTree(const SymbolicMatrix& matrix, const ReductionRecord& record, int32_t classes,
-                           CancelPoll& cancel)
+                           CancelPoll& cancel, MissingValueNotice& notice)
     : matrix_(matrix),
       record_(record),
       classes_(classes),
       cancel_(cancel),
+      notice_(notice),
       data_(matrix, record),
       quantitative_(matrix.categoricalCount() == 0) {}
 
@@ -41,7 +42,7 @@ void DivisionTree::addNode(int32_t parent, NodeNumber number, std::vector<char> 
   node.label = std::move(label);
   nodes_.push_back(std::move(node));
   DivisionNode& added = nodes_.back();
-  writeGravityCentre(matrix_, &data_, &added.members, record_.assertion().id);
+  writeGravityCentre(matrix_, &data_, &added.members, record_.assertion().id, notice_);
   added.best = quantitative_ ? findQuantitativeCut(data_, added.members)
                              : findCategoricalCut(&data_, &added.members);
 }

@@ -9,6 +9,7 @@
 #include "ops/CancelPoll.h"
 #include "ops/DivisionCut.h"
 #include "ops/DivisionData.h"
+#include "ops/GravityReport.h"
 #include "ops/NodeNumber.h"
 #include "ops/ReductionRecord.h"
 
@@ -31,7 +32,8 @@ class DivisionTree {
  public:
   enum class Outcome { Complete, Stopped, Cancelled };
 
-  DivisionTree(const SymbolicMatrix& matrix, const ReductionRecord& record, int32_t classes, CancelPoll& cancel);
+  DivisionTree(const SymbolicMatrix& matrix, const ReductionRecord& record, int32_t classes, CancelPoll& cancel,
+               MissingValueNotice& notice);
 
   // Makes K - 1 cuts, writing each node's gravity centre to "result.txt".
   // Stopped: no leaf could be cut (the stop box was shown). Throws
@@ -52,6 +54,7 @@ class DivisionTree {
   const ReductionRecord& record_;
   int32_t classes_;
   CancelPoll& cancel_;
+  MissingValueNotice& notice_;
   DivisionData data_;
   bool quantitative_;
   std::vector<DivisionNode> nodes_;

@@ -26,14 +26,15 @@ double weightedMean(const DivisionData& data, const std::vector<char>& members, 
   return weight != 0.0 ? sum / weight : -1.0;
 }
 
-double columnMean(const DivisionData& data, const std::vector<char>& members, size_t v, int32_t c) {
+double columnMean(const DivisionData& data, const std::vector<char>& members, size_t v, int32_t c,
+                  MissingValueNotice& notice) {
   double sum = 0.0;
   int64_t count = 0;
   for (size_t i = 0; i < data.size(); ++i) {
     if (!members[i]) continue;
     const double entry = data.entry(i, v, c);
     if (entry == -1.0) {
-      showMessage("valeur manquante", MessageIcon::Warning);
+      notice.missingEntry();
       continue;
     }
     sum += entry;
@@ -53,8 +54,14 @@ size_t coordinateCount(const SymbolicMatrix& matrix) {
 
 }  // namespace
 
+void MissingValueNotice::missingEntry() {
+  if (shown_) return;
+  shown_ = true;
+  showMessage("valeur manquante", MessageIcon::Warning);
+}
+
 void writeGravityCentre(const SymbolicMatrix& matrix, const DivisionData* data, const std::vector<char>* members,
-                        const std::string& assertionName) {
+                        const std::string& assertionName, MissingValueNotice& notice) {
   if (!data || !data->hasTable() || !members || members->size() != data->size()) endWithMessage(kNoCentre);
   const size_t count = coordinateCount(matrix);
   std::unique_ptr<double[]> centre(new (std::nothrow) double[count == 0 ? 1 : count]);
@@ -72,7 +79,7 @@ void writeGravityCentre(const SymbolicMatrix& matrix, const DivisionData* data, 
       centre[next++] = held ? weightedMean(*data, *members, v) : -1.0;
     } else {
       const auto m = static_cast<int32_t>(static_cast<const CategoricalVariable&>(variable).modalityCount());
-      for (int32_t c = 0; c < m; ++c) centre[next++] = held ? columnMean(*data, *members, v, c) : -1.0;
+      for (int32_t c = 0; c < m; ++c) centre[next++] = held ? columnMean(*data, *members, v, c, notice) : -1.0;
     }
     for (size_t c = first; c < next; ++c) out << kCoordinate << assertionName << " =  " << centre[c];
   }

@@ -2,9 +2,9 @@
 
 #include <new>
 
+#include "model/ValueCopy.h"
 #include "ops/CategoryPart.h"
 #include "ops/IntervalPart.h"
-#include "ops/ValueCopy.h"
 #include "ops/VolumeMatrix.h"
 
 namespace velda {

@@ -67,10 +67,15 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
     ASSERT_EQ(r->values.size(), 5u) << r->id;
     for (size_t v = 2; v < 5; ++v) EXPECT_EQ(&r->value(v).variable(), &matrix.variable(v)) << r->id << v;
   }
-  // The assertion takes the values given; the other rows are empty.
+  // The assertion takes the values given; the rows made from it copy them,
+  // each into a value of its own.
   EXPECT_EQ(m.value(north, 4), "(1.5:1.5)");  // an interval variable
-  EXPECT_TRUE(rows[1]->value(4).isNull());
-  EXPECT_TRUE(rows[3]->value(3).isNull());
+  for (Assertion* r : rows) {
+    EXPECT_EQ(m.value(*r, 4), "(1.5:1.5)") << r->id;
+    EXPECT_TRUE(r->value(3).isNull()) << r->id;
+    EXPECT_TRUE(r->value(2).isNull()) << r->id;
+  }
+  EXPECT_NE(&rows[1]->value(4), &north.value(4));
 }
 
 TEST(SymbolicMatrix, MembershipKeepsTheNewestDirectAndPromotesOnUnlink) {

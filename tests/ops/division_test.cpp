@@ -128,7 +128,7 @@ TEST(Division, TwoCategoricalClassesByHand) {
             " variable: d \n  gravit\xe9 de Nice =  0  gravit\xe9 de Nice =  1");
 }
 
-TEST(Division, MissingCategoryShowsABoxPerMissingEntry) {
+TEST(Division, MissingCategoryShowsOneBoxPerRun) {
   InTempDir folder;
   HandMatrix data;
   data.categorical("c");
@@ -136,16 +136,24 @@ TEST(Division, MissingCategoryShowsABoxPerMissingEntry) {
   Individual& i1 = data.person("i1", {"a"});
   Individual& i2 = data.person("i2", {"b"});
   Individual& i3 = data.person("i3", {nullptr});
+  Individual& j1 = data.person("j1", {"a"});
+  Individual& j2 = data.person("j2", {nullptr});
+  Individual& j3 = data.person("j3", {"b"});
   Assertion& group = data.matrix->createAssertion("G");
   for (Individual* member : {&i1, &i2, &i3}) data.matrix->link(*member, group);
+  Assertion& other = data.matrix->createAssertion("H");
+  for (Individual* member : {&j1, &j2, &j3}) data.matrix->link(*member, other);
   test::MessageRecorder boxes;
+  // Both assertions' root and right child hold a NULL cell: 8 missing
+  // entries, one box.
   ASSERT_EQ(Divide(*data.matrix, 2), 1);
-  // Root and right child hold the NULL cell: 2 categories x 2 centres.
-  ASSERT_EQ(boxes.texts.size(), 4u);
+  ASSERT_EQ(boxes.texts.size(), 1u);
   EXPECT_EQ(boxes.texts[0], "valeur manquante");
   EXPECT_EQ(boxes.icons[0], MessageIcon::Warning);
   EXPECT_EQ(data.matrix->hordes[0].labels[1], " Classe 1 (Nd=2)") << "the missing individual goes right";
-  EXPECT_EQ(folder.read("result.txt"), " variable: c \n  gravit\xe9 de G =  0  gravit\xe9 de G =  1");
+  EXPECT_EQ(folder.read("result.txt"), " variable: c \n  gravit\xe9 de H =  0  gravit\xe9 de H =  1");
+  ASSERT_EQ(Divide(*data.matrix, 2), 1);
+  EXPECT_EQ(boxes.texts.size(), 2u) << "a new run shows the box again";
 }
 
 TEST(Division, SingletonStopsWithBothBoxesAndKeepsThePreviousClassNumber) {
@@ -214,7 +222,8 @@ TEST(DivisionDeathTest, MissingInputsEndTheProgramWithStatusZero) {
   test::StderrMessages messages;
   setMessageBoxTarget(&messages);
   auto matrix = paris({"1", "2"});
-  EXPECT_EXIT(writeGravityCentre(*matrix, nullptr, nullptr, "Paris"), testing::ExitedWithCode(0),
+  MissingValueNotice notice;
+  EXPECT_EXIT(writeGravityCentre(*matrix, nullptr, nullptr, "Paris", notice), testing::ExitedWithCode(0),
               "le centre de gravit\xe9 ou les indiv non initialis\xe9s");
   EXPECT_EXIT(findCategoricalCut(nullptr, nullptr), testing::ExitedWithCode(0),
               "le tableau disjonctif complet ou les indiv non initialis\xe9s");

@@ -1,4 +1,4 @@
-#include "ops/ValueCopy.h"
+#include "model/ValueCopy.h"
 
 #include <new>
 
