@@ -1,7 +1,7 @@
 // The export commands: Export, Export and view, Export Hordes.
-#include <fstream>
 #include <vector>
 
+#include "common/AtomicFile.h"
 #include "common/LastError.h"
 #include "document/BusyScope.h"
 #include "document/DialogChecks.h"
@@ -32,14 +32,6 @@ void hordeRows(const SymbolicMatrix& matrix, bool reduced, std::vector<const Ass
   }
 }
 
-// True when everything given to the stream reached its file; otherwise
-// (a full disk, an I/O error) says so in the last-error text.
-bool streamWritten(const std::ostream& stream, const std::string& name) {
-  if (stream) return true;
-  setError("Can not write file %s", name.c_str());
-  return false;
-}
-
 }  // namespace
 
 bool Document::askExportValues(ExportValues& values) {
@@ -65,9 +57,10 @@ bool Document::exportMatrix() {
   ExportValues values;
   if (!askExportValues(values)) return false;
   const std::string& destination = values.file;
-  std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
+  ExportTemporaryFile temporary;
+  const bool temporaryOpen = temporary.open();
   setModified();  // an export marks the document modified, whatever follows
-  if (!temporary) {
+  if (!temporaryOpen) {
     ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
     finishCommand();
     return false;
@@ -79,21 +72,20 @@ bool Document::exportMatrix() {
   console_.print("%s", heading);
 
   console_.print("exporting...");
-  const bool written = IndexAndWriteSymbolicText(temporary, *matrix_, values.exportReducedAssertions, &console_);
+  const bool written =
+      IndexAndWriteSymbolicText(temporary.stream(), *matrix_, values.exportReducedAssertions, &console_);
   console_.print("[done]");
-  temporary.close();
-  if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
+  if (!written || !temporary.finishWriting()) return showFailure();
 
   symlib::SymbolicFile model;
-  if (!readTemporaryFile(model, console_)) return showFailure();
+  if (!temporary.readBack(model, console_)) return showFailure();
   console_.print(xml ? "saving XML file %s ..." : "saving KVF file %s ...", destination.c_str());
-  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
-  if (!out) {
+  AtomicFile out;
+  if (!out.open(destination)) {
     setError("Can not open destination kvf file %s", destination.c_str());
     return showFailure();
   }
-  if (!writeModel(model, out, xml, destination)) return showFailure();
-  out.close();
+  if (!writeModel(model, out.stream(), xml, destination) || !out.commit()) return showFailure();
   if (xml) {
     metadataFileName_ = metadataNameFor(destination);
     if (!metadata_->write(metadataFileName_, *matrix_)) return showFailure();
@@ -117,9 +109,10 @@ bool Document::exportHordes() {
   ExportValues values;
   if (!askExportValues(values)) return false;
   const std::string& destination = values.file;
-  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
+  AtomicFile out;
+  const bool destinationOpen = out.open(destination);
   setModified();
-  if (!out) {
+  if (!destinationOpen) {
     setError("Can not open file %s", destination.c_str());
     return showFailure();
   }
@@ -139,23 +132,23 @@ bool Document::exportHordes() {
             labels, rows);
   bool written;
   if (!xml) {
-    written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && streamWritten(out.flush(), destination);
+    written = WriteSymbolicRows(out.stream(), *matrix_, labels, rows, &console_);
   } else {
-    std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
-    if (!temporary) {
+    ExportTemporaryFile temporary;
+    if (!temporary.open()) {
       ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
       finishCommand();
       return false;
     }
-    written = WriteSymbolicRows(temporary, *matrix_, labels, rows, &console_);
-    temporary.close();
+    written = WriteSymbolicRows(temporary.stream(), *matrix_, labels, rows, &console_);
     console_.print("[done]");
-    if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
+    if (!written || !temporary.finishWriting()) return showFailure();
     symlib::SymbolicFile model;
-    if (!readTemporaryFile(model, console_)) return showFailure();
+    if (!temporary.readBack(model, console_)) return showFailure();
     console_.print("saving XML file %s ...", destination.c_str());
-    written = writeModel(model, out, true, destination);
+    written = writeModel(model, out.stream(), true, destination);
   }
+  written = written && out.commit();
   console_.print("[done] - Finished");
   if (!written) return showFailure();
   finishCommand();
