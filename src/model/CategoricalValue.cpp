@@ -45,6 +45,16 @@ double CategoricalValue::shownWeightSum() const {
   return sum;
 }
 
+double CategoricalValue::describedWeight() const {
+  const double described = totalWeight - nullWeight - naWeight;
+  if (described > 0.0) return described;
+  // Rounding can leave nothing when huge and small weights mix; the
+  // entries' own weights make the same number in exact arithmetic.
+  double sum = 0.0;
+  for (const ValueEntry& entry : entries) sum += entry.weight;
+  return sum;
+}
+
 void CategoricalValue::writeWeight(std::ostream& out, double w, double sum) const {
   const CategoricalVariable& var = categoricalVariable();
   if (!var.multiple) return;
@@ -53,7 +63,7 @@ void CategoricalValue::writeWeight(std::ostream& out, double w, double sum) cons
       out << '(' << w << ')';
       break;
     case MODE_PROBABILIST:
-      out << '(' << w / (totalWeight - nullWeight - naWeight) << ')';
+      out << '(' << w / describedWeight() << ')';
       break;
     case MODE_KT_ESTIMATE:
       out << '(' << (w + 0.5) / (sum + 0.5 * static_cast<double>(var.modalityCount())) << ')';

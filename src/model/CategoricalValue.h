@@ -52,6 +52,9 @@ class CategoricalValue final : public SymbolicValue {
   // sum is the total shown weight of the entries (KT-estimate).
   void writeWeight(std::ostream& out, double w, double sum) const;
   double shownWeightSum() const;
+  // The weight of the individuals that the entries describe (the total
+  // less NULL and NA), the denominator of the probabilist weights.
+  double describedWeight() const;
 };
 
 }  // namespace velda
