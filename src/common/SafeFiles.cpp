@@ -27,12 +27,26 @@ std::FILE* regularStream(int descriptor, const char* mode) {
 }
 
 template <typename Bytes>
+void readToEnd(std::FILE* file, Bytes& bytes) {
+  char chunk[1 << 16];
+  size_t n;
+  while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) bytes.insert(bytes.end(), chunk, chunk + n);
+}
+
+template <typename Bytes>
 bool readRest(std::FILE* file, Bytes& bytes) {
   struct stat status;
-  const long position = std::ftell(file);
-  if (fstat(fileno(file), &status) != 0 || position < 0) return false;
-  const size_t remaining = status.st_size > position ? static_cast<size_t>(status.st_size - position) : 0;
+  if (fstat(fileno(file), &status) != 0) return false;
   try {
+    // A stream that the caller opened on something else (a pipe) is read
+    // to its end.
+    if (!S_ISREG(status.st_mode)) {
+      readToEnd(file, bytes);
+      return !std::ferror(file);
+    }
+    const long position = std::ftell(file);
+    if (position < 0) return false;
+    const size_t remaining = status.st_size > position ? static_cast<size_t>(status.st_size - position) : 0;
     const size_t start = bytes.size();
     bytes.resize(start + remaining);
     const size_t got = std::fread(bytes.data() + start, 1, remaining, file);

@@ -14,8 +14,8 @@ namespace velda {
 // otherwise (also when it cannot be opened).
 std::FILE* openRegularFile(const std::string& path);
 
-// Appends the rest of a regular file to bytes, never reading past the
-// size the file had when it was opened. False on a read error or when
+// Appends the rest of a file to bytes: of a regular file never more than
+// its size, of a stream on anything else (a pipe) up to its end. False on a read error or when
 // memory runs out.
 bool readRestOfFile(std::FILE* file, std::vector<unsigned char>& bytes);
 bool readRestOfFile(std::FILE* file, std::string& text);

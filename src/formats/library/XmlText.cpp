@@ -74,6 +74,13 @@ void AppendXmlEscaped(std::string& out, std::string_view text) {
   size_t lastBlank = std::string::npos;
   for (char c : text) {
     const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n') {
+      // A line break is kept: it is what a broken text reads back with.
+      out += c;
+      lineStart = out.size();
+      lastBlank = std::string::npos;
+      continue;
+    }
     if (byte < 0x20 || byte == 0x7f) c = ' ';
     const char* reference = escapeOf(static_cast<unsigned char>(c));
     const size_t width = reference ? std::char_traits<char>::length(reference) : 1;

@@ -11,7 +11,8 @@ constexpr size_t kMaxXmlTextLine = 2500;
 
 // Appends a text value through the library's escape table, every
 // character of it (a text in angle brackets too: written as it stands it
-// would be markup). Control characters become blanks. A text that would
+// would be markup). Control characters other than the line break become
+// blanks. A text that would
 // run past kMaxXmlTextLine characters is broken over several lines, at its
 // last blank before the limit where there is one (that blank becomes the
 // line break), else at the limit.
