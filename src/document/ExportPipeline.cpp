@@ -53,7 +53,7 @@ bool ExportTemporaryFile::readBack(symlib::SymbolicFile& model, ConsoleLog& cons
 bool writeModel(symlib::SymbolicFile& model, std::ostream& out, bool xml, const std::string& destination) {
   const bool written = xml ? symlib::WriteXmlSymbolicFile(model, out) : symlib::WriteSymbolicFileText(model, out);
   if (!written || !out.flush()) {
-    setError("Writing %s failed", destination.c_str());
+    setError("Can not write file %s", destination.c_str());
     return false;
   }
   return true;
