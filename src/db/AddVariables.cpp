@@ -94,7 +94,7 @@ int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
 bool readWeight(const QueryStatement& statement, double& weight) {
   if (statement.isNull(2)) return false;
   weight = parseDecimal(statement.text(2));
-  return weight > 0.0 && std::isfinite(weight);
+  return weight > 0.0 && weight <= kLargestWeight;
 }
 
 int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
@@ -169,6 +169,10 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   }
   const size_t firstAdded = matrix.variableCount();
   if (!pending.commit()) return 0;
+  // The new values in the order that a saved and reopened project has.
+  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) {
+    if (!matrix.compactValues(v)) return memoryFailure();
+  }
   try {
     reportAdded(matrix, pending, firstAdded, form, console);
   } catch (const std::bad_alloc&) {

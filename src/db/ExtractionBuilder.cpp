@@ -30,6 +30,19 @@ std::unique_ptr<SymbolicVariable> variableFor(const std::string& name, ColumnKin
 double readWeight(const char* text) { return text ? parseDecimal(text) : 0.0; }
 bool isValidWeight(double weight) { return weight > 0.0 && std::isfinite(weight); }
 
+// Sets the reason and returns false for a weight that cannot be taken.
+bool acceptedWeight(double weight, const char* individualId) {
+  if (!isValidWeight(weight)) {
+    setError("Ponderation of individual '%s' is null or negative", individualId);
+    return false;
+  }
+  if (weight > kLargestWeight) {
+    setError("Ponderation of individual '%s' is too large", individualId);
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, size_t variableCount,
@@ -127,10 +140,7 @@ int ExtractionBuilder::addRow(const char* const* texts) {
   if (individual) {
     if (!checkRepeat(*individual, weight)) return 0;
   } else {
-    if (!isValidWeight(weight)) {
-      setError("Ponderation of individual '%s' is null or negative", individualId);
-      return 0;
-    }
+    if (!acceptedWeight(weight, individualId)) return 0;
     individual = &insertIndividual(individualId, weight);
     seenIndividuals_.add(idHash);
   }
@@ -160,10 +170,7 @@ int ExtractionBuilder::checkRepeat(const Individual& individual, double weight) 
              individual.id.c_str());
     return 0;
   }
-  if (!isValidWeight(weight)) {
-    setError("Ponderation of individual '%s' is null or negative", individual.id.c_str());
-    return 0;
-  }
+  if (!acceptedWeight(weight, individual.id.c_str())) return 0;
   if (weight != individual.weight) {
     setError("Ponderation differ from previous definition of '%s'", individual.id.c_str());
     return 0;

@@ -10,11 +10,15 @@ void ByteWriter::u32(uint32_t value) { putLittleEndian(value, 4); }
 
 void ByteWriter::f64(double value) { putLittleEndian(std::bit_cast<uint64_t>(value), 8); }
 
-void ByteWriter::string(std::string_view text) {
+void ByteWriter::optionalString(std::string_view text) {
   if (text.empty()) {
     u16(0);
     return;
   }
+  string(text);
+}
+
+void ByteWriter::string(std::string_view text) {
   if (text.size() > kMaxStringLength) {
     fail();
     return;

@@ -24,9 +24,12 @@ class ByteWriter {
   void u16(uint16_t value);
   void u32(uint32_t value);
   void f64(double value);
-  // u16 length counting the final zero, the bytes, the zero; an empty text
-  // is stored as length 0 alone. A longer text than kMaxStringLength fails.
+  // u16 length counting the final zero, the bytes, the zero: an empty text
+  // is the length 1 and the zero. A longer text than kMaxStringLength fails.
   void string(std::string_view text);
+  // The same for a text that may be absent: an empty one is stored as
+  // length 0 alone.
+  void optionalString(std::string_view text);
   void bytes(std::span<const unsigned char> data) { put(data.data(), data.size()); }
   // Marks the writer failed (a value that the format cannot hold).
   void fail() { failed_ = true; }

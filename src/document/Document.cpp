@@ -1,8 +1,8 @@
 #include "document/Document.h"
 
-#include <fstream>
 #include <new>
 
+#include "common/AtomicFile.h"
 #include "common/LastError.h"
 #include "db/Connection.h"
 #include "document/BusyScope.h"
@@ -133,14 +133,13 @@ bool Document::saveConsole() {
   request.defaultSuffix = "txt";
   FileChoice choice;
   if (!ui_.chooseFile(request, choice)) return false;
-  std::ofstream out(choice.path);
-  if (!out) {
-    setError("Can not open file %s", choice.path.c_str());
-    ui_.showMessage(lastError(), MessageIcon::Warning);
-    return false;
+  AtomicFile file;
+  if (file.open(choice.path)) {
+    for (const std::string& line : console_.lines()) file.stream() << line << '\n';
+    if (file.commit()) return true;
   }
-  for (const std::string& line : console_.lines()) out << line << '\n';
-  return static_cast<bool>(out.flush());
+  ui_.showMessage(lastError(), MessageIcon::Warning);
+  return false;
 }
 
 void Document::refreshDisplays() {

@@ -1,7 +1,7 @@
 // The export commands: Export, Export and view, Export Hordes.
-#include <fstream>
 #include <vector>
 
+#include "common/AtomicFile.h"
 #include "common/LastError.h"
 #include "document/BusyScope.h"
 #include "document/DialogChecks.h"
@@ -33,24 +33,15 @@ void hordeRows(const SymbolicMatrix& matrix, bool reduced, std::vector<const Ass
   }
 }
 
-// True when everything given to the stream reached its file; otherwise
-// (a full disk, an I/O error) says so in the last-error text.
-bool streamWritten(const std::ostream& stream, const std::string& name) {
-  if (stream) return true;
-  setError("Can not write file %s", name.c_str());
-  return false;
-}
-
-// Writes the matrix as symbolic text into the open temporary file, closes
-// it and reads it back into the library's model.
-bool writeAndReadBack(std::ofstream& temporary, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog& console,
+// Writes the matrix as symbolic text into the open temporary file and reads
+// it back into the library's model.
+bool writeAndReadBack(ExportTemporaryFile& temporary, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog& console,
                       symlib::SymbolicFile& model) {
   console.print("exporting...");
-  const bool written = IndexAndWriteSymbolicText(temporary, matrix, reducedRows, &console);
+  const bool written = IndexAndWriteSymbolicText(temporary.stream(), matrix, reducedRows, &console);
   console.print("[done]");
-  temporary.close();
-  if (!written || !streamWritten(temporary, kExportTemporaryFile)) return false;
-  return readTemporaryFile(model, console);
+  if (!written || !temporary.finishWriting()) return false;
+  return temporary.readBack(model, console);
 }
 
 }  // namespace
@@ -81,10 +72,10 @@ bool Document::exportMatrix() {
   const std::string& destination = values.file;
   const bool table = values.format != ExportFormat::Symbolic;
   const bool xml = !table && !isTextDestination(destination);
-  std::ofstream temporary;
-  if (!table) temporary.open(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
+  ExportTemporaryFile temporary;
+  const bool temporaryOpen = table || temporary.open();
   setModified();  // an export marks the document modified, whatever follows
-  if (!table && !temporary) {
+  if (!temporaryOpen) {
     ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
     finishCommand();
     return false;
@@ -107,15 +98,14 @@ bool Document::exportMatrix() {
                               : writeAndReadBack(temporary, *matrix_, values.exportReducedAssertions, console_, model);
   if (!prepared) return showFailure();
   console_.print("%s %s ...", texts.saving, destination.c_str());
-  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
-  if (!out) {
+  AtomicFile out;
+  if (!out.open(destination)) {
     setError("Can not open destination kvf file %s", destination.c_str());
     return showFailure();
   }
-  const bool saved = table ? writeTable(out, values.format, *matrix_, labels, rows, destination)
-                           : writeModel(model, out, xml, destination);
-  if (!saved) return showFailure();
-  out.close();
+  const bool saved = table ? writeTable(out.stream(), values.format, *matrix_, labels, rows, destination)
+                           : writeModel(model, out.stream(), xml, destination);
+  if (!saved || !out.commit()) return showFailure();
   if (xml) {
     metadataFileName_ = metadataNameFor(destination);
     if (!metadata_->write(metadataFileName_, *matrix_)) return showFailure();
@@ -140,9 +130,10 @@ bool Document::exportHordes() {
   ExportValues values;
   if (!askExportValues(values)) return false;
   const std::string& destination = values.file;
-  std::ofstream out(destination, std::ios::binary | std::ios::trunc);
+  AtomicFile out;
+  const bool destinationOpen = out.open(destination);
   setModified();
-  if (!out) {
+  if (!destinationOpen) {
     setError("Can not open file %s", destination.c_str());
     return showFailure();
   }
@@ -167,25 +158,25 @@ bool Document::exportHordes() {
   bool written;
   if (table) {
     console_.print("%s %s ...", texts.saving, destination.c_str());
-    written = writeTable(out, values.format, *matrix_, labels, rows, destination);
+    written = writeTable(out.stream(), values.format, *matrix_, labels, rows, destination);
   } else if (!xml) {
-    written = WriteSymbolicRows(out, *matrix_, labels, rows, &console_) && streamWritten(out.flush(), destination);
+    written = WriteSymbolicRows(out.stream(), *matrix_, labels, rows, &console_);
   } else {
-    std::ofstream temporary(kExportTemporaryFile, std::ios::binary | std::ios::trunc);
-    if (!temporary) {
+    ExportTemporaryFile temporary;
+    if (!temporary.open()) {
       ui_.showMessage("Can not open temporary file.", MessageIcon::Warning);
       finishCommand();
       return false;
     }
-    written = WriteSymbolicRows(temporary, *matrix_, labels, rows, &console_);
-    temporary.close();
+    written = WriteSymbolicRows(temporary.stream(), *matrix_, labels, rows, &console_);
     console_.print("[done]");
-    if (!written || !streamWritten(temporary, kExportTemporaryFile)) return showFailure();
+    if (!written || !temporary.finishWriting()) return showFailure();
     symlib::SymbolicFile model;
-    if (!readTemporaryFile(model, console_)) return showFailure();
+    if (!temporary.readBack(model, console_)) return showFailure();
     console_.print("saving XML file %s ...", destination.c_str());
-    written = writeModel(model, out, true, destination);
+    written = writeModel(model, out.stream(), true, destination);
   }
+  written = written && out.commit();
   console_.print("[done] - Finished");
   if (!written) return showFailure();
   finishCommand();

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
 #include "document/DocumentMetadata.h"
@@ -80,7 +81,7 @@ bool Document::save(bool askForName) {
     return false;
   }
   if (saved == ProjectSave::Failed) {
-    ui_.showMessage("Save failed", MessageIcon::None);
+    ui_.showMessage(lastError(), MessageIcon::None);
     return false;
   }
   modified_ = false;
@@ -101,7 +102,7 @@ bool Document::open() {
 
 bool Document::openFile(const std::string& path, bool ignoreMetadata) {
   if (!closeData()) return false;
-  std::FILE* file = std::fopen(path.c_str(), "rb");
+  std::FILE* file = openRegularFile(path);
   if (!file) {
     setError("Can not open file %s", path.c_str());
     ui_.showMessage(lastError(), MessageIcon::Warning);
@@ -131,16 +132,15 @@ bool Document::openFile(const std::string& path, bool ignoreMetadata) {
 
 void Document::loadMetadata(const std::string& name, bool ignore) {
   metadataFileName_ = name;
-  std::FILE* probe = ignore ? nullptr : std::fopen(name.c_str(), "r");
+  std::FILE* probe = ignore ? nullptr : openRegularFile(name);
   if (!probe) {
     resetMetadata();
     console_.print("MetaData not found or ignored");
     return;
   }
-  std::fclose(probe);
   std::printf("Parsing the Metadata file %s\n", name.c_str());
   std::fflush(stdout);
-  if (!metadata_->load(name)) {
+  if (!metadata_->load(probe, name)) {
     resetMetadata();
     console_.print("MetaData not found or ignored");
     return;

@@ -1,8 +1,10 @@
 #include "document/DocumentMetadata.h"
 
-#include <fstream>
+#include <sstream>
 
+#include "common/AtomicFile.h"
 #include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "formats/Codes.h"
 #include "formats/library/MetaData.h"
 #include "formats/library/SymbolicLibrary.h"
@@ -78,11 +80,14 @@ void DocumentMetadata::setOrigin(const std::string& sqlQuery, const std::string&
   data_->metaMat.odbcSource = odbcSource;
 }
 
-bool DocumentMetadata::load(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
+bool DocumentMetadata::load(std::FILE* file, const std::string& path) {
+  std::string content;
+  const bool read = readRestOfFile(file, content);
+  std::fclose(file);
+  if (!read) return false;
+  std::istringstream in(std::move(content));
   auto fresh = std::make_unique<symlib::MetaData>();
-  symlib::ParseMetadataFile(in, path, *fresh);
+  if (!symlib::TryParseMetadataFile(in, path, *fresh)) return false;
   data_ = std::move(fresh);
   return true;
 }
@@ -90,12 +95,8 @@ bool DocumentMetadata::load(const std::string& path) {
 bool DocumentMetadata::write(const std::string& path, const SymbolicMatrix& matrix) const {
   symlib::MetaData meta = *data_;
   describeMatrix(matrix, meta);
-  std::ofstream out(path, std::ios::binary);
-  if (!out) {
-    setError("Can not open file %s", path.c_str());
-    return false;
-  }
-  if (!symlib::WriteMetadataFile(meta, out) || !out.flush()) {
+  AtomicFile file;
+  if (!file.open(path) || !symlib::WriteMetadataFile(meta, file.stream()) || !file.commit()) {
     setError("Can not write file %s", path.c_str());
     return false;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <memory>
 #include <string>
 
@@ -24,12 +25,14 @@ class DocumentMetadata {
   void reset();
   // Records the extraction's query and data source.
   void setOrigin(const std::string& sqlQuery, const std::string& odbcSource);
-  // Reads a metadata file into fresh objects (the library ends the process
-  // on a syntax error). False, objects unchanged, when it cannot be opened.
-  bool load(const std::string& path);
+  // Reads a metadata file, open on a regular file (closed here), into
+  // fresh objects. False, objects unchanged, when it cannot be read or the
+  // library refuses it (after showing its message).
+  bool load(std::FILE* file, const std::string& path);
   // Writes the metadata file of the matrix: the stored description, with
   // the original variables, the symbolic variables and objects taken from
-  // the matrix. False with "Can not open file %s" in the last-error text.
+  // the matrix. The previous file is replaced only once the new one is
+  // complete; false with "Can not write file %s" in the last-error text.
   bool write(const std::string& path, const SymbolicMatrix& matrix) const;
 
   const symlib::MetaData& data() const { return *data_; }

@@ -1,5 +1,6 @@
 // The commands that make new data: New (extraction) and New by join.
 #include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "db/Connection.h"
 #include "db/DatabaseAggregation.h"
 #include "db/Extraction.h"
@@ -72,8 +73,8 @@ bool Document::newByJoin() {
   JoinValues values;
   if (!ui_.askJoin(values) || refused(checkJoinValues(values))) return false;
   {
-    std::FILE* first = std::fopen(values.firstFile.c_str(), "rb");
-    std::FILE* second = first ? std::fopen(values.secondFile.c_str(), "rb") : nullptr;
+    std::FILE* first = openRegularFile(values.firstFile);
+    std::FILE* second = first ? openRegularFile(values.secondFile) : nullptr;
     if (!second) {
       if (first) std::fclose(first);
       setError("Can not open file %s", (first ? values.secondFile : values.firstFile).c_str());

@@ -1,6 +1,9 @@
 // The View commands and the refresh of assertions that they need.
-#include <fstream>
+#include <cstdio>
 
+#include "common/FileStream.h"
+#include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
 #include "document/MatrixReports.h"
@@ -38,21 +41,28 @@ bool Document::viewTable(Table table) {
   if (!matrix_) return false;
   const ViewFiles::Kind kind = fileKindOf(table);
   const std::string name = viewFiles_->nameFor(kind);
-  std::ofstream out;
-  if (!name.empty()) out.open(name, std::ios::binary | std::ios::trunc);
-  if (!out) {
+  std::FILE* file = name.empty() ? nullptr : openFixedNameFile(name.c_str());
+  if (!file) {
     viewFiles_->forget(kind);
     ui_.showMessage("Creation of temporary file failed", MessageIcon::Warning);
     return false;
   }
+  bool written;
   {
     BusyScope busy(ui_, "Creating file...");
     if (table == Table::Assertions || table == Table::Hordes) {
       updateAssertions();
       ui_.setStatusText("Creating file...");
     }
+    FileOutputStream out(file);
     writeTable(*matrix_, table, out);
-    out.close();
+    written = static_cast<bool>(out.flush());
+    written = std::fclose(file) == 0 && written;
+  }
+  if (!written) {
+    setError("Can not write file %s", name.c_str());
+    ui_.showMessage(lastError(), MessageIcon::Warning);
+    return false;
   }
   if (ui_.startViewer(name, ViewerKind::Text)) return true;
   ui_.showMessage("Creation of viewer subprocess failed", MessageIcon::Warning);

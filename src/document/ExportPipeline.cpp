@@ -1,9 +1,11 @@
 #include "document/ExportPipeline.h"
 
-#include <fstream>
+#include <sstream>
 
 #include "common/ConsoleLog.h"
+#include "common/FileStream.h"
 #include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "formats/RsdaTableWriter.h"
 #include "formats/TidyTableWriter.h"
 #include "formats/library/SymbolicFile.h"
@@ -35,19 +37,42 @@ bool writeTable(std::ostream& out, ExportFormat format, const SymbolicMatrix& ma
                                                          : WriteTidyTable(out, matrix, labels, rows);
   if (!written) return false;
   if (!out.flush()) {
-    setError("Writing %s failed", destination.c_str());
+    setError("Can not write file %s", destination.c_str());
     return false;
   }
   return true;
 }
 
-bool readTemporaryFile(symlib::SymbolicFile& model, ConsoleLog& console) {
+ExportTemporaryFile::ExportTemporaryFile() = default;
+
+ExportTemporaryFile::~ExportTemporaryFile() {
+  stream_.reset();
+  if (file_) std::fclose(file_);
+}
+
+bool ExportTemporaryFile::open() {
+  file_ = openFixedNameFile(kExportTemporaryFile);
+  if (!file_) return false;
+  stream_ = std::make_unique<FileOutputStream>(file_);
+  return true;
+}
+
+std::ostream& ExportTemporaryFile::stream() { return *stream_; }
+
+bool ExportTemporaryFile::finishWriting() {
+  if (stream_->flush() && std::fflush(file_) == 0 && !std::ferror(file_)) return true;
+  setError("Can not write file %s", kExportTemporaryFile);
+  return false;
+}
+
+bool ExportTemporaryFile::readBack(symlib::SymbolicFile& model, ConsoleLog& console) {
   console.print("building CompSymbMat...");
-  std::ifstream in(kExportTemporaryFile, std::ios::binary);
-  if (!in) {
+  std::string content;
+  if (std::fseek(file_, 0, SEEK_SET) != 0 || !readRestOfFile(file_, content)) {
     setError("Can not open temporary file.");
     return false;
   }
+  std::istringstream in(std::move(content));
   symlib::ParseSymbolicFile(in, "nom", model);
   console.print("[done]");
   return true;
@@ -56,7 +81,7 @@ bool readTemporaryFile(symlib::SymbolicFile& model, ConsoleLog& console) {
 bool writeModel(symlib::SymbolicFile& model, std::ostream& out, bool xml, const std::string& destination) {
   const bool written = xml ? symlib::WriteXmlSymbolicFile(model, out) : symlib::WriteSymbolicFileText(model, out);
   if (!written || !out.flush()) {
-    setError("Writing %s failed", destination.c_str());
+    setError("Can not write file %s", destination.c_str());
     return false;
   }
   return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdio>
+#include <memory>
 #include <ostream>
 #include <span>
 #include <string>
@@ -10,6 +12,7 @@ namespace velda {
 
 class Assertion;
 class ConsoleLog;
+class FileOutputStream;
 class SymbolicMatrix;
 namespace symlib {
 struct SymbolicFile;
@@ -31,11 +34,34 @@ bool isTextDestination(const std::string& path);
 // the file name has no dot, so it always stays in the destination's folder.
 std::string metadataNameFor(const std::string& destination);
 
-// Reads the temporary file back into the library's model, between the
-// console lines "building CompSymbMat..." and "[done]". The library ends
-// the process when the file does not pass its checks; false (last-error
-// text set) when the file cannot be opened.
-bool readTemporaryFile(symlib::SymbolicFile& model, ConsoleLog& console);
+// The export's temporary file, opened once for writing and reading back:
+// the read-back reads the very file that was written, never a name looked
+// up again, and a symbolic link or anything but a regular file at its name
+// is refused.
+class ExportTemporaryFile {
+ public:
+  ExportTemporaryFile();
+  ~ExportTemporaryFile();
+  ExportTemporaryFile(const ExportTemporaryFile&) = delete;
+  ExportTemporaryFile& operator=(const ExportTemporaryFile&) = delete;
+
+  // False when the file cannot be made (the caller says "Can not open
+  // temporary file.").
+  bool open();
+  std::ostream& stream();
+  // True when everything written reached the file; otherwise "Can not
+  // write file tempkvf.dat" in the last-error text.
+  bool finishWriting();
+  // Reads the file back into the library's model, between the console
+  // lines "building CompSymbMat..." and "[done]". The library ends the
+  // process when the file does not pass its checks; false (last-error text
+  // set) when the file cannot be read.
+  bool readBack(symlib::SymbolicFile& model, ConsoleLog& console);
+
+ private:
+  std::FILE* file_ = nullptr;
+  std::unique_ptr<FileOutputStream> stream_;
+};
 
 // The heading that an export prints and shows as status text, and what
 // the console line before the destination's name says when it is written.

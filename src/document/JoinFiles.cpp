@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 #include "common/LastError.h"
 #include "document/ProjectFile.h"
-#include "document/ProjectFormat.h"
 #include "model/SymbolicMatrix.h"
 #include "ops/Join.h"
 
@@ -20,28 +18,6 @@ struct LoadedProject {
   uint32_t assertions = 0;
   std::unique_ptr<SymbolicMatrix> matrix;
 };
-
-uint32_t littleEndian32(const unsigned char* bytes) {
-  return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-         static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-}
-
-// The leading string must be the magic (length 8 with its zero), followed by
-// the individual and assertion counts in one 8-byte read.
-bool readMagicAndCounts(std::FILE* file, uint32_t& individuals, uint32_t& assertions) {
-  const size_t magicLength = std::strlen(project::kMagic) + 1;
-  unsigned char length[2];
-  unsigned char magic[16];
-  unsigned char counts[8];
-  if (std::fread(length, 1, sizeof length, file) != sizeof length) return false;
-  if ((length[0] | length[1] << 8) != static_cast<int>(magicLength)) return false;
-  if (std::fread(magic, 1, magicLength, file) != magicLength) return false;
-  if (std::memcmp(magic, project::kMagic, magicLength) != 0) return false;
-  if (std::fread(counts, 1, sizeof counts, file) != sizeof counts) return false;
-  individuals = littleEndian32(counts);
-  assertions = littleEndian32(counts + 4);
-  return true;
-}
 
 LoadedProject load(std::FILE* file) {
   LoadedProject loaded;

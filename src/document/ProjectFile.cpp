@@ -1,14 +1,14 @@
 #include "document/ProjectFile.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cstdlib>
+#include <cstring>
 #include <new>
 #include <vector>
 
+#include "common/AtomicFile.h"
 #include "common/LastError.h"
+#include "common/SafeFiles.h"
 #include "document/ByteWriter.h"
+#include "document/ProjectFormat.h"
 #include "document/ProjectReader.h"
 #include "document/ProjectWriter.h"
 #include "model/SymbolicMatrix.h"
@@ -21,6 +21,8 @@ bool writeProject(std::FILE* file, const SymbolicMatrix& matrix) {
     ProjectWriter writer(out, matrix);
     if (writer.write() && out.finish()) return true;
   } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    return false;
   }
   setError("Save failed");
   return false;
@@ -32,59 +34,52 @@ std::unique_ptr<SymbolicMatrix> readProject(std::span<const unsigned char> bytes
 
 namespace {
 
-// Everything left in the stream; false (with "Load failed") on a read error
-// or when memory runs out.
-bool readRest(std::FILE* file, std::vector<unsigned char>& bytes) {
-  try {
-    unsigned char chunk[1 << 16];
-    size_t n;
-    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0) bytes.insert(bytes.end(), chunk, chunk + n);
-  } catch (const std::bad_alloc&) {
-    setError("Load failed");
-    return false;
-  }
-  if (!std::ferror(file)) return true;
-  setError("Load failed");
-  return false;
+uint32_t littleEndian32(const unsigned char* bytes) {
+  return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
+         static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
 }
 
 }  // namespace
 
+bool readMagicAndCounts(std::FILE* file, uint32_t& individualCount, uint32_t& assertionCount) {
+  const size_t magicLength = std::strlen(project::kMagic) + 1;
+  unsigned char length[2];
+  unsigned char magic[16];
+  unsigned char counts[8];
+  if (std::fread(length, 1, sizeof length, file) != sizeof length) return false;
+  if ((length[0] | length[1] << 8) != static_cast<int>(magicLength)) return false;
+  if (std::fread(magic, 1, magicLength, file) != magicLength) return false;
+  if (std::memcmp(magic, project::kMagic, magicLength) != 0) return false;
+  if (std::fread(counts, 1, sizeof counts, file) != sizeof counts) return false;
+  individualCount = littleEndian32(counts);
+  assertionCount = littleEndian32(counts + 4);
+  return true;
+}
+
 std::unique_ptr<SymbolicMatrix> readProject(std::FILE* file) {
-  std::vector<unsigned char> bytes;
-  if (!readRest(file, bytes)) return nullptr;
-  return readProject(bytes);
+  uint32_t individualCount = 0;
+  uint32_t assertionCount = 0;
+  if (!readMagicAndCounts(file, individualCount, assertionCount)) {
+    setError("Incorrect file type");
+    return nullptr;
+  }
+  return readProjectBody(file, individualCount, assertionCount);
 }
 
 std::unique_ptr<SymbolicMatrix> readProjectBody(std::FILE* file, uint32_t individualCount, uint32_t assertionCount) {
   std::vector<unsigned char> bytes;
-  if (!readRest(file, bytes)) return nullptr;
+  if (!readRestOfFile(file, bytes)) {
+    setError("Load failed");
+    return nullptr;
+  }
   return ProjectReader(bytes).readBody(individualCount, assertionCount);
 }
 
 ProjectSave saveProject(const std::string& path, const SymbolicMatrix& matrix) {
-  std::string temporary = path + ".XXXXXX";
-  const int descriptor = mkstemp(temporary.data());
-  if (descriptor < 0) {
-    setError("Can not open file %s", path.c_str());
-    return ProjectSave::CannotOpen;
-  }
-  // mkstemp makes the file private; give it the permissions of a new file.
-  const mode_t mask = umask(0);
-  umask(mask);
-  fchmod(descriptor, 0666 & ~mask);
-  std::FILE* file = fdopen(descriptor, "wb");
-  if (!file) {
-    close(descriptor);
-    unlink(temporary.c_str());
-    setError("Can not open file %s", path.c_str());
-    return ProjectSave::CannotOpen;
-  }
-  bool saved = writeProject(file, matrix) && fsync(fileno(file)) == 0;
-  saved = std::fclose(file) == 0 && saved;
-  saved = saved && std::rename(temporary.c_str(), path.c_str()) == 0;
-  if (saved) return ProjectSave::Saved;
-  unlink(temporary.c_str());
+  AtomicFile file;
+  if (!file.open(path)) return ProjectSave::CannotOpen;
+  if (!writeProject(file.file(), matrix)) return ProjectSave::Failed;
+  if (file.commit()) return ProjectSave::Saved;
   setError("Save failed");
   return ProjectSave::Failed;
 }

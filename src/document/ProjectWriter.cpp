@@ -111,9 +111,9 @@ void ProjectWriter::writeHeader() {
 }
 
 void ProjectWriter::writeTexts() {
-  out_.string(matrix_.individualColumn);
-  out_.string(matrix_.assertionColumn);
-  out_.string(matrix_.weightColumn);
+  out_.optionalString(matrix_.individualColumn);
+  out_.optionalString(matrix_.assertionColumn);
+  out_.optionalString(matrix_.weightColumn);
   std::array<unsigned char, kTextBlockSize> block{};
   std::memcpy(block.data(), matrix_.title.data(), std::min(matrix_.title.size(), kTitleSize - 1));
   std::memcpy(block.data() + kTitleSize, matrix_.subtitle.data(), std::min(matrix_.subtitle.size(), kTitleSize - 1));

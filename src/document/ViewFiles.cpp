@@ -7,6 +7,8 @@
 #include <cstring>
 #include <vector>
 
+#include "common/ExitCleanup.h"
+
 namespace velda {
 
 std::string createTemporaryFile(const char* prefix, const char* suffix) {
@@ -31,13 +33,16 @@ const char* ViewFiles::prefixOf(Kind kind) {
 }
 
 std::string ViewFiles::nameFor(Kind kind) {
-  if (names_[kind].empty()) names_[kind] = createTemporaryFile(prefixOf(kind), ".txt");
+  if (!names_[kind].empty()) return names_[kind];
+  names_[kind] = createTemporaryFile(prefixOf(kind), ".txt");
+  if (!names_[kind].empty()) removeAtExit(names_[kind]);
   return names_[kind];
 }
 
 void ViewFiles::forget(Kind kind) {
   if (names_[kind].empty()) return;
   std::remove(names_[kind].c_str());
+  releaseAtExit(names_[kind]);
   names_[kind].clear();
 }
 

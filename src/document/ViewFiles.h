@@ -8,7 +8,8 @@ namespace velda {
 // individuals ("dbind"), assertions and hordes ("dbgrp"), reduced assertions
 // and reduced hordes ("dbred"). Each is created securely on first use, in
 // TMPDIR or else the current directory, with a ".txt" suffix, kept for the
-// document's life and deleted from disk when the document goes.
+// document's life and deleted from disk when the document goes (or when
+// the process ends through exit()).
 class ViewFiles {
  public:
   enum Kind { Individuals, Groups, Reduced, KindCount };

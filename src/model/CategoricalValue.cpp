@@ -45,6 +45,16 @@ double CategoricalValue::shownWeightSum() const {
   return sum;
 }
 
+double CategoricalValue::describedWeight() const {
+  const double described = totalWeight - nullWeight - naWeight;
+  if (described > 0.0) return described;
+  // Rounding can leave nothing when huge and small weights mix; the
+  // entries' own weights make the same number in exact arithmetic.
+  double sum = 0.0;
+  for (const ValueEntry& entry : entries) sum += entry.weight;
+  return sum;
+}
+
 std::optional<double> CategoricalValue::modeWeight(double w, double sum) const {
   const CategoricalVariable& var = categoricalVariable();
   if (!var.multiple) return std::nullopt;

@@ -49,7 +49,7 @@ class CategoricalValue final : public SymbolicValue {
   double shownWeightSum() const;
   // The share of the members' weight that went to a modality of shown
   // weight w: w over the weight that is neither NULL nor NA.
-  double probability(double w) const { return w / (totalWeight - nullWeight - naWeight); }
+  double probability(double w) const { return w / describedWeight(); }
   // The weight that the variable's display mode shows for a modality of
   // shown weight w (sum: shownWeightSum(), used by the KT-estimate); none
   // for a single-valued variable or the boolean mode.
@@ -60,6 +60,9 @@ class CategoricalValue final : public SymbolicValue {
  private:
   // Writes "(w)" for a modality of a set-valued variable, as the mode says.
   void writeWeight(std::ostream& out, double w, double sum) const;
+  // The weight of the individuals that the entries describe (the total
+  // less NULL and NA), the denominator of the probabilist weights.
+  double describedWeight() const;
 };
 
 }  // namespace velda

@@ -175,6 +175,8 @@ int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<c
       auto rule = std::make_unique<DependenceRule>(motherIndex, daughter, buckets);
       for (int32_t index : applicable)
         if (!rule->applicable.find(index)) rule->applicable.insert(index);
+      // As compact as a reopened project has it, so the rule reads the same.
+      if (!rule->applicable.rebuild(rule->applicable.size())) throw std::bad_alloc();
       made.push_back(std::move(rule));
     }
   } catch (const std::bad_alloc&) {
@@ -234,6 +236,10 @@ int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
     const auto daughter = static_cast<size_t>(matrix.rules[r]->daughter);
     for (Assertion& assertion : matrix.assertions) {
       if (refillValue(assertion, daughter)) continue;
+      setError("Memory allocation failed");
+      return 0;
+    }
+    if (!matrix.compactValues(daughter)) {
       setError("Memory allocation failed");
       return 0;
     }

@@ -11,6 +11,10 @@ namespace velda {
 
 class Assertion;
 
+// The largest weight an individual may carry, so that the sums of weights
+// that the exported files show stay finite.
+constexpr double kLargestWeight = 1e150;
+
 // One database row's subject: its identifier, weight and cells, and the
 // assertions that it belongs to.
 class Individual {

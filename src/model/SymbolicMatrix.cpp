@@ -152,12 +152,18 @@ int SymbolicMatrix::finish(bool sampled) {
     if (!variables[v]->isCategorical()) continue;
     auto& variable = static_cast<CategoricalVariable&>(*variables[v]);
     if (variable.modalityCount() > 0) variable.compact();
-    for (Assertion& a : assertions) {
-      auto& value = static_cast<CategoricalValue&>(*a.values[v]);
-      if (!value.entries.empty()) value.rebuild();
-    }
+    compactValues(v);
   }
   return 1;
+}
+
+bool SymbolicMatrix::compactValues(size_t v) {
+  if (!variables[v]->isCategorical()) return true;
+  for (Assertion& a : assertions) {
+    auto& value = static_cast<CategoricalValue&>(*a.values[v]);
+    if (!value.entries.empty() && !value.entries.rebuild(value.entries.size())) return false;
+  }
+  return true;
 }
 
 int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {

@@ -84,6 +84,10 @@ class SymbolicMatrix {
   // individual to the assertions of its membership. Returns 0 (with
   // "Memory allocation failed" set) on failure.
   int finish(bool sampled);
+  // Rebuilds the value tables of a categorical variable (in every
+  // assertion) to as many buckets as entries: the order that a saved and
+  // reopened project has. False when memory runs out.
+  bool compactValues(size_t v);
 
   // The per-assertion counters used while sampling: grown to (number + 100)
   // entries when a number does not fit.

@@ -1,10 +1,12 @@
 #include "ops/GravityReport.h"
 
-#include <fstream>
+#include <cstdio>
 #include <memory>
 #include <new>
 
+#include "common/FileStream.h"
 #include "common/MessageBox.h"
+#include "common/SafeFiles.h"
 #include "model/CategoricalVariable.h"
 #include "ops/FatalBox.h"
 
@@ -67,12 +69,14 @@ void writeGravityCentre(const SymbolicMatrix& matrix, const DivisionData* data, 
   std::unique_ptr<double[]> centre(new (std::nothrow) double[count == 0 ? 1 : count]);
   if (!centre) endWithMessage(kNoCentre);
 
-  std::ofstream out("result.txt", std::ios::out | std::ios::trunc);
+  // Never written through a symbolic link planted at the report's name.
+  std::FILE* report = openFixedNameFile("result.txt");
+  FileOutputStream out(report);
   size_t next = 0;
   for (size_t v = 0; v < matrix.variableCount(); ++v) {
     const SymbolicVariable& variable = matrix.variable(v);
     out << " variable: " << variable.name << " \n";
-    if (!out.is_open()) continue;
+    if (!report) continue;
     const bool held = v < data->variables();
     const size_t first = next;
     if (!variable.isCategorical()) {
@@ -83,6 +87,8 @@ void writeGravityCentre(const SymbolicMatrix& matrix, const DivisionData* data, 
     }
     for (size_t c = first; c < next; ++c) out << kCoordinate << assertionName << " =  " << centre[c];
   }
+  out.flush();
+  if (report) std::fclose(report);
 }
 
 }  // namespace velda

@@ -243,7 +243,7 @@ TEST(XmlTextTest, EscapeTableKeepsItsSwappedEntries) {
   EXPECT_EQ(out, "R&#38;D &#60;x&#62;");
   out.clear();
   AppendXmlEscaped(out, "<x>");
-  EXPECT_EQ(out, "<x>");
+  EXPECT_EQ(out, "&#60;x&#62;");
   out.clear();
   AppendXmlEscaped(out, "\xe9\xe0\xe8\xea\xb0");
   EXPECT_EQ(out, "&#232;&#225;&#233;&#234;\xb0");

@@ -349,8 +349,8 @@ TEST_F(RoundTripTest, ContentsAttributesFollowTheBlocksPresent) {
             std::string::npos);
   EXPECT_EQ(xml.find("<hierarchies>"), std::string::npos);
   EXPECT_NE(xml.find("<rules_gen>\n\t<rules>\n\t</rules>\n</rules_gen>\n"), std::string::npos);
-  // A label that is itself markup goes through unescaped.
-  EXPECT_NE(xml.find("\t\t<label><x></label>\n"), std::string::npos);
+  // A label that looks like markup is escaped like any other.
+  EXPECT_NE(xml.find("\t\t<label>&#60;x&#62;</label>\n"), std::string::npos);
 }
 
 TEST_F(RoundTripTest, XmlWithAnEmptyUndeclaredRulesElementReadsBack) {

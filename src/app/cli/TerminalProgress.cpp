@@ -1,5 +1,6 @@
 #include "app/cli/TerminalProgress.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -14,16 +15,18 @@ void onInterrupt(int) { interrupted = 1; }
 
 }  // namespace
 
-TerminalProgress::TerminalProgress() : terminal_(isatty(STDERR_FILENO) != 0) {
-  interrupted = 0;
+void catchInterrupt() {
   struct sigaction action = {};
   action.sa_handler = onInterrupt;
   sigemptyset(&action.sa_mask);
-  sigaction(SIGINT, &action, &previous_);
+  sigaction(SIGINT, &action, nullptr);
 }
 
+bool interruptRequested() { return interrupted != 0; }
+
+TerminalProgress::TerminalProgress() : terminal_(isatty(STDERR_FILENO) != 0) {}
+
 TerminalProgress::~TerminalProgress() {
-  sigaction(SIGINT, &previous_, nullptr);
   if (shown_) std::fputs("\r\033[K", stderr);
 }
 

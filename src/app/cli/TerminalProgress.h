@@ -1,16 +1,21 @@
 #pragma once
 
-#include <signal.h>
-
 #include <string>
 
 #include "common/Progress.h"
 
 namespace velda::cli {
 
+// Ctrl-C (SIGINT) never ends the program in the middle of a command (a
+// save is never cut short): once caught, it is the Cancel button of the
+// running long operation, and the chain of commands stops after the
+// current command.
+void catchInterrupt();
+bool interruptRequested();
+
 // The progress dialog of the command-line program: while it lives, Ctrl-C
-// (SIGINT) is the Cancel button, and the two progress lines are shown on
-// one line of standard error when standard error is a terminal.
+// is the Cancel button, and the two progress lines are shown on one line
+// of standard error when standard error is a terminal.
 class TerminalProgress final : public ProgressTarget {
  public:
   TerminalProgress();
@@ -35,7 +40,6 @@ class TerminalProgress final : public ProgressTarget {
   bool cancelled_ = false;
   std::string line1_;
   std::string line2_;
-  struct sigaction previous_ = {};
 };
 
 }  // namespace velda::cli

@@ -11,6 +11,7 @@
 #include "app/cli/CliCommands.h"
 #include "app/cli/CliUserInterface.h"
 #include "app/cli/LocaleCharset.h"
+#include "app/cli/TerminalProgress.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
 #include "formats/library/SymbolicLibrary.h"
@@ -146,7 +147,14 @@ int main(int argc, char** argv) {
 
   Session session{document, ui};
   int status = 0;
+  catchInterrupt();
   for (size_t i = 0; i < chain.actions.size(); ++i) {
+    if (interruptRequested()) {
+      std::fflush(stdout);
+      std::fprintf(stderr, "velda-cli: interrupted before %s\n", chain.names[i].c_str());
+      status = kExitFailure;
+      break;
+    }
     ui.resetScript();
     const auto start = std::chrono::steady_clock::now();
     const bool succeeded = document.guardMemory([&] { return chain.actions[i](session); });

@@ -1,5 +1,6 @@
 #include "formats/library/Coherence.h"
 
+#include <cmath>
 #include <string>
 
 #include "formats/library/LibraryLog.h"
@@ -17,18 +18,24 @@ void compareCount(Diagnostics& diag, const char* what, long long declared, size_
                      " is different of the number of" + what + " described in the file (" + str(count));
 }
 
-// Reals are written with six significant digits: two counts agree when
-// they print alike.
-bool sameAsWritten(double a, double b) { return FormatReal(a) == FormatReal(b); }
+// Counts are written as reals with six significant digits: a declared
+// count stands for any number within half a unit of its last printed digit.
+double printedRounding(double declared) {
+  const double magnitude = std::fabs(declared);
+  if (magnitude < 1e6) return 0;  // a whole count of up to six digits prints exactly
+  return 0.5 * std::pow(10.0, std::floor(std::log10(magnitude)) - 5);
+}
+
+bool withinRounding(double found, double declared, double rounding) { return std::fabs(found - declared) <= rounding; }
 
 void compareMissing(Diagnostics& diag, const char* which, double found, double sumOfVariables,
-                    const KeyValue& header) {
+                    double roundingOfVariables, const KeyValue& header) {
   const std::string values = std::string("the number of ") + which + " values within the MATRIX" + FormatReal(found);
-  if (!sameAsWritten(found, sumOfVariables)) {
+  if (!withinRounding(found, sumOfVariables, roundingOfVariables)) {
     diag.coherenceError(values + " \t is different of the SUM of element" + FormatReal(sumOfVariables) +
                        " declared within the variables");
   }
-  if (header.set && !sameAsWritten(found, header.real)) {
+  if (header.set && !withinRounding(found, header.real, printedRounding(header.real))) {
     diag.coherenceError(values + " \t is different of the number declared in the header" + FormatReal(header.real));
   }
 }
@@ -59,12 +66,16 @@ void VerifyCoherence(const SymbolicFile& model, Diagnostics& diag) {
   }
   double naDeclared = 0;
   double nuDeclared = 0;
+  double naRounding = 0;
+  double nuRounding = 0;
   for (const SymVariable& variable : model.variables) {
     naDeclared += variable.naCount;
     nuDeclared += variable.nuCount;
+    naRounding += printedRounding(variable.naCount);
+    nuRounding += printedRounding(variable.nuCount);
   }
-  compareMissing(diag, "NA", naFound, naDeclared, h.value(kNbNa));
-  compareMissing(diag, "NU", nuFound, nuDeclared, h.value(kNbNu));
+  compareMissing(diag, "NA", naFound, naDeclared, naRounding, h.value(kNbNa));
+  compareMissing(diag, "NU", nuFound, nuDeclared, nuRounding, h.value(kNbNu));
 
   diag.note("this Base file contain");
   diag.note(summaryLine(str(static_cast<long long>(model.individuals.size())), " individuals"));

@@ -1,5 +1,7 @@
 #include "formats/library/LibraryLog.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <charconv>
@@ -23,8 +25,16 @@ bool newRun = true;
 
 void openLog() {
   if (logFile) std::fclose(logFile);
-  logFile = std::fopen("parser.dat", "w");
+  logFile = nullptr;
+  // Never through a symbolic link planted at the log's name.
+  const int descriptor = ::open("parser.dat", O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666);
+  struct stat status;
+  if (descriptor >= 0 && fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+    fcntl(descriptor, F_SETFL, O_WRONLY);
+    logFile = fdopen(descriptor, "w");
+  }
   if (logFile) return;
+  if (descriptor >= 0) close(descriptor);
   std::fputs("impossible to open the log file \"PARSER.DAT\"", stderr);
   std::fputs("\n PROGRAMM STOP", stderr);
   LibraryExit(1);

@@ -17,6 +17,10 @@ void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFil
 // Reads a metadata XML file (syntactic pass only). Syntax errors are shown
 // through the message-box handler and end the process (status 1).
 void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata);
+// The same for a caller that goes on without the metadata: a file with
+// syntax errors shows the same message box, leaves the metadata empty and
+// returns false instead of ending the process.
+bool TryParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata);
 
 // Re-writes a model as a symbolic text file. False when memory runs out.
 bool WriteSymbolicFileText(const SymbolicFile& model, std::ostream& out);

@@ -91,7 +91,11 @@ void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFil
   }
 }
 
-void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
+namespace {
+
+// The metadata reader of both entry points: a refused file either ends
+// the process or returns false.
+bool parseMetadata(std::istream& input, const std::string& name, MetaData& metadata, bool fatal) {
   try {
     metadata.reset();
     const std::string content = readAll(input);
@@ -105,15 +109,31 @@ void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& m
     }
     if (diagnostics.errors() > 0) {
       diagnostics.note(std::to_string(diagnostics.errors()) + " syntaxic errors reading the input file");
-      diagnostics.note(" THE PROGRAM STOP");
+      if (fatal) diagnostics.note(" THE PROGRAM STOP");
       ShowLibraryMessageBox("Fatal parsing error:\nsyntaxic errors in metadata file");
-      LibraryExit(1);
+      if (fatal) LibraryExit(1);
+      metadata.reset();
+      return false;
     }
     diagnostics.note(" The parser detected no Syntaxic Errors ");
     diagnostics.note(" Parsing OK ");
+    return true;
   } catch (const std::bad_alloc&) {
-    stopOnMemory();
+    if (fatal) stopOnMemory();
+    LibraryLog::write("Memory allocation failed");
+    metadata.reset();
+    return false;
   }
+}
+
+}  // namespace
+
+void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
+  parseMetadata(input, name, metadata, true);
+}
+
+bool TryParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
+  return parseMetadata(input, name, metadata, false);
 }
 
 std::string MetadataFileName(const std::string& target) {

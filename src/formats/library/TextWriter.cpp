@@ -136,7 +136,13 @@ class TextWriter {
       out_ << "),\n      (";
       for (size_t i = 0; i < h.links.size(); ++i) {
         out_ << (i ? ", \n       " : "") << h.links[i].node << " = (";
-        for (size_t c = 0; c < h.links[i].children.size(); ++c) out_ << (c ? "," : "") << h.links[i].children[c];
+        const std::vector<long long>& children = h.links[i].children;
+        for (size_t c = 0; c < children.size(); ++c) {
+          if (c) out_ << ',';
+          // As in the values: a line break before the 10th, 20th, ... child.
+          if (c % 10 == 9) out_ << "\n          ";
+          out_ << children[c];
+        }
         out_ << ')';
       }
       out_ << "\n)  )";

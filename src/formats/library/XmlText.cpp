@@ -1,6 +1,7 @@
 #include "formats/library/XmlText.h"
 
 #include <charconv>
+#include <string>
 
 namespace velda::symlib {
 
@@ -69,12 +70,31 @@ bool decodeReference(std::string_view body, std::string& out) {
 }  // namespace
 
 void AppendXmlEscaped(std::string& out, std::string_view text) {
-  if (text.size() >= 2 && text.front() == '<' && text.back() == '>') {
-    out += text;
-    return;
-  }
+  size_t lineStart = out.size();
+  size_t lastBlank = std::string::npos;
   for (char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n') {
+      // A line break is kept: it is what a broken text reads back with.
+      out += c;
+      lineStart = out.size();
+      lastBlank = std::string::npos;
+      continue;
+    }
+    if (byte < 0x20 || byte == 0x7f) c = ' ';
     const char* reference = escapeOf(static_cast<unsigned char>(c));
+    const size_t width = reference ? std::char_traits<char>::length(reference) : 1;
+    if (out.size() - lineStart + width > kMaxXmlTextLine) {
+      if (lastBlank != std::string::npos) {
+        out[lastBlank] = '\n';
+        lineStart = lastBlank + 1;
+      } else {
+        out += '\n';
+        lineStart = out.size();
+      }
+      lastBlank = std::string::npos;
+    }
+    if (c == ' ') lastBlank = out.size();
     if (reference) {
       out += reference;
     } else {
