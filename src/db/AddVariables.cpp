@@ -55,13 +55,21 @@ int checkColumns(const QueryStatement& statement, Form form) {
   return 1;
 }
 
+// A query may bring any number of categories: the new variable's names are
+// indexed from the start.
+std::unique_ptr<CategoricalVariable> newCategoricalVariable(std::string name, int32_t multiple) {
+  auto variable = std::make_unique<CategoricalVariable>(std::move(name), multiple, kModalityBuckets);
+  if (!variable->indexNames()) throw std::bad_alloc();
+  return variable;
+}
+
 void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix,
                            PendingVariables& pending) {
   VariableNamer namer(matrix);
   for (int i = 1; i < statement.columnCount(); ++i) {
     std::string name = namer.nameFor(statement.columnName(i));
     if (statement.columnKind(i) == COLUMN_CHARACTER)
-      pending.add(std::make_unique<CategoricalVariable>(std::move(name), 0, kModalityBuckets));
+      pending.add(newCategoricalVariable(std::move(name), 0));
     else
       pending.add(std::make_unique<QuantitativeVariable>(std::move(name), 0));
   }
@@ -158,7 +166,7 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
     if (!readUniqueRows(statement, pending)) return 0;
   } else {
     VariableNamer namer(matrix);
-    pending.add(std::make_unique<CategoricalVariable>(namer.nameFor(statement.columnName(1)), 1, kModalityBuckets));
+    pending.add(newCategoricalVariable(namer.nameFor(statement.columnName(1)), 1));
     if (!readMultipleRows(statement, pending)) return 0;
   }
   statement.close();

@@ -90,7 +90,15 @@ void CategoricalVariable::clearTaxonomy() {
   }
 }
 
-void CategoricalVariable::compact() { modalities.rebuild(modalities.size()); }
+bool CategoricalVariable::indexNames() {
+  return modalities.trackTails(true) && modalities.indexKeys(true) && nodes.trackTails(true) && nodes.indexKeys(true);
+}
+
+void CategoricalVariable::compact() {
+  if (!modalities.rebuild(modalities.size())) return;
+  modalities.trackTails(false);
+  modalities.indexKeys(false);
+}
 
 void CategoricalVariable::writeDescription(std::ostream& out) const {
   std::vector<const Modality*> sorted;
