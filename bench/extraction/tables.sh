@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# bench/extraction/tables.sh DB ROWS
+# bench/extraction/tables.sh DB ROWS [SET_ROWS]
 # Makes the SQLite file DB (once; an existing file is kept) with the
 # benchmark's tables, every value computed from the row number so that two
 # runs make the same file:
 #   many_rows      ROWS rows of 12 columns: id (the key), a group of 3000,
 #                  four reals, two integers and four categories of 5, 20, 60
 #                  and 200 values;
-#   set_rows       min(ROWS, 1000000) rows (group, modality, weight) for a
+#   set_rows       SET_ROWS (ROWS) rows (group, modality, weight) for a
 #                  set-valued variable: the groups of many_rows and 2/5 as
 #                  many modalities as rows, each pair once;
 #   category_tree  a two-level taxonomy (child, parent) over the values
@@ -20,7 +20,7 @@ db=$1
 rows=$2
 [[ -f $db ]] && exit 0
 mkdir -p "$(dirname "$db")"
-set_rows=$((rows < 1000000 ? rows : 1000000))
+set_rows=${3:-$rows}
 modalities=$((set_rows * 2 / 5 > 0 ? set_rows * 2 / 5 : 1))
 tree=$((rows / 2 < 100000 ? (rows / 2 > 0 ? rows / 2 : 1) : 100000))
 
