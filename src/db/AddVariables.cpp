@@ -21,6 +21,8 @@ namespace velda {
 namespace {
 
 constexpr size_t kModalityBuckets = 19;
+constexpr int kProgressStep = 100;
+constexpr int kCancelled = -1;
 
 enum class Form { Unique, Multiple };
 
@@ -75,10 +77,18 @@ void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix
   }
 }
 
+// The reading loops poll for Cancel before every row and show the row
+// count every kProgressStep rows.
+void showRow(int line) {
+  if (line % kProgressStep == 0) progressLine2("Row %d", line);
+}
+
 int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
   int line = 0;
-  while (statement.fetch()) {
-    ++line;
+  for (;;) {
+    if (cancelRequested()) return kCancelled;
+    if (!statement.fetch()) break;
+    showRow(++line);
     const char* assertionId = textOrNull(statement, 0);
     const size_t position = assertionId ? pending.positionOf(assertionId) : PendingVariables::kNotFound;
     if (position == PendingVariables::kNotFound) continue;
@@ -108,8 +118,10 @@ bool readWeight(const QueryStatement& statement, double& weight) {
 int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
   auto& variable = static_cast<CategoricalVariable&>(pending.variable(0));
   int line = 0;
-  while (statement.fetch()) {
-    ++line;
+  for (;;) {
+    if (cancelRequested()) return kCancelled;
+    if (!statement.fetch()) break;
+    showRow(++line);
     if (statement.isNull(1)) {
       setError("Error at line %d: modality value is null", line);
       return 0;
@@ -163,12 +175,14 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   PendingVariables pending(matrix);
   if (form == Form::Unique) {
     createUniqueVariables(statement, matrix, pending);
-    if (!readUniqueRows(statement, pending)) return 0;
   } else {
     VariableNamer namer(matrix);
     pending.add(newCategoricalVariable(namer.nameFor(statement.columnName(1)), 1));
-    if (!readMultipleRows(statement, pending)) return 0;
   }
+  progressEnableCancel(true);
+  const int read = form == Form::Unique ? readUniqueRows(statement, pending) : readMultipleRows(statement, pending);
+  progressEnableCancel(false);
+  if (read != 1) return read;
   statement.close();
 
   if (pending.coveredCount() == 0) {
