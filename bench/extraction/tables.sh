@@ -8,7 +8,7 @@
 #                  and 200 values;
 #   set_rows       SET_ROWS (ROWS) rows (group, modality, weight) for a
 #                  set-valued variable: the groups of many_rows and 2/5 as
-#                  many modalities as rows, each pair once;
+#                  many modalities as rows (about), each pair once;
 #   category_tree  a two-level taxonomy (child, parent) over the values
 #                  d0, d1, ... (half as many as rows, at most 100000): every ten
 #                  values under a node, every ten nodes under a node above.
@@ -21,7 +21,9 @@ rows=$2
 [[ -f $db ]] && exit 0
 mkdir -p "$(dirname "$db")"
 set_rows=${3:-$rows}
-modalities=$((set_rows * 2 / 5 > 0 ? set_rows * 2 / 5 : 1))
+# Odd and prime to 3 and 5, so that no pair (n % 3000, n % modalities) comes twice.
+modalities=$((set_rows * 2 / 5 | 1))
+while ((modalities % 3 == 0 || modalities % 5 == 0)); do modalities=$((modalities + 2)); done
 tree=$((rows / 2 < 100000 ? (rows / 2 > 0 ? rows / 2 : 1) : 100000))
 
 echo "building $db ..." >&2
