@@ -327,9 +327,9 @@ class ChainedHashTable {
   // Rebuilds the index over at least the given number of slots (a power of
   // two), enough for the table to stay at most half full. Throws
   // std::bad_alloc leaving the index as it was.
-  void growIndex(size_t slots) {
-    while (slots < 2 * (count_ + 1)) slots *= 2;
-    std::vector<IndexSlot> fresh(slots);
+  void growIndex(size_t slotCount) {
+    while (slotCount < 2 * (count_ + 1)) slotCount *= 2;
+    std::vector<IndexSlot> fresh(slotCount);
     index_.swap(fresh);
     reindex();
   }
