@@ -1,21 +1,23 @@
 #!/usr/bin/env bash
 # bench/document/run.sh BUILD_DIR
-# One velda-cli chain over the extraction benchmark's 1,000,000-row SQLite
-# table (built by bench/extraction/run.sh): new, save, open, export to .kvf,
+# One velda-cli chain over the extraction benchmark's SQLite table (its first
+# VELDA_BENCH_ROWS rows, 1,000,000 by default; built by
+# bench/extraction/run.sh): new, save, open, export to .kvf,
 # export to .xml, with each step's time and the chain's peak memory. Then
 # the export pipeline is compared with the writer alone, and open with the
 # extraction's bare fetch loop.
 set -euo pipefail
 
 build=$(cd "$1" && pwd)
-rows=1000000
-db="$build/bench-data/extraction-$rows.db"
+rows=${VELDA_BENCH_ROWS:-1000000}
+db="$build/bench-data/rows-$((3 * rows)).db"
 if [[ ! -f $db ]]; then
   echo "missing $db: run bench/extraction/run.sh $build sqlite first" >&2
   exit 1
 fi
 connection="Driver=SQLite3;Database=$db;StepAPI=1"
-select="select id, grp, r1, r2, r3, r4, i1, i2, c1, c2, c3, c4 from bench_rows"
+source "$(cd "$(dirname "$0")" && pwd)/../extraction/shapes.sh"
+select=$(select_groups "$rows")
 work="$build/bench-data/document"
 rm -rf "$work"
 mkdir -p "$work"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <memory>
@@ -20,7 +21,10 @@ namespace velda {
 // stored value stays valid until that value is erased.
 //
 // A table filled in bulk can keep the tail of every chain (trackTails), so
-// that an insert does not walk its chain; the order is the same either way.
+// that an insert does not walk its chain, and an index of its keys
+// (indexKeys), so that a lookup does not walk it either: the bucket counts
+// are fixed by the output and chains grow long in large tables. The order is
+// the same either way.
 //
 // Traits provide:
 //   using Key = ...;                               (a cheap key view)
@@ -46,18 +50,22 @@ class ChainedHashTable {
   ChainedHashTable(ChainedHashTable&& other) noexcept
       : buckets_(std::move(other.buckets_)),
         tails_(std::move(other.tails_)),
+        index_(std::move(other.index_)),
         count_(std::exchange(other.count_, 0)) {
     other.buckets_.assign(1, nullptr);
     other.tails_.clear();
+    other.index_.clear();
   }
   ChainedHashTable& operator=(ChainedHashTable&& other) noexcept {
     if (this != &other) {
       clear();
       buckets_ = std::move(other.buckets_);
       tails_ = std::move(other.tails_);
+      index_ = std::move(other.index_);
       count_ = std::exchange(other.count_, 0);
       other.buckets_.assign(1, nullptr);
       other.tails_.clear();
+      other.index_.clear();
     }
     return *this;
   }
@@ -67,6 +75,14 @@ class ChainedHashTable {
   size_t bucketCount() const { return buckets_.size(); }
 
   Value* find(Key key) {
+    if (!index_.empty()) {
+      const uint32_t hash = Traits::hash(key);
+      for (size_t at = slotOf(hash);; at = (at + 1) & (index_.size() - 1)) {
+        const IndexSlot& slot = index_[at];
+        if (!slot.node) return nullptr;
+        if (slot.hash == hash && Traits::equal(Traits::key(slot.node->value), key)) return &slot.node->value;
+      }
+    }
     for (Node* n = buckets_[bucketOf(key)]; n; n = n->next)
       if (Traits::equal(Traits::key(n->value), key)) return &n->value;
     return nullptr;
@@ -79,7 +95,9 @@ class ChainedHashTable {
   template <typename... Args>
   Value& insert(Args&&... args) {
     auto node = std::make_unique<Node>(std::forward<Args>(args)...);
-    const size_t bucket = bucketOf(Traits::key(node->value));
+    const uint32_t hash = Traits::hash(Traits::key(node->value));
+    if (!index_.empty() && 2 * (count_ + 1) > index_.size()) growIndex(2 * index_.size());
+    const size_t bucket = hash % buckets_.size();
     Node** link = &buckets_[bucket];
     if (!tails_.empty()) {
       if (tails_[bucket]) link = &tails_[bucket]->next;
@@ -88,6 +106,7 @@ class ChainedHashTable {
       while (*link) link = &(*link)->next;
     }
     *link = node.release();
+    if (!index_.empty()) addToIndex(*link, hash);
     ++count_;
     return (*link)->value;
   }
@@ -101,6 +120,7 @@ class ChainedHashTable {
       Node* dead = *link;
       *link = dead->next;
       if (!tails_.empty() && tails_[bucket] == dead) tails_[bucket] = previous;
+      if (!index_.empty()) removeFromIndex(dead);
       delete dead;
       --count_;
       return true;
@@ -129,6 +149,7 @@ class ChainedHashTable {
       if (!tails_.empty()) tails_[bucket] = kept;
     }
     count_ -= removed;
+    if (removed && !index_.empty()) reindex();
     return removed;
   }
 
@@ -141,6 +162,7 @@ class ChainedHashTable {
       }
     }
     if (!tails_.empty()) tails_.assign(tails_.size(), nullptr);
+    if (!index_.empty()) index_.assign(index_.size(), IndexSlot{});
     count_ = 0;
   }
 
@@ -160,6 +182,22 @@ class ChainedHashTable {
       for (Node* n = buckets_[bucket]; n; n = n->next) tails_[bucket] = n;
     return true;
   }
+
+  // Starts or stops keeping the index of the keys. Returns false, and leaves
+  // the table as it was, when the index cannot be allocated.
+  bool indexKeys(bool on) {
+    if (!on) {
+      std::vector<IndexSlot>().swap(index_);
+      return true;
+    }
+    try {
+      growIndex(std::max<size_t>(kFirstIndexSlots, index_.size()));
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+    return true;
+  }
+  bool keysIndexed() const { return !index_.empty(); }
 
   // Rehashes into n buckets (0 is taken as 1). Returns false and keeps the
   // table unchanged when the new bucket arrays cannot be allocated.
@@ -251,10 +289,59 @@ class ChainedHashTable {
   const_iterator end() const { return const_iterator(); }
 
  private:
+  static constexpr size_t kFirstIndexSlots = 64;
+
+  // The index is open-addressed with linear probing over a power of two of
+  // slots, at most half full; the node's hash is kept to spare comparisons.
+  struct IndexSlot {
+    Node* node = nullptr;
+    uint32_t hash = 0;
+  };
+
   size_t bucketOf(Key key) const { return Traits::hash(key) % buckets_.size(); }
+  // The hash's bits are spread before they choose a slot: the program's
+  // string hash differs little between similar names.
+  size_t slotOf(uint32_t hash) const {
+    return static_cast<size_t>((uint64_t{hash} * 0x9E3779B97F4A7C15ull) >> 32) & (index_.size() - 1);
+  }
+  void addToIndex(Node* node, uint32_t hash) {
+    size_t at = slotOf(hash);
+    while (index_[at].node) at = (at + 1) & (index_.size() - 1);
+    index_[at] = {node, hash};
+  }
+  // Empties the node's slot and moves back the entries of the probe run
+  // behind it that would no longer be reached.
+  void removeFromIndex(const Node* node) {
+    const size_t mask = index_.size() - 1;
+    size_t hole = slotOf(Traits::hash(Traits::key(node->value)));
+    while (index_[hole].node != node) hole = (hole + 1) & mask;
+    for (size_t at = (hole + 1) & mask; index_[at].node; at = (at + 1) & mask) {
+      const size_t home = slotOf(index_[at].hash);
+      // The entry may fill the hole when its home is not in (hole, at].
+      if (((at - home) & mask) < ((at - hole) & mask)) continue;
+      index_[hole] = index_[at];
+      hole = at;
+    }
+    index_[hole] = IndexSlot{};
+  }
+  // Rebuilds the index over at least the given number of slots (a power of
+  // two), enough for the table to stay at most half full. Throws
+  // std::bad_alloc leaving the index as it was.
+  void growIndex(size_t slotCount) {
+    while (slotCount < 2 * (count_ + 1)) slotCount *= 2;
+    std::vector<IndexSlot> fresh(slotCount);
+    index_.swap(fresh);
+    reindex();
+  }
+  void reindex() {
+    std::fill(index_.begin(), index_.end(), IndexSlot{});
+    for (Node* head : buckets_)
+      for (Node* n = head; n; n = n->next) addToIndex(n, Traits::hash(Traits::key(n->value)));
+  }
 
   std::vector<Node*> buckets_;
-  std::vector<Node*> tails_;  // the last node of every chain, or empty
+  std::vector<Node*> tails_;        // the last node of every chain, or empty
+  std::vector<IndexSlot> index_;    // every node by its key's hash, or empty
   size_t count_ = 0;
 };
 

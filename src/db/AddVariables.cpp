@@ -21,6 +21,8 @@ namespace velda {
 namespace {
 
 constexpr size_t kModalityBuckets = 19;
+constexpr int kProgressStep = 100;
+constexpr int kCancelled = -1;
 
 enum class Form { Unique, Multiple };
 
@@ -55,22 +57,38 @@ int checkColumns(const QueryStatement& statement, Form form) {
   return 1;
 }
 
+// A query may bring any number of categories: the new variable's names are
+// indexed from the start.
+std::unique_ptr<CategoricalVariable> newCategoricalVariable(std::string name, int32_t multiple) {
+  auto variable = std::make_unique<CategoricalVariable>(std::move(name), multiple, kModalityBuckets);
+  if (!variable->indexNames()) throw std::bad_alloc();
+  return variable;
+}
+
 void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix,
                            PendingVariables& pending) {
   VariableNamer namer(matrix);
   for (int i = 1; i < statement.columnCount(); ++i) {
     std::string name = namer.nameFor(statement.columnName(i));
     if (statement.columnKind(i) == COLUMN_CHARACTER)
-      pending.add(std::make_unique<CategoricalVariable>(std::move(name), 0, kModalityBuckets));
+      pending.add(newCategoricalVariable(std::move(name), 0));
     else
       pending.add(std::make_unique<QuantitativeVariable>(std::move(name), 0));
   }
 }
 
+// The reading loops poll for Cancel before every row and show the row
+// count every kProgressStep rows.
+void showRow(int line) {
+  if (line % kProgressStep == 0) progressLine2("Row %d", line);
+}
+
 int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
   int line = 0;
-  while (statement.fetch()) {
-    ++line;
+  for (;;) {
+    if (cancelRequested()) return kCancelled;
+    if (!statement.fetch()) break;
+    showRow(++line);
     const char* assertionId = textOrNull(statement, 0);
     const size_t position = assertionId ? pending.positionOf(assertionId) : PendingVariables::kNotFound;
     if (position == PendingVariables::kNotFound) continue;
@@ -100,8 +118,10 @@ bool readWeight(const QueryStatement& statement, double& weight) {
 int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
   auto& variable = static_cast<CategoricalVariable&>(pending.variable(0));
   int line = 0;
-  while (statement.fetch()) {
-    ++line;
+  for (;;) {
+    if (cancelRequested()) return kCancelled;
+    if (!statement.fetch()) break;
+    showRow(++line);
     if (statement.isNull(1)) {
       setError("Error at line %d: modality value is null", line);
       return 0;
@@ -155,12 +175,14 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   PendingVariables pending(matrix);
   if (form == Form::Unique) {
     createUniqueVariables(statement, matrix, pending);
-    if (!readUniqueRows(statement, pending)) return 0;
   } else {
     VariableNamer namer(matrix);
-    pending.add(std::make_unique<CategoricalVariable>(namer.nameFor(statement.columnName(1)), 1, kModalityBuckets));
-    if (!readMultipleRows(statement, pending)) return 0;
+    pending.add(newCategoricalVariable(namer.nameFor(statement.columnName(1)), 1));
   }
+  progressEnableCancel(true);
+  const int read = form == Form::Unique ? readUniqueRows(statement, pending) : readMultipleRows(statement, pending);
+  progressEnableCancel(false);
+  if (read != 1) return read;
   statement.close();
 
   if (pending.coveredCount() == 0) {

@@ -11,7 +11,9 @@ class SymbolicMatrix;
 // Adding variables to the assertions of a matrix from a query at the level
 // of the assertions. Both forms return 1 on success, with the added
 // variables listed on the console, or 0 with the last-error text set and
-// the matrix exactly as before (variables, counts, values).
+// the matrix exactly as before (variables, counts, values). They read the
+// rows inside the progress display ("Row %d" every 100 rows) and stop at
+// Cancel, returning -1 with the matrix as before and no error text.
 //
 // Choices where the query leaves things open:
 // - rows that name no existing assertion (or a NULL one) add nothing, not

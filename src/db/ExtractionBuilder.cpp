@@ -53,11 +53,14 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
       sampleSize_(std::max<int32_t>(options.sampleSize, 0)),
       rowCells_(new CellValue[variableCount]),
       cellCaches_(variableCount) {
-  for (size_t v = 0; v < variableCount; ++v)
-    if (matrix_->variable(v).isCategorical()) cellCaches_[v] = std::make_unique<ExtractionCellCache>();
-  // Individuals are appended to the long chains of a table whose bucket
-  // count stays fixed until the matrix is finished.
-  if (!matrix_->individuals.trackTails(true)) throw std::bad_alloc();
+  for (size_t v = 0; v < variableCount; ++v) {
+    if (!matrix_->variable(v).isCategorical()) continue;
+    cellCaches_[v] = std::make_unique<ExtractionCellCache>();
+    if (!static_cast<CategoricalVariable&>(matrix_->variable(v)).indexNames()) throw std::bad_alloc();
+  }
+  // Individuals and assertions are appended to the long chains of tables
+  // whose bucket counts stay fixed until the matrix is finished.
+  if (!matrix_->individuals.trackTails(true) || !matrix_->assertions.trackTails(true)) throw std::bad_alloc();
 }
 
 std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
@@ -240,6 +243,7 @@ int ExtractionBuilder::addMembers() {
 std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
   matrix_->rowsRead = rowsRead;
   matrix_->individuals.trackTails(false);
+  matrix_->assertions.trackTails(false);
   if (sampleSize_ == 0 && !addMembers()) return nullptr;
   if (!matrix_->finish(sampleSize_ > 0)) return nullptr;
   if (!matrix_->indexAssertions()) {

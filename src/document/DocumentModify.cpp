@@ -37,12 +37,19 @@ bool Document::addVariables(bool setValued) {
   if (!ui_.askAddVariables(values, setValued) || refused(checkAddVariablesValues(values))) return false;
   if (!needConnection()) return false;
   const std::string sql = queryOf(values.tableName, values.query);
-  int added;
-  {
-    BusyScope busy(ui_, "Adding variables...");
-    added = setValued ? addMultipleVariable(*matrix_, *connection_, sql, console_)
-                      : addUniqueVariables(*matrix_, *connection_, sql, console_);
-  }
+  // The rows are read inside the progress dialog; Cancel leaves the matrix
+  // as it was, without a message.
+  int added = 0;
+  bool cancelled = false;
+  ui_.runWithProgress(
+      "Adding variables",
+      [&] {
+        added = setValued ? addMultipleVariable(*matrix_, *connection_, sql, console_)
+                          : addUniqueVariables(*matrix_, *connection_, sql, console_);
+        return added;
+      },
+      cancelled);
+  if (added < 0) return false;
   if (!added) return showFailure();
   setModified();
   ui_.refreshDisplay(Display::Variables);

@@ -68,7 +68,10 @@ Modality& CategoricalVariable::addNode(std::string name, int32_t index) {
 Modality& CategoricalVariable::registerIndex(ModalityTable& table, std::string name, int32_t index) {
   if (index < 0) index = static_cast<int32_t>(byIndex_.size());
   const size_t needed = std::max(byIndex_.size(), static_cast<size_t>(index) + 1);
-  byIndex_.reserve(needed);
+  // Room is made before the insert, so that a failure leaves the variable
+  // unchanged, and it grows geometrically: a variable may get a million
+  // modalities one by one.
+  if (needed > byIndex_.capacity()) byIndex_.reserve(std::max(needed, 2 * byIndex_.capacity()));
   Modality& modality = table.insert(std::move(name), index);
   byIndex_.resize(needed, nullptr);
   byIndex_[static_cast<size_t>(index)] = &modality;
@@ -90,7 +93,15 @@ void CategoricalVariable::clearTaxonomy() {
   }
 }
 
-void CategoricalVariable::compact() { modalities.rebuild(modalities.size()); }
+bool CategoricalVariable::indexNames() {
+  return modalities.trackTails(true) && modalities.indexKeys(true) && nodes.trackTails(true) && nodes.indexKeys(true);
+}
+
+void CategoricalVariable::compact() {
+  if (!modalities.rebuild(modalities.size())) return;
+  modalities.trackTails(false);
+  modalities.indexKeys(false);
+}
 
 void CategoricalVariable::writeDescription(std::ostream& out) const {
   std::vector<const Modality*> sorted;

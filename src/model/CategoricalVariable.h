@@ -52,7 +52,13 @@ class CategoricalVariable final : public SymbolicVariable {
   Modality& addNode(std::string name, int32_t index = -1);
   // Destroys the inner nodes and clears every parent and child link.
   void clearTaxonomy();
-  // Rehashes the modality table to as many buckets as modalities.
+  // Lets the modality and node tables grow by any number of names at a
+  // constant cost per insert and lookup, whatever their bucket counts (kept,
+  // as they decide the order). Without memory for it they stay as they were,
+  // only slower: the result says which.
+  bool indexNames();
+  // Rehashes the modality table to as many buckets as modalities; its chains
+  // are then short and its name index, if any, is given back.
   void compact();
   // Per index, the number of leaves (nodes without children) in the node's
   // subtree of the taxonomy: 1 for a node without children.

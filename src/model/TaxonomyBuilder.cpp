@@ -8,7 +8,12 @@
 
 namespace velda {
 
-TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(variable) { variable_.clearTaxonomy(); }
+TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(variable) {
+  variable_.clearTaxonomy();
+  // A query may name any number of nodes; without memory for the index the
+  // lookups only walk the chains.
+  variable_.indexNames();
+}
 
 TaxonomyBuilder::~TaxonomyBuilder() {
   if (!finished_) variable_.clearTaxonomy();

@@ -31,8 +31,14 @@ struct ValueEntry {
 // column, and an array takes about half of what a node per entry takes, and
 // keeps a value's entries together for lookups. The price is that an entry's
 // address is valid only until the next insert or rebuild.
+//
+// A value of a group with many categories outgrows its few buckets: from
+// kIndexedFrom entries on, the table keeps the tail of every chain and an
+// index of the entries by modality, so that inserts and lookups stay at a
+// constant cost. Without memory for them it walks the chains as before.
 class ValueEntryTable {
   static constexpr uint32_t kEnd = UINT32_MAX;
+  static constexpr size_t kIndexedFrom = 64;
 
  public:
   using Key = int32_t;
@@ -41,7 +47,11 @@ class ValueEntryTable {
   ValueEntryTable(const ValueEntryTable&) = delete;
   ValueEntryTable& operator=(const ValueEntryTable&) = delete;
   ValueEntryTable(ValueEntryTable&& other) noexcept
-      : entries_(std::move(other.entries_)), next_(std::move(other.next_)), heads_(std::move(other.heads_)) {
+      : entries_(std::move(other.entries_)),
+        next_(std::move(other.next_)),
+        heads_(std::move(other.heads_)),
+        tails_(std::move(other.tails_)),
+        slots_(std::move(other.slots_)) {
     other.reset();
   }
   ValueEntryTable& operator=(ValueEntryTable&& other) noexcept {
@@ -49,6 +59,8 @@ class ValueEntryTable {
       entries_ = std::move(other.entries_);
       next_ = std::move(other.next_);
       heads_ = std::move(other.heads_);
+      tails_ = std::move(other.tails_);
+      slots_ = std::move(other.slots_);
       other.reset();
     }
     return *this;
@@ -59,6 +71,13 @@ class ValueEntryTable {
   size_t bucketCount() const { return heads_.size(); }
 
   ValueEntry* find(Key index) {
+    if (!slots_.empty()) {
+      for (size_t slot = slotOf(index);; slot = (slot + 1) & (slots_.size() - 1)) {
+        const uint32_t at = slots_[slot];
+        if (at == kEnd) return nullptr;
+        if (entries_[at].index == index) return &entries_[at];
+      }
+    }
     for (uint32_t at = heads_[bucketOf(index, heads_.size())]; at != kEnd; at = next_[at])
       if (entries_[at].index == index) return &entries_[at];
     return nullptr;
@@ -78,9 +97,21 @@ class ValueEntryTable {
       throw;
     }
     const auto added = static_cast<uint32_t>(entries_.size() - 1);
-    uint32_t* link = &heads_[bucketOf(entries_.back().index, heads_.size())];
-    while (*link != kEnd) link = &next_[*link];
-    *link = added;
+    const size_t bucket = bucketOf(entries_.back().index, heads_.size());
+    if (!slots_.empty()) {
+      uint32_t& tail = tails_[bucket];
+      (tail == kEnd ? heads_[bucket] : next_[tail]) = added;
+      tail = added;
+      if (2 * entries_.size() > slots_.size())
+        growIndex(2 * slots_.size());  // indexes the new entry with the others
+      else
+        addToIndex(added);
+    } else {
+      uint32_t* link = &heads_[bucket];
+      while (*link != kEnd) link = &next_[*link];
+      *link = added;
+      if (entries_.size() == kIndexedFrom) startIndex();
+    }
     return entries_.back();
   }
 
@@ -89,6 +120,8 @@ class ValueEntryTable {
     entries_.clear();
     next_.clear();
     std::fill(heads_.begin(), heads_.end(), kEnd);
+    tails_.clear();
+    slots_.clear();
   }
 
   // Rehashes into n buckets (0 is taken as 1) and gives back the storage
@@ -127,6 +160,9 @@ class ValueEntryTable {
     heads_ = std::move(fresh);
     entries_.shrink_to_fit();
     next_.shrink_to_fit();
+    // Rebuilt to as many buckets as entries, the chains are short.
+    std::vector<uint32_t>().swap(tails_);
+    std::vector<uint32_t>().swap(slots_);
     return true;
   }
 
@@ -188,11 +224,51 @@ class ValueEntryTable {
     entries_.clear();
     next_.clear();
     heads_.assign(1, kEnd);
+    tails_.clear();
+    slots_.clear();
+  }
+
+  // The modality numbers are spread before they choose a slot: a group's
+  // categories are often numbered close together.
+  size_t slotOf(Key index) const {
+    return static_cast<size_t>((uint64_t{static_cast<uint32_t>(index)} * 0x9E3779B97F4A7C15ull) >> 40) &
+           (slots_.size() - 1);
+  }
+  void addToIndex(uint32_t at) {
+    size_t slot = slotOf(entries_[at].index);
+    while (slots_[slot] != kEnd) slot = (slot + 1) & (slots_.size() - 1);
+    slots_[slot] = at;
+  }
+  // Starts the tails and the index; without memory the chains are walked.
+  void startIndex() noexcept {
+    try {
+      tails_.assign(heads_.size(), kEnd);
+      for (size_t bucket = 0; bucket < heads_.size(); ++bucket)
+        for (uint32_t at = heads_[bucket]; at != kEnd; at = next_[at]) tails_[bucket] = at;
+      growIndex(4 * kIndexedFrom);
+    } catch (const std::bad_alloc&) {
+      tails_.clear();
+      slots_.clear();
+    }
+  }
+  // Re-indexes every entry over the given number of slots (a power of two
+  // at least twice the entries); without memory the index is dropped.
+  void growIndex(size_t count) noexcept {
+    try {
+      slots_.assign(count, kEnd);
+    } catch (const std::bad_alloc&) {
+      tails_.clear();
+      slots_.clear();
+      return;
+    }
+    for (uint32_t at = 0; at < entries_.size(); ++at) addToIndex(at);
   }
 
   std::vector<ValueEntry> entries_;  // in insertion order
   std::vector<uint32_t> next_;       // the following entry of each chain, kEnd at a tail
   std::vector<uint32_t> heads_;      // the first entry of each bucket, kEnd when empty
+  std::vector<uint32_t> tails_;      // the last entry of each bucket, while indexed
+  std::vector<uint32_t> slots_;      // entries by modality (open addressing), or empty
 };
 
 }  // namespace velda

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -99,6 +100,59 @@ TEST(ChainedHashTable, KeptTailsGiveTheSameOrderThroughErasesAndRebuilds) {
   table.insert(3, "x");
   table.insert(1, "x");
   EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 1}));
+}
+
+// Keys share their hash four by four, so that the index's probe runs are
+// long and erasures must close the gaps inside them.
+struct CollidingTraits {
+  using Key = int;
+  static Key key(const Item& item) { return item.key; }
+  static uint32_t hash(Key key) { return static_cast<uint32_t>(key / 4); }
+  static bool equal(Key a, Key b) { return a == b; }
+};
+
+TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
+  using Colliding = ChainedHashTable<Item, CollidingTraits>;
+  Colliding indexed(7);
+  Colliding walked(7);
+  ASSERT_TRUE(indexed.indexKeys(true));
+  ASSERT_TRUE(indexed.trackTails(true));
+  std::set<int> present;
+  uint32_t state = 12345;
+  const auto draw = [&state] { return static_cast<int>((state = state * 1103515245u + 12345u) >> 16) % 600; };
+  for (int step = 0; step < 6000; ++step) {
+    const int key = draw();
+    if (present.count(key)) {
+      EXPECT_TRUE(indexed.erase(key));
+      walked.erase(key);
+      present.erase(key);
+    } else {
+      indexed.insert(key, "x");
+      walked.insert(key, "x");
+      present.insert(key);
+    }
+    if (step == 3000) {
+      EXPECT_EQ(indexed.eraseIf([](const Item& item) { return item.key % 3 == 0; }),
+                walked.eraseIf([](const Item& item) { return item.key % 3 == 0; }));
+      std::erase_if(present, [](int k) { return k % 3 == 0; });
+      ASSERT_TRUE(indexed.rebuild(5));
+      ASSERT_TRUE(walked.rebuild(5));
+    }
+  }
+  Colliding moved = std::move(indexed);
+  ASSERT_TRUE(moved.keysIndexed());
+  std::vector<int> walkedOrder;
+  for (const Item& item : walked) walkedOrder.push_back(item.key);
+  std::vector<int> indexedOrder;
+  for (const Item& item : moved) indexedOrder.push_back(item.key);
+  EXPECT_EQ(indexedOrder, walkedOrder) << "the index does not change the order";
+  for (int key = -5; key < 610; ++key)
+    EXPECT_EQ(moved.find(key) != nullptr, present.count(key) == 1) << "key " << key;
+  moved.clear();
+  EXPECT_EQ(moved.find(1), nullptr);
+  moved.insert(1, "one");
+  ASSERT_NE(moved.find(1), nullptr);
+  EXPECT_EQ(moved.find(1)->tag, "one");
 }
 
 TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {

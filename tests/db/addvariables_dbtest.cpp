@@ -6,6 +6,7 @@
 
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
+#include "common/Progress.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
 #include "db/Extraction.h"
@@ -194,6 +195,52 @@ TEST_F(AddVariablesSqlite, MultipleFormAddsWeightedCategories) {
   variable.mode = MODE_CARDINALITY;
   EXPECT_EQ(valueOf(m, "g1", 1), "(1(2),2(6))");
   EXPECT_EQ(valueOf(m, "g2", 1), "NU");
+}
+
+// Answers Cancel at the given poll and records what the reading shows.
+class CancelAtPoll : public ProgressTarget {
+ public:
+  explicit CancelAtPoll(int poll) : cancelAt_(poll) {}
+  void setLine1(const std::string& text) override { lines.push_back(text); }
+  void setLine2(const std::string& text) override { lines.push_back(text); }
+  void enableCancel(bool enabled) override { cancelEnabled = cancelEnabled || enabled; }
+  bool cancelRequested() override { return ++polls >= cancelAt_; }
+  std::vector<std::string> lines;
+  bool cancelEnabled = false;
+  int polls = 0;
+
+ private:
+  int cancelAt_;
+};
+
+TEST_F(AddVariablesSqlite, CancelStopsBothFormsWithTheMatrixUnchanged) {
+  std::string rows;
+  for (int n = 0; n < 250; ++n)
+    rows += "insert into facts values(" + std::to_string(n) + ",'g" + std::to_string(1 + n % 3) + "','r" +
+            std::to_string(n) + "'," + std::to_string(n) + ",1,1);";
+  facts(rows);
+  const std::string before = snapshot(*matrix);
+  for (auto form : {addMultipleVariable, addUniqueVariables}) {
+    const std::string sql = form == addMultipleVariable ? "select grp, region, w from facts order by n"
+                                                        : "select grp, region, area from facts where n < 3";
+    // The set-valued form is cancelled after 150 rows, the other before its
+    // last row.
+    CancelAtPoll target(form == addMultipleVariable ? 151 : 3);
+    ScopedProgressTarget scope(&target);
+    ConsoleLog console;
+    clearError();
+    EXPECT_EQ(form(*matrix, *connection, sql, console), -1) << sql;
+    EXPECT_EQ(snapshot(*matrix), before) << sql;
+    EXPECT_EQ(console.count(), 0u);
+    EXPECT_EQ(lastError(), "");
+    EXPECT_TRUE(target.cancelEnabled);
+    ASSERT_FALSE(target.lines.empty());
+    EXPECT_EQ(target.lines.front(), "Adding variables...");
+    if (form == addMultipleVariable) EXPECT_EQ(target.lines.back(), "Row 100");
+  }
+  // Without Cancel the same query adds its variable.
+  EXPECT_EQ(success(addMultipleVariable, "select grp, region, w from facts order by n").size(), 3u);
+  EXPECT_EQ(matrix->variableCount(), 2u);
 }
 
 }  // namespace

@@ -45,6 +45,43 @@ TEST(ValueEntryTable, KeepsTheOrderOfAChainedTable) {
   EXPECT_EQ(indexesInOrder(signedTable), (std::vector<int32_t>{2, 10, -1}));
 }
 
+// A value with many categories: the order is still buckets in turn, each in
+// insertion order, and every index is found, through clears and rebuilds.
+TEST(ValueEntryTable, ManyEntriesKeepTheOrderAndAreFound) {
+  ValueEntryTable table(9);
+  std::vector<int32_t> inserted;
+  for (int32_t i = 0; i < 3000; ++i) inserted.push_back((i * 7919) % 5003);
+  const auto expectedOrder = [](const std::vector<int32_t>& indexes, size_t buckets) {
+    std::vector<int32_t> order;
+    for (size_t bucket = 0; bucket < buckets; ++bucket)
+      for (int32_t index : indexes)
+        if (static_cast<uint32_t>(index) % buckets == bucket) order.push_back(index);
+    return order;
+  };
+  for (int round = 0; round < 2; ++round) {
+    for (int32_t index : inserted) {
+      ASSERT_EQ(table.find(index), nullptr);
+      table.insert(index, index + 0.5);
+    }
+    EXPECT_EQ(indexesInOrder(table), expectedOrder(inserted, 9));
+    for (int32_t index : inserted) {
+      ASSERT_NE(table.find(index), nullptr) << index;
+      EXPECT_EQ(table.find(index)->weight, index + 0.5);
+    }
+    EXPECT_EQ(table.find(5003), nullptr);
+    table.clear();
+  }
+  for (int32_t index : inserted) table.insert(index);
+  ASSERT_TRUE(table.rebuild(100));
+  EXPECT_EQ(indexesInOrder(table), expectedOrder(expectedOrder(inserted, 9), 100));
+  table.insert(5003);
+  EXPECT_NE(table.find(5003), nullptr);
+  EXPECT_NE(table.find(inserted.back()), nullptr);
+  ValueEntryTable moved = std::move(table);
+  EXPECT_NE(moved.find(inserted.front()), nullptr);
+  EXPECT_EQ(table.find(inserted.front()), nullptr);
+}
+
 TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
   ValueEntryTable table(0);
   EXPECT_EQ(table.bucketCount(), 1u);
