@@ -37,11 +37,12 @@ inline std::vector<std::string> environmentWithLocale(const std::string& locale)
   return variables;
 }
 
-// Runs build/bin/velda-cli with the arguments in the folder `dir`, standard
-// input from /dev/null, both outputs captured in files of that folder. The
-// locale is C unless given, so bytes pass unchanged.
-inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir,
-                        const std::string& locale = "C") {
+// Starts build/bin/velda-cli with the arguments in the folder `dir`,
+// standard input from /dev/null, both outputs captured in files of that
+// folder. The locale is C unless given, so bytes pass unchanged. Returns the
+// child's process id, or -1 when it could not be started.
+inline pid_t startCli(const std::vector<std::string>& args, const std::string& dir,
+                      const std::string& locale = "C") {
   const char* binaryDir = std::getenv("VELDA_BINARY_DIR");
   const std::string program = std::string(binaryDir ? binaryDir : ".") + "/bin/velda-cli";
   const std::string outPath = dir + "/cli.out";
@@ -60,17 +61,29 @@ inline CliResult runCli(const std::vector<std::string>& args, const std::string&
   std::vector<char*> envp;
   for (std::string& variable : variables) envp.push_back(variable.data());
   envp.push_back(nullptr);
-  CliResult result;
   pid_t pid;
-  if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data()) == 0) {
+  if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data()) != 0) pid = -1;
+  posix_spawn_file_actions_destroy(&actions);
+  return pid;
+}
+
+// Waits for a run started by startCli in `dir` and collects what it gave;
+// the status is -1 when the program did not exit by itself.
+inline CliResult finishCli(pid_t pid, const std::string& dir) {
+  CliResult result;
+  if (pid > 0) {
     int status = 0;
     waitpid(pid, &status, 0);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  posix_spawn_file_actions_destroy(&actions);
-  result.out = slurp(outPath);
-  result.err = slurp(errPath);
+  result.out = slurp(dir + "/cli.out");
+  result.err = slurp(dir + "/cli.err");
   return result;
+}
+
+inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir,
+                        const std::string& locale = "C") {
+  return finishCli(startCli(args, dir, locale), dir);
 }
 
 // The lines of a text, without the symbolic-file library's trace lines.

@@ -1,4 +1,9 @@
 // velda-cli end to end on the SQLite ODBC driver.
+#include <dirent.h>
+#include <signal.h>
+
+#include <set>
+
 #include "app/CliChain.h"
 #include "support/SqliteDatabase.h"
 #include "support/TempDir.h"
@@ -44,6 +49,37 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
             (std::vector<std::string>{"Dependence not added: some values would be replaced by NA (confirm with --yes)",
                                       "velda-cli: dependence failed"}));
   EXPECT_EQ(result.out.find("rules added"), std::string::npos);
+}
+
+std::set<std::string> namesIn(const std::string& dir) {
+  std::set<std::string> names;
+  if (DIR* folder = opendir(dir.c_str())) {
+    while (const dirent* entry = readdir(folder)) names.insert(entry->d_name);
+    closedir(folder);
+  }
+  return names;
+}
+
+TEST(CliChainSqlite, CtrlCStopsTheChainBetweenCommandsAndNeverCutsASave) {
+  SqliteDatabase database(chainDatabaseSql());
+  TempDir dir;
+  // Far more saves than can run before the interrupt arrives.
+  std::vector<std::string> args{"connect", database.connectionString(), "then", "new", "--table", "people"};
+  for (int i = 0; i < 3000; ++i) args.insert(args.end(), {"then", "save", "people.gaj"});
+  const pid_t pid = startCli(args, dir.path());
+  ASSERT_GT(pid, 0);
+  // The first save has ended: the chain is running and catches Ctrl-C.
+  const std::string project = dir.file("people.gaj");
+  for (int waited = 0; waited < 60000 && access(project.c_str(), F_OK) != 0; ++waited) usleep(1000);
+  kill(pid, SIGINT);
+  const CliResult result = finishCli(pid, dir.path());
+
+  EXPECT_EQ(result.status, 1);
+  EXPECT_EQ(linesOf(result.err), std::vector<std::string>{"velda-cli: interrupted before save"});
+  EXPECT_EQ(namesIn(dir.path()),
+            (std::set<std::string>{".", "..", "cli.out", "cli.err", "people.gaj", "people.gaj.xml"}));
+  const CliResult reopened = runCli({"open", "people.gaj"}, dir.path());
+  EXPECT_EQ(reopened.status, 0) << reopened.err;
 }
 
 }  // namespace

@@ -150,7 +150,7 @@ TEST_F(AddVariablesSqlite, MultipleFormChecksItsQueryOnEveryRow) {
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region, region from facts"), "Invalid ponderation column type");
 
   // Unknown assertions are checked too; the modality before the weight.
-  for (const char* bad : {"0", "-1.5", "NULL"}) {
+  for (const char* bad : {"0", "-1.5", "NULL", "1.000001e150", "1e308"}) {
     facts(std::string("insert into facts values(1,'g1','red',0,0,2);"
                       "insert into facts values(2,'zz','red',0,0,") + bad + ");");
     EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),

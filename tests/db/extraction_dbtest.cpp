@@ -180,10 +180,25 @@ TEST(ExtractionSqlite, WeightsAreCheckedAndAccumulated) {
   EXPECT_EQ(m.findAssertion("g")->value(0).totalWeight, 10.0);
 
   const std::string query = "select id, grp, c, x, w from t";
-  for (const char* bad : {"0", "-1", "NULL"}) {
-    SqliteDatabase other(table + "insert into t values('e','h','red',5," + bad + ");");
-    EXPECT_EQ(failureOf(other, query, weighted), "Ponderation of individual 'e' is null or negative") << bad;
+  const struct {
+    const char* weight;
+    const char* message;
+  } refused[] = {
+      {"0", "Ponderation of individual 'e' is null or negative"},
+      {"-1", "Ponderation of individual 'e' is null or negative"},
+      {"NULL", "Ponderation of individual 'e' is null or negative"},
+      {"1.000001e150", "Ponderation of individual 'e' is too large"},
+      {"1e308", "Ponderation of individual 'e' is too large"},
+  };
+  for (const auto& bad : refused) {
+    SqliteDatabase other(table + "insert into t values('e','h','red',5," + bad.weight + ");");
+    EXPECT_EQ(failureOf(other, query, weighted), bad.message) << bad.weight;
   }
+  // The largest weight taken.
+  SqliteDatabase largest(table + "insert into t values('e','h','red',5,1e150);");
+  ExtractionResult withLargest = extract(largest, query, weighted);
+  ASSERT_TRUE(withLargest.matrix) << lastError();
+  EXPECT_EQ(withLargest.matrix->findIndividual("e")->weight, 1e150);
   // A repeat compares the cells first, then the weight (invalid before different).
   SqliteDatabase differ(table + "insert into t values('b','h','red',2,7);");
   EXPECT_EQ(failureOf(differ, query, weighted), "Ponderation differ from previous definition of 'b'");

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <memory>
+#include <new>
 #include <sstream>
 
 #include "common/LastError.h"
@@ -21,6 +23,8 @@
 #include "document/ScriptedUserInterface.h"
 #include "document/SymbolicFileCheck.h"
 #include "formats/library/SymbolicLibrary.h"
+#include "model/QuantitativeValue.h"
+#include "model/QuantitativeVariable.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -78,6 +82,28 @@ std::unique_ptr<SymbolicMatrix> towns(int people = 0) {
   }
   return std::move(hand.matrix);
 }
+
+// A variable whose kind cannot be told once memory has run out: the project
+// writer asks it first, after the new file is created.
+class ExhaustingVariable final : public SymbolicVariable {
+ public:
+  ExhaustingVariable() : SymbolicVariable("spare", 1) {}
+  bool isCategorical() const override {
+    if (exhausted) throw std::bad_alloc();
+    return false;
+  }
+  int addCell(const char*, CellValue&) override { return 1; }
+  void writeDescription(std::ostream&) const override {}
+  void writeDeclaration(std::ostream&, int32_t, double, double, const DeclarationStyle&) const override {}
+  std::unique_ptr<SymbolicValue> newSymbolicValue() const override {
+    return std::make_unique<QuantitativeValue>(values_);
+  }
+
+  bool exhausted = false;
+
+ private:
+  QuantitativeVariable values_{"spare", 1};
+};
 
 class FileFaults : public ::testing::Test {
  protected:
@@ -207,6 +233,23 @@ TEST_F(FileFaults, ReplacedFilesKeepTheirModeAndLinksAndReadOnlyOnesAreRefused) 
   EXPECT_EQ(lastError(), "Can not open file " + frozen);
   EXPECT_EQ(readFile(frozen), "frozen");
   EXPECT_EQ(namesIn(dir_.path()), (std::vector<std::string>{"frozen.gaj", "link.gaj", "private.gaj"}));
+}
+
+TEST_F(FileFaults, SavingOutOfMemoryLeavesThePreviousProject) {
+  const std::string project = dir_.file("towns.gaj");
+  auto matrix = towns(3);
+  ASSERT_EQ(saveProject(project, *matrix), ProjectSave::Saved) << lastError();
+  const std::string previous = readFile(project);
+
+  auto spare = std::make_unique<ExhaustingVariable>();
+  ExhaustingVariable& exhausting = *spare;
+  matrix->appendVariable(std::move(spare));
+  exhausting.exhausted = true;
+  EXPECT_EQ(saveProject(project, *matrix), ProjectSave::Failed);
+  EXPECT_EQ(lastError(), "Memory allocation failed");
+  EXPECT_EQ(readFile(project), previous);
+  EXPECT_EQ(namesIn(dir_.path()), std::vector<std::string>{"towns.gaj"});
+  exhausting.exhausted = false;
 }
 
 TEST_F(FileFaults, LinksPlantedAtFixedNamesAreNeverFollowed) {

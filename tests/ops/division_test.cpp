@@ -84,6 +84,24 @@ TEST(Division, TwoQuantitativeClassesByHand) {
   EXPECT_EQ(folder.read("result.txt"), " variable: x \n  gravit\xe9 de Paris =  10.5");
 }
 
+TEST(Division, AReportNamePlantedAsALinkIsNotFollowed) {
+  InTempDir folder;
+  {
+    std::ofstream victim("victim", std::ios::binary);
+    victim << "private";
+  }
+  ASSERT_EQ(symlink("victim", "result.txt"), 0);
+  auto matrix = paris({"1", "2", "10", "11"});
+  // The report cannot be opened: the division still runs to its end.
+  ASSERT_EQ(Divide(*matrix, 2), 1);
+  ASSERT_EQ(matrix->hordes.size(), 1u);
+  EXPECT_EQ(matrix->hordes[0].classes.size(), 2u);
+  EXPECT_EQ(folder.read("victim"), "private");
+  char target[16] = {};
+  EXPECT_EQ(readlink("result.txt", target, sizeof target - 1), 6);
+  EXPECT_STREQ(target, "victim");
+}
+
 TEST(Division, UnequalWeightsMoveTheCentre) {
   InTempDir folder;
   HandMatrix data;
