@@ -10,6 +10,9 @@
 #   make uninstall  remove what the last make install put in place
 
 JOBS ?= $(shell nproc)
+# ccache, when installed, makes the builds of a fresh clone cheap.
+CCACHE := $(shell command -v ccache 2>/dev/null)
+LAUNCHER := $(if $(CCACHE),-DCMAKE_CXX_COMPILER_LAUNCHER=$(CCACHE) -DCMAKE_C_COMPILER_LAUNCHER=$(CCACHE))
 BUILD := build
 TEST_BUILD := build-test
 BENCH_BUILD := build-bench
@@ -26,7 +29,7 @@ deps:
 	@scripts/install-deps.sh
 
 configure:
-	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELDA_BUILD_TESTS=OFF -DCMAKE_INSTALL_PREFIX=$(PREFIX) >/dev/null
+	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELDA_BUILD_TESTS=OFF -DCMAKE_INSTALL_PREFIX=$(PREFIX) $(LAUNCHER) >/dev/null
 
 sample: $(SAMPLE_DB)
 
@@ -38,7 +41,7 @@ demo: deps all sample
 	scripts/demo.sh $(BUILD)/bin/velda-cli $(SAMPLE_DB)
 
 test: deps
-	cmake -S . -B $(TEST_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELDA_SANITIZE=ON -DVELDA_BUILD_TESTS=ON >/dev/null
+	cmake -S . -B $(TEST_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELDA_SANITIZE=ON -DVELDA_BUILD_TESTS=ON $(LAUNCHER) >/dev/null
 	cmake --build $(TEST_BUILD) -j $(JOBS)
 	cd $(TEST_BUILD) && ctest --output-on-failure -j $(JOBS)
 
@@ -51,7 +54,7 @@ screenshots: deps all sample
 	@echo "pictures written to $(BUILD)/screenshots/"
 
 bench: deps
-	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELDA_BUILD_TESTS=OFF -DVELDA_BUILD_BENCH=ON >/dev/null
+	cmake -S . -B $(BENCH_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELDA_BUILD_TESTS=OFF -DVELDA_BUILD_BENCH=ON $(LAUNCHER) >/dev/null
 	cmake --build $(BENCH_BUILD) -j $(JOBS)
 	bench/run.sh $(BENCH_BUILD)
 

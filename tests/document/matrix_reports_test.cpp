@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <sstream>
 
@@ -17,9 +16,7 @@ namespace {
 // show each class's node label after its name. At threshold 50 the left
 // class may lose one individual: dropping 4 leaves the narrowest interval.
 TEST(HordesTable, EveryClassShowsItsLabel) {
-  test::TempDir folder;
-  char* previous = getcwd(nullptr, 0);
-  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+  test::InTempDir folder;
 
   test::HandMatrix data;
   data.quantitative("x");
@@ -47,8 +44,6 @@ TEST(HordesTable, EveryClassShowsItsLabel) {
             "Paris\tParis2\t Classe 1 (Ng=3)\t2\t[x in [1:2]]\n"
             "Paris\tParis3\t Classe 1 (Nd=1)\t1\t[x in [20:20]]\n");
 
-  ASSERT_EQ(chdir(previous), 0);
-  free(previous);
 }
 
 }  // namespace

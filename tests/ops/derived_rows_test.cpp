@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "common/ConsoleLog.h"
 #include "model/CategoricalValue.h"
@@ -19,9 +18,7 @@ namespace {
 // every row made from an assertion describes it with the assertion's own
 // value, and a row of an assertion the query left out stays empty.
 TEST(DerivedRows, AddedVariablesCopyTheirAssertionsValues) {
-  test::TempDir folder;
-  char* previous = getcwd(nullptr, 0);
-  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+  test::InTempDir folder;
 
   test::HandMatrix data;
   data.quantitative("x");
@@ -81,8 +78,6 @@ TEST(DerivedRows, AddedVariablesCopyTheirAssertionsValues) {
     EXPECT_NE(&row->value(1), &matrix.findAssertion(source)->value(1)) << "each row owns its value";
   }
 
-  ASSERT_EQ(chdir(previous), 0);
-  free(previous);
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "model/QuantitativeValue.h"
 #include "ops/CategoricalCuts.h"
@@ -17,26 +16,7 @@ namespace velda {
 namespace {
 
 using test::HandMatrix;
-
-// Runs a test inside a fresh working folder, where "result.txt" lands.
-class InTempDir {
- public:
-  InTempDir() : previous_(getcwd(nullptr, 0)) { EXPECT_EQ(chdir(dir_.path().c_str()), 0); }
-  ~InTempDir() {
-    EXPECT_EQ(chdir(previous_), 0);
-    free(previous_);
-  }
-  std::string read(const char* name) const {
-    std::ifstream in(dir_.file(name), std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-  }
-
- private:
-  test::TempDir dir_;
-  char* previous_;
-};
+using test::InTempDir;
 
 // "Paris" with x = 1, 2, 10, 11: the midpoints 1.5, 6 and 10.5 explain
 // 1 - 48.67/82, 1 - 1/82 and 1 - 48.67/82 of the inertia 82: the cut is 6.

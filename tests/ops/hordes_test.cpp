@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
 
@@ -26,9 +25,7 @@ TEST(Hordes, NothingToReduceWithoutADivision) {
 // [10,14]. The hordes' matrices use q = 4 individuals: entries 2^(1/4),
 // 0 (no overlap) and 4^(1/4).
 TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
-  test::TempDir folder;
-  char* previous = getcwd(nullptr, 0);
-  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+  test::InTempDir folder;
 
   test::HandMatrix data;
   data.quantitative("x");
@@ -56,8 +53,6 @@ TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
   EXPECT_EQ(data.matrix->reductionThreshold, 0) << "the horde reduction never stores its threshold";
   EXPECT_TRUE(data.matrix->reducedAssertions.empty());
 
-  ASSERT_EQ(chdir(previous), 0);
-  free(previous);
 }
 
 // Asks to cancel at every poll.
@@ -72,9 +67,7 @@ struct CancellingTarget : ProgressTarget {
 // its reduction never polls. B's classes have two each and a threshold of 50
 // lets one go: its search polls and meets the cancel.
 TEST(Hordes, ACancelKeepsTheHordesReducedBeforeAndLeavesTheOthersAsTheyWere) {
-  test::TempDir folder;
-  char* previous = getcwd(nullptr, 0);
-  ASSERT_EQ(chdir(folder.path().c_str()), 0);
+  test::InTempDir folder;
 
   test::HandMatrix data;
   data.quantitative("x");
@@ -102,8 +95,6 @@ TEST(Hordes, ACancelKeepsTheHordesReducedBeforeAndLeavesTheOthersAsTheyWere) {
   EXPECT_EQ(b.volumesAfter.entries, bAfter);
   EXPECT_EQ(b.volumesBefore.entries.size(), 3u);
 
-  ASSERT_EQ(chdir(previous), 0);
-  free(previous);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 namespace velda::test {
@@ -15,6 +17,22 @@ TempDir::TempDir() {
 TempDir::~TempDir() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
+}
+
+InTempDir::InTempDir() : previous_(std::filesystem::current_path().string()) {
+  std::filesystem::current_path(dir_.path());
+}
+
+InTempDir::~InTempDir() {
+  std::error_code ignored;
+  std::filesystem::current_path(previous_, ignored);
+}
+
+std::string InTempDir::read(const char* name) const {
+  std::ifstream in(dir_.file(name), std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
 }
 
 }  // namespace velda::test
