@@ -41,7 +41,7 @@ demo: deps all sample
 	scripts/demo.sh $(BUILD)/bin/velda-cli $(SAMPLE_DB)
 
 test: deps
-	cmake -S . -B $(TEST_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELDA_SANITIZE=ON -DVELDA_BUILD_TESTS=ON $(LAUNCHER) >/dev/null
+	cmake -S . -B $(TEST_BUILD) -DCMAKE_BUILD_TYPE=Debug -DVELDA_SANITIZE=ON -DVELDA_BUILD_TESTS=ON -DVELDA_WERROR=ON $(LAUNCHER) >/dev/null
 	cmake --build $(TEST_BUILD) -j $(JOBS)
 	cd $(TEST_BUILD) && ctest --output-on-failure -j $(JOBS)
 

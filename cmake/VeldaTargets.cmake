@@ -1,6 +1,13 @@
 # Helpers shared by the subsystem folders.
 
 set(VELDA_WARNINGS -Wall -Wextra)
+# The test build stops at any warning (an ignored result among them).
+option(VELDA_WERROR "Treat compiler warnings as errors" ${VELDA_BUILD_TESTS})
+set(VELDA_WERROR_FLAG)
+if(VELDA_WERROR)
+  set(VELDA_WERROR_FLAG -Werror)
+  list(APPEND VELDA_WARNINGS ${VELDA_WERROR_FLAG})
+endif()
 
 # velda_library(NAME DEPS...): a static library from every .cpp of the
 # calling folder (not its subfolders), linking only the given subsystems.
@@ -106,7 +113,7 @@ function(velda_fuzz_test name)
   set(binary ${CMAKE_BINARY_DIR}/tests/${name})
   add_custom_command(OUTPUT ${binary}
     COMMAND ${VELDA_CLANGXX} -std=c++20 -g -O1 -fsanitize=fuzzer,address,undefined
-            -fno-sanitize-recover=undefined ${includes} ${sources} -o ${binary}
+            -fno-sanitize-recover=undefined ${VELDA_WERROR_FLAG} ${includes} ${sources} -o ${binary}
     DEPENDS ${sources} ${headers}
     COMMENT "Building the fuzz target ${name} with clang"
     VERBATIM)

@@ -236,7 +236,9 @@ TEST_F(AddVariablesSqlite, CancelStopsBothFormsWithTheMatrixUnchanged) {
     EXPECT_TRUE(target.cancelEnabled);
     ASSERT_FALSE(target.lines.empty());
     EXPECT_EQ(target.lines.front(), "Adding variables...");
-    if (form == addMultipleVariable) EXPECT_EQ(target.lines.back(), "Row 100");
+    if (form == addMultipleVariable) {
+      EXPECT_EQ(target.lines.back(), "Row 100");
+    }
   }
   // Without Cancel the same query adds its variable.
   EXPECT_EQ(success(addMultipleVariable, "select grp, region, w from facts order by n").size(), 3u);
