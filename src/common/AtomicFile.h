@@ -36,7 +36,7 @@ class AtomicFile {
   // in the last-error text, when the destination is not a regular file,
   // is read-only or the user cannot write it, or when the folder takes no
   // new file.
-  bool open(const std::string& path);
+  [[nodiscard]] bool open(const std::string& path);
 
   // The new content, as a C stream or as an output stream (both may be
   // used; the output stream is flushed before the C stream is).
@@ -47,7 +47,7 @@ class AtomicFile {
   // destination. False, with "Can not write file %s" in the last-error
   // text and the previous file unchanged, when any of it fails (a full
   // disk, a write error).
-  bool commit();
+  [[nodiscard]] bool commit();
 
   // Drops the new content; the destination stays as it was.
   void discard();

@@ -166,51 +166,36 @@ class ChainedHashTable {
     count_ = 0;
   }
 
-  // Starts or stops keeping the chains' tails. Returns false, and leaves the
-  // table as it was, when the tail array cannot be allocated.
-  bool trackTails(bool on) {
+  // Starts or stops keeping the chains' tails. Throws std::bad_alloc, leaving
+  // the table as it was, when the tail array cannot be allocated.
+  void trackTails(bool on) {
     if (!on) {
       std::vector<Node*>().swap(tails_);
-      return true;
+      return;
     }
-    try {
-      tails_.assign(buckets_.size(), nullptr);
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
+    std::vector<Node*> tails(buckets_.size(), nullptr);
     for (size_t bucket = 0; bucket < buckets_.size(); ++bucket)
-      for (Node* n = buckets_[bucket]; n; n = n->next) tails_[bucket] = n;
-    return true;
+      for (Node* n = buckets_[bucket]; n; n = n->next) tails[bucket] = n;
+    tails_.swap(tails);
   }
 
-  // Starts or stops keeping the index of the keys. Returns false, and leaves
-  // the table as it was, when the index cannot be allocated.
-  bool indexKeys(bool on) {
+  // Starts or stops keeping the index of the keys. Throws std::bad_alloc,
+  // leaving the table as it was, when the index cannot be allocated.
+  void indexKeys(bool on) {
     if (!on) {
       std::vector<IndexSlot>().swap(index_);
-      return true;
+      return;
     }
-    try {
-      growIndex(std::max<size_t>(kFirstIndexSlots, index_.size()));
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
-    return true;
+    growIndex(std::max<size_t>(kFirstIndexSlots, index_.size()));
   }
   bool keysIndexed() const { return !index_.empty(); }
 
-  // Rehashes into n buckets (0 is taken as 1). Returns false and keeps the
-  // table unchanged when the new bucket arrays cannot be allocated.
-  bool rebuild(size_t n) {
+  // Rehashes into n buckets (0 is taken as 1). Throws std::bad_alloc, and
+  // keeps the table unchanged, when the new bucket arrays cannot be allocated.
+  void rebuild(size_t n) {
     if (n == 0) n = 1;
-    std::vector<Node*> fresh;
-    std::vector<Node*> tails;
-    try {
-      fresh.assign(n, nullptr);
-      if (!tails_.empty()) tails.assign(n, nullptr);
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
+    std::vector<Node*> fresh(n, nullptr);
+    std::vector<Node*> tails(tails_.empty() ? 0 : n, nullptr);
     // Every entry is pushed on the head of its new chain, in iteration
     // order, and each chain is then reversed: the same order as appending
     // at the tails, without a second array as large as the first.
@@ -236,7 +221,6 @@ class ChainedHashTable {
     }
     buckets_ = std::move(fresh);
     tails_ = std::move(tails);
-    return true;
   }
 
   template <bool Const>

@@ -22,7 +22,7 @@ class FileStreamBuffer final : public std::streambuf {
   int sync() override;
 
  private:
-  bool drain();
+  [[nodiscard]] bool drain();
 
   std::FILE* file_;
   std::vector<char> buffer_;

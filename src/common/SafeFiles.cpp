@@ -34,7 +34,7 @@ void readToEnd(std::FILE* file, Bytes& bytes) {
 }
 
 template <typename Bytes>
-bool readRest(std::FILE* file, Bytes& bytes) {
+[[nodiscard]] bool readRest(std::FILE* file, Bytes& bytes) {
   struct stat status;
   if (fstat(fileno(file), &status) != 0) return false;
   try {

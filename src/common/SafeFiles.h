@@ -17,8 +17,8 @@ std::FILE* openRegularFile(const std::string& path);
 // Appends the rest of a file to bytes: of a regular file never more than
 // its size, of a stream on anything else (a pipe) up to its end. False on a read error or when
 // memory runs out.
-bool readRestOfFile(std::FILE* file, std::vector<unsigned char>& bytes);
-bool readRestOfFile(std::FILE* file, std::string& text);
+[[nodiscard]] bool readRestOfFile(std::FILE* file, std::vector<unsigned char>& bytes);
+[[nodiscard]] bool readRestOfFile(std::FILE* file, std::string& text);
 
 // Creates or empties a file of fixed name in the current folder and opens
 // it for writing and reading back through the same descriptor. Null when

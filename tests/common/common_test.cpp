@@ -55,7 +55,7 @@ TEST(ChainedHashTable, IteratesBucketsThenChainsAndRebuildsInThatOrder) {
   // Rebuild walks 3, 4, 1, 7, 2 and appends into 2 buckets:
   // 0 -> 4, 2; 1 -> 3, 1, 7.
   Item* seven = table.find(7);
-  ASSERT_TRUE(table.rebuild(2));
+  table.rebuild(2);
   EXPECT_EQ(table.bucketCount(), 2u);
   EXPECT_EQ(keysInOrder(table), (std::vector<int>{4, 2, 3, 1, 7}));
   EXPECT_EQ(table.find(7), seven) << "values never move";
@@ -70,7 +70,7 @@ TEST(ChainedHashTable, IteratesBucketsThenChainsAndRebuildsInThatOrder) {
 TEST(ChainedHashTable, KeptTailsGiveTheSameOrderThroughErasesAndRebuilds) {
   Table table(3);
   for (int key : {4, 1}) table.insert(key, "x");
-  ASSERT_TRUE(table.trackTails(true));
+  table.trackTails(true);
   for (int key : {3, 7, 2}) table.insert(key, "x");
   EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 4, 1, 7, 2}));
 
@@ -89,14 +89,14 @@ TEST(ChainedHashTable, KeptTailsGiveTheSameOrderThroughErasesAndRebuilds) {
 
   // Rebuild walks 6, 4, 1, 13, 5 into 2 buckets: 0 -> 6, 4; 1 -> 1, 13, 5;
   // then 8 and 9 are appended.
-  ASSERT_TRUE(table.rebuild(2));
+  table.rebuild(2);
   table.insert(8, "x");
   table.insert(9, "x");
   EXPECT_EQ(keysInOrder(table), (std::vector<int>{6, 4, 8, 1, 13, 5, 9}));
 
-  ASSERT_TRUE(table.trackTails(false));
+  table.trackTails(false);
   table.clear();
-  ASSERT_TRUE(table.trackTails(true));
+  table.trackTails(true);
   table.insert(3, "x");
   table.insert(1, "x");
   EXPECT_EQ(keysInOrder(table), (std::vector<int>{3, 1}));
@@ -115,8 +115,8 @@ TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
   using Colliding = ChainedHashTable<Item, CollidingTraits>;
   Colliding indexed(7);
   Colliding walked(7);
-  ASSERT_TRUE(indexed.indexKeys(true));
-  ASSERT_TRUE(indexed.trackTails(true));
+  indexed.indexKeys(true);
+  indexed.trackTails(true);
   std::set<int> present;
   uint32_t state = 12345;
   const auto draw = [&state] { return static_cast<int>((state = state * 1103515245u + 12345u) >> 16) % 600; };
@@ -135,8 +135,8 @@ TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
       EXPECT_EQ(indexed.eraseIf([](const Item& item) { return item.key % 3 == 0; }),
                 walked.eraseIf([](const Item& item) { return item.key % 3 == 0; }));
       std::erase_if(present, [](int k) { return k % 3 == 0; });
-      ASSERT_TRUE(indexed.rebuild(5));
-      ASSERT_TRUE(walked.rebuild(5));
+      indexed.rebuild(5);
+      walked.rebuild(5);
     }
   }
   Colliding moved = std::move(indexed);
@@ -159,7 +159,7 @@ TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
   Table table(0);
   EXPECT_EQ(table.bucketCount(), 1u);
   EXPECT_EQ(table.begin(), table.end());
-  ASSERT_TRUE(table.rebuild(0));
+  table.rebuild(0);
   EXPECT_EQ(table.bucketCount(), 1u);
   table.insert(5, "five");
   ASSERT_NE(table.find(5), nullptr);
