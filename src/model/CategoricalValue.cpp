@@ -23,20 +23,14 @@ void CategoricalValue::reset() {
   entries.clear();
 }
 
-int CategoricalValue::addCell(const CellValue& cell, double weight) {
-  int result;
+bool CategoricalValue::addCell(const CellValue& cell, double weight) {
+  bool result;
   if (!acceptCell(cell, weight, result)) return result;
   const int32_t index = cell.modality->index;
   ValueEntry* entry = entries.find(index);
-  if (!entry) {
-    try {
-      entry = &entries.insert(index);
-    } catch (const std::bad_alloc&) {
-      return 0;
-    }
-  }
+  if (!entry) entry = &entries.insert(index);
   entry->weight += weight;
-  return 1;
+  return true;
 }
 
 double CategoricalValue::shownWeightSum() const {

@@ -28,7 +28,7 @@ class CategoricalValue final : public SymbolicValue {
   explicit CategoricalValue(const CategoricalVariable& variable);
 
   void reset() override;
-  int addCell(const CellValue& cell, double weight) override;
+  [[nodiscard]] bool addCell(const CellValue& cell, double weight) override;
   void writeText(std::ostream& out) const override;
   void writeValue(std::ostream& out) const override;
   double size() const override { return entries.empty() ? 1.0 : static_cast<double>(entries.size()); }

@@ -24,23 +24,23 @@ CategoricalVariable::CategoricalVariable(std::string name, int32_t multiple, siz
       modalities(modalityBuckets),
       nodes(kNodeTableBuckets) {}
 
-int CategoricalVariable::addCell(const char* text, CellValue& cell) {
+bool CategoricalVariable::addCell(const char* text, CellValue& cell) {
   if (!text) {
     cell.flags = CELL_MODALITY | CELL_NULL;
     cell.modality = nullptr;
-    return 1;
+    return true;
   }
   Modality* modality = modalities.find(text);
   if (!modality) {
     try {
       modality = &addModality(text);
     } catch (const std::bad_alloc&) {
-      return 0;
+      return false;
     }
   }
   cell.flags = CELL_MODALITY;
   cell.modality = modality;
-  return 1;
+  return true;
 }
 
 const Modality* CategoricalVariable::byIndex(int32_t index) const {
@@ -83,8 +83,12 @@ void CategoricalVariable::clearTaxonomy() {
   nodes.clear();
   // A read project sizes the table to its nodes; a new taxonomy starts from
   // the usual buckets, so it lists its nodes as in a fresh session. Without
-  // memory for them the table keeps its buckets, which only changes the order.
-  nodes.rebuild(kNodeTableBuckets);
+  // memory for them the table keeps its buckets, which only changes the order
+  // (this also runs when a failed taxonomy is undone, where nothing may throw).
+  try {
+    nodes.rebuild(kNodeTableBuckets);
+  } catch (const std::bad_alloc&) {
+  }
   byIndex_.resize(modalities.size());
   for (Modality& leaf : modalities) {
     leaf.parent = nullptr;
@@ -93,12 +97,15 @@ void CategoricalVariable::clearTaxonomy() {
   }
 }
 
-bool CategoricalVariable::indexNames() {
-  return modalities.trackTails(true) && modalities.indexKeys(true) && nodes.trackTails(true) && nodes.indexKeys(true);
+void CategoricalVariable::indexNames() {
+  modalities.trackTails(true);
+  modalities.indexKeys(true);
+  nodes.trackTails(true);
+  nodes.indexKeys(true);
 }
 
 void CategoricalVariable::compact() {
-  if (!modalities.rebuild(modalities.size())) return;
+  modalities.rebuild(modalities.size());
   modalities.trackTails(false);
   modalities.indexKeys(false);
 }

@@ -27,7 +27,7 @@ class CategoricalVariable final : public SymbolicVariable {
   CategoricalVariable(std::string name, int32_t multiple, size_t modalityBuckets);
 
   bool isCategorical() const override { return true; }
-  int addCell(const char* text, CellValue& cell) override;
+  [[nodiscard]] bool addCell(const char* text, CellValue& cell) override;
   void writeDescription(std::ostream& out) const override;
   void writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
                         const DeclarationStyle& style) const override;
@@ -54,9 +54,9 @@ class CategoricalVariable final : public SymbolicVariable {
   void clearTaxonomy();
   // Lets the modality and node tables grow by any number of names at a
   // constant cost per insert and lookup, whatever their bucket counts (kept,
-  // as they decide the order). Without memory for it they stay as they were,
-  // only slower: the result says which.
-  bool indexNames();
+  // as they decide the order). Throws std::bad_alloc when memory runs out;
+  // the tables then work as before, only slower.
+  void indexNames();
   // Rehashes the modality table to as many buckets as modalities; its chains
   // are then short and its name index, if any, is given back.
   void compact();

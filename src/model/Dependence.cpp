@@ -55,37 +55,37 @@ bool fitsCells(const SymbolicMatrix& matrix, const RuleGroup& group) {
   return true;
 }
 
-int chooseMother(const SymbolicMatrix& matrix, int32_t motherIndex) {
+[[nodiscard]] bool chooseMother(const SymbolicMatrix& matrix, int32_t motherIndex) {
   if (motherIndex < 0) {
     setError("No mother variable selected");
-    return 0;
+    return false;
   }
   if (!isVariable(matrix, motherIndex)) {
     setError("Variable %d does not exist", motherIndex);
-    return 0;
+    return false;
   }
-  if (canBeMother(matrix, motherIndex)) return 1;
+  if (canBeMother(matrix, motherIndex)) return true;
   setError("Variable '%s' can not be a mother", matrix.variable(static_cast<size_t>(motherIndex)).name.c_str());
-  return 0;
+  return false;
 }
 
-int checkApplicable(const CategoricalVariable& mother, std::span<const int32_t> applicable) {
+[[nodiscard]] bool checkApplicable(const CategoricalVariable& mother, std::span<const int32_t> applicable) {
   if (applicable.empty()) {
     setError("No modalities selected");
-    return 0;
+    return false;
   }
   for (int32_t index : applicable) {
     if (isLeafModality(mother, index)) continue;
     setError("Modality %d of '%s' does not exist", index, mother.name.c_str());
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
-int checkDaughters(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> daughters) {
+[[nodiscard]] bool checkDaughters(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> daughters) {
   if (daughters.empty()) {
     setError("No daughter variables selected");
-    return 0;
+    return false;
   }
   for (int32_t index : daughters) {
     if (canBeDaughter(matrix, motherIndex, index)) continue;
@@ -95,23 +95,23 @@ int checkDaughters(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<
       setError("Variable '%s' can not be a daughter of '%s'", matrix.variable(static_cast<size_t>(index)).name.c_str(),
                matrix.variable(static_cast<size_t>(motherIndex)).name.c_str());
     }
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 // Refills one value from the assertion's members, as the extraction added
 // them: a single-valued variable keeps the first contribution only.
-int refillValue(Assertion& assertion, size_t variableIndex) {
+[[nodiscard]] bool refillValue(Assertion& assertion, size_t variableIndex) {
   SymbolicValue& value = assertion.value(variableIndex);
   value.reset();
   const bool single = !value.variable().multiple;
   for (const Individual* member : assertion.members) {
     if (single && value.totalWeight > 0.0) break;
-    if (!value.addCell(member->cells[variableIndex], member->weight)) return 0;
+    if (!value.addCell(member->cells[variableIndex], member->weight)) return false;
   }
   if (value.variable().isCategorical()) computeSubtreeWeights(static_cast<CategoricalValue&>(value));
-  return 1;
+  return true;
 }
 
 // The numbers of the mother's modalities outside the set, in table order,
@@ -160,11 +160,11 @@ bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t va
   return true;
 }
 
-int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
+bool makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
                   std::span<const int32_t> daughters, RuleGroup& group) {
-  if (!chooseMother(matrix, motherIndex)) return 0;
+  if (!chooseMother(matrix, motherIndex)) return false;
   const auto& mother = static_cast<const CategoricalVariable&>(matrix.variable(static_cast<size_t>(motherIndex)));
-  if (!checkApplicable(mother, applicable) || !checkDaughters(matrix, motherIndex, daughters)) return 0;
+  if (!checkApplicable(mother, applicable) || !checkDaughters(matrix, motherIndex, daughters)) return false;
   const size_t buckets = mother.modalityCount() ? mother.modalityCount() : 1;
   RuleGroup made;
   try {
@@ -176,20 +176,20 @@ int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<c
       for (int32_t index : applicable)
         if (!rule->applicable.find(index)) rule->applicable.insert(index);
       // As compact as a reopened project has it, so the rule reads the same.
-      if (!rule->applicable.rebuild(rule->applicable.size())) throw std::bad_alloc();
+      rule->applicable.rebuild(rule->applicable.size());
       made.push_back(std::move(rule));
     }
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
   for (size_t i = 1; i < made.size(); ++i) made[i - 1]->next = made[i].get();
   group = std::move(made);
-  return 1;
+  return true;
 }
 
-int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
-  if (group.empty() || !fitsCells(matrix, group)) return 1;
+bool previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
+  if (group.empty() || !fitsCells(matrix, group)) return true;
   const DependenceRule& first = *group.front();
   long counted = 0;
   for (const Individual& individual : matrix.individuals) {
@@ -202,24 +202,24 @@ int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGro
                     matrix.variable(static_cast<size_t>(rule->daughter)).name.c_str(), cellText(cell).c_str());
     }
   }
-  if (counted == 0) return 1;
+  if (counted == 0) return true;
   if (counted > kListedValues) console.print("...");
   console.print("   %ld values will be replaced by NA", counted);
-  return 0;
+  return false;
 }
 
-int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
-  if (group.empty()) return 1;
+bool applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
+  if (group.empty()) return true;
   if (!fitsCells(matrix, group)) {
     setError("Invalid dependence rule");
-    return 0;
+    return false;
   }
   try {
     matrix.rules.reserve(matrix.rules.size() + group.size());
     if (matrix.isDaughter.size() < matrix.variableCount()) matrix.isDaughter.resize(matrix.variableCount(), 0);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
   const DependenceRule& first = *group.front();
   for (Individual& individual : matrix.individuals) {
@@ -237,14 +237,11 @@ int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
     for (Assertion& assertion : matrix.assertions) {
       if (refillValue(assertion, daughter)) continue;
       setError("Memory allocation failed");
-      return 0;
+      return false;
     }
-    if (!matrix.compactValues(daughter)) {
-      setError("Memory allocation failed");
-      return 0;
-    }
+    matrix.compactValues(daughter);
   }
-  return 1;
+  return true;
 }
 
 void describeRule(const SymbolicMatrix& matrix, const DependenceRule& rule, std::ostream& out) {

@@ -29,30 +29,30 @@ bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t va
 
 // Builds a group from the choices of the dependence dialog: applicable
 // modalities by index, daughters by variable index, both in the order given.
-// Returns 0 with the last-error text set when a choice is empty ("No mother
+// Returns false with the last-error text set when a choice is empty ("No mother
 // variable selected", "No modalities selected", "No daughter variables
 // selected"), invalid, or when memory runs out.
-int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
+[[nodiscard]] bool makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
                   std::span<const int32_t> daughters, RuleGroup& group);
 
 // Lists in the console the daughter values that applying the group would
 // replace by NA (the first 30, "..." when there are more, then
-// "   %d values will be replaced by NA"). Returns 1 when nothing would
+// "   %d values will be replaced by NA"). Returns true when nothing would
 // change (or when the group is not one that applyRule accepts), 0
 // otherwise.
-int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group);
+[[nodiscard]] bool previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group);
 
 // Replaces by NA the daughter cells of every individual whose mother cell is
 // NULL, NA or outside the applicable set (the kind bit and payload stay,
 // NULL gives way to NA), records the rules (daughters' lists, daughter marks,
 // rule list, which takes the group over) and recomputes the daughters'
-// values of every assertion from its members. Returns 0 with "Invalid
+// values of every assertion from its members. Returns false with "Invalid
 // dependence rule" and changes nothing when a rule does not name a
 // categorical cell-holding mother (the group's) and a cell-holding daughter.
-// Returns 0 with "Memory allocation failed" when memory runs out: before any
+// Returns false with "Memory allocation failed" when memory runs out: before any
 // cell changed when the rules cannot be recorded, after the replacement when
 // a value cannot be recomputed.
-int applyRule(SymbolicMatrix& matrix, RuleGroup&& group);
+[[nodiscard]] bool applyRule(SymbolicMatrix& matrix, RuleGroup&& group);
 
 // "daughter is applicable if mother in {"m1", "m2"}"
 void describeRule(const SymbolicMatrix& matrix, const DependenceRule& rule, std::ostream& out);

@@ -10,13 +10,13 @@ void QuantitativeValue::reset() {
   max = -std::numeric_limits<double>::max();
 }
 
-int QuantitativeValue::addCell(const CellValue& cell, double weight) {
-  int result;
+bool QuantitativeValue::addCell(const CellValue& cell, double weight) {
+  bool result;
   if (!acceptCell(cell, weight, result)) return result;
   const double number = cell.number;  // a copy: the cell's payload is packed
   min = std::min(min, number);
   max = std::max(max, number);
-  return 1;
+  return true;
 }
 
 void QuantitativeValue::writeText(std::ostream& out) const {

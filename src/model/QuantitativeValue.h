@@ -13,7 +13,7 @@ class QuantitativeValue final : public SymbolicValue {
   explicit QuantitativeValue(const QuantitativeVariable& variable) : SymbolicValue(variable) {}
 
   void reset() override;
-  int addCell(const CellValue& cell, double weight) override;
+  [[nodiscard]] bool addCell(const CellValue& cell, double weight) override;
   void writeText(std::ostream& out) const override;
   void writeValue(std::ostream& out) const override;
   double size() const override { return max > min ? max - min : 1.0; }

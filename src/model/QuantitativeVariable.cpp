@@ -8,19 +8,19 @@
 
 namespace velda {
 
-int QuantitativeVariable::addCell(const char* text, CellValue& cell) {
+bool QuantitativeVariable::addCell(const char* text, CellValue& cell) {
   const double number = text ? parseDecimal(text) : 0.0;
   // A database value that is not a finite number counts as missing.
   if (!text || !std::isfinite(number)) {
     cell.flags = CELL_NUMBER | CELL_NULL;
     cell.number = 0.0;
-    return 1;
+    return true;
   }
   if (number < min) min = number;
   if (number > max) max = number;
   cell.flags = CELL_NUMBER;
   cell.number = number;
-  return 1;
+  return true;
 }
 
 void QuantitativeVariable::writeDescription(std::ostream& out) const {

@@ -13,7 +13,7 @@ class QuantitativeVariable final : public SymbolicVariable {
   explicit QuantitativeVariable(std::string name, int32_t interval = 1) : SymbolicVariable(std::move(name), interval) {}
 
   bool isCategorical() const override { return false; }
-  int addCell(const char* text, CellValue& cell) override;
+  [[nodiscard]] bool addCell(const char* text, CellValue& cell) override;
   void writeDescription(std::ostream& out) const override;
   void writeDeclaration(std::ostream& out, int32_t number, double naCount, double nuCount,
                         const DeclarationStyle& style) const override;

@@ -14,11 +14,7 @@ SymbolicMatrix::SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets
     : individuals(individualBuckets), assertions(assertionBuckets), sampleCounters(kInitialCounters, 0) {}
 
 std::unique_ptr<SymbolicMatrix> SymbolicMatrix::create(size_t individualBuckets, size_t assertionBuckets) {
-  try {
-    return std::unique_ptr<SymbolicMatrix>(new SymbolicMatrix(individualBuckets, assertionBuckets));
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
+  return std::unique_ptr<SymbolicMatrix>(new SymbolicMatrix(individualBuckets, assertionBuckets));
 }
 
 void SymbolicMatrix::appendVariable(std::unique_ptr<SymbolicVariable> variable) {
@@ -118,22 +114,22 @@ void SymbolicMatrix::removeIndividual(Individual& individual) {
   individuals.erase(id);
 }
 
-int SymbolicMatrix::addMember(Assertion& assertion, const Individual& individual) {
+bool SymbolicMatrix::addMember(Assertion& assertion, const Individual& individual) {
   ++assertion.memberCount;
   for (size_t v = 0; v < cellCount; ++v)
-    if (!assertion.values[v]->addCell(individual.cells[v], individual.weight)) return 0;
-  return 1;
+    if (!assertion.values[v]->addCell(individual.cells[v], individual.weight)) return false;
+  return true;
 }
 
-int SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
+bool SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
   for (size_t v = 0; v < cellCount; ++v) assertion.values[v]->reset();
   assertion.memberCount = 0;
   for (const Individual* member : assertion.members)
-    if (!addMember(assertion, *member)) return 0;
-  return 1;
+    if (!addMember(assertion, *member)) return false;
+  return true;
 }
 
-int SymbolicMatrix::finish(bool sampled) {
+bool SymbolicMatrix::finish(bool sampled) {
   if (!individuals.empty()) individuals.rebuild(individuals.size());
   if (!assertions.empty()) assertions.rebuild(assertions.size());
 
@@ -143,7 +139,7 @@ int SymbolicMatrix::finish(bool sampled) {
       individual.forEachAssertion([&](Assertion* a) { ok = ok && addMember(*a, individual); });
       if (!ok) {
         setError("Memory allocation failed");
-        return 0;
+        return false;
       }
     }
   }
@@ -154,16 +150,15 @@ int SymbolicMatrix::finish(bool sampled) {
     if (variable.modalityCount() > 0) variable.compact();
     compactValues(v);
   }
-  return 1;
+  return true;
 }
 
-bool SymbolicMatrix::compactValues(size_t v) {
-  if (!variables[v]->isCategorical()) return true;
+void SymbolicMatrix::compactValues(size_t v) {
+  if (!variables[v]->isCategorical()) return;
   for (Assertion& a : assertions) {
     auto& value = static_cast<CategoricalValue&>(*a.values[v]);
-    if (!value.entries.empty() && !value.entries.rebuild(value.entries.size())) return false;
+    if (!value.entries.empty()) value.entries.rebuild(value.entries.size());
   }
-  return true;
 }
 
 int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {

@@ -27,7 +27,7 @@ class SymbolicMatrix {
   static constexpr size_t kInitialCounters = 999;
   static constexpr size_t kCounterGrowth = 100;
 
-  // A new empty matrix, or null when memory runs out.
+  // A new empty matrix. Throws std::bad_alloc.
   static std::unique_ptr<SymbolicMatrix> create(size_t individualBuckets = kIndividualBuckets,
                                                 size_t assertionBuckets = kAssertionBuckets);
 
@@ -73,21 +73,21 @@ class SymbolicMatrix {
   void link(Individual& individual, Assertion& assertion);
   void unlink(Individual& individual, Assertion& assertion);
   // Counts the individual and adds its cells, with its weight, to the
-  // assertion's values of the variables it holds cells for. Returns 0 at the
+  // assertion's values of the variables it holds cells for. Returns false at the
   // first refusal.
-  int addMember(Assertion& assertion, const Individual& individual);
+  [[nodiscard]] bool addMember(Assertion& assertion, const Individual& individual);
   // Empties the assertion's values of the cell-holding variables and adds
   // its members again.
-  int recomputeAssertion(Assertion& assertion);
+  [[nodiscard]] bool recomputeAssertion(Assertion& assertion);
 
   // Compacts the tables after an extraction; with sampling, first adds every
-  // individual to the assertions of its membership. Returns 0 (with
+  // individual to the assertions of its membership. Returns false (with
   // "Memory allocation failed" set) on failure.
-  int finish(bool sampled);
+  [[nodiscard]] bool finish(bool sampled);
   // Rebuilds the value tables of a categorical variable (in every
   // assertion) to as many buckets as entries: the order that a saved and
-  // reopened project has. False when memory runs out.
-  bool compactValues(size_t v);
+  // reopened project has. Throws std::bad_alloc, each table left as it was.
+  void compactValues(size_t v);
 
   // The per-assertion counters used while sampling: grown to (number + 100)
   // entries when a number does not fit.
@@ -131,7 +131,7 @@ class SymbolicMatrix {
   std::vector<Assertion*> orderedAssertions;
   // Rebuilds orderedAssertions from the assertion table. Returns false (list
   // emptied) when memory runs out or the numbers are not 0..count-1, each once.
-  bool indexAssertions();
+  [[nodiscard]] bool indexAssertions();
   // Whether orderedAssertions holds exactly the assertions of the table, each
   // at the slot of its number.
   bool assertionsIndexed() const;

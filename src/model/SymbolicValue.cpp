@@ -4,13 +4,13 @@
 
 namespace velda {
 
-bool SymbolicValue::acceptCell(const CellValue& cell, double weight, int& result) {
+bool SymbolicValue::acceptCell(const CellValue& cell, double weight, bool& result) {
   if (!variable_->multiple && totalWeight > 0) {
-    result = 0;
+    result = false;
     return false;
   }
   totalWeight += weight;
-  result = 1;
+  result = true;
   if (cell.flags & CELL_NULL) {
     nullWeight += weight;
     return false;

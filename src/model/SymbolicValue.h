@@ -23,9 +23,9 @@ class SymbolicValue {
   virtual bool isNull() const { return !hasData() && naWeight == 0.0; }
   virtual void reset() = 0;
   // Adds one member's cell with its weight. A single-valued variable takes
-  // one contribution only: a second one is refused with 0, as is a failed
-  // allocation.
-  virtual int addCell(const CellValue& cell, double weight) = 0;
+  // one contribution only: a second one is refused with false. Throws
+  // std::bad_alloc when memory runs out.
+  [[nodiscard]] virtual bool addCell(const CellValue& cell, double weight) = 0;
   // The bracketed form of the assertion display.
   virtual void writeText(std::ostream& out) const = 0;
   // The form of the symbolic text file.
@@ -50,7 +50,7 @@ class SymbolicValue {
   // Steps shared by both kinds: the single-valued refusal and the weights.
   // Returns false when the call is finished (refused, missing or cleared
   // cell) and sets result.
-  bool acceptCell(const CellValue& cell, double weight, int& result);
+  [[nodiscard]] bool acceptCell(const CellValue& cell, double weight, bool& result);
 
  private:
   const SymbolicVariable* variable_;

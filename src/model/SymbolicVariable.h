@@ -23,8 +23,8 @@ class SymbolicVariable {
 
   virtual bool isCategorical() const = 0;
   // Turns one row's database text (null for a NULL column) into a cell,
-  // growing the variable's domain. Returns 0 when memory runs out.
-  virtual int addCell(const char* text, CellValue& cell) = 0;
+  // growing the variable's domain. Returns false when memory runs out.
+  [[nodiscard]] virtual bool addCell(const char* text, CellValue& cell) = 0;
   virtual void writeDescription(std::ostream& out) const = 0;
   // Writes the variable's item of the symbolic text file's VARIABLES block,
   // under its number in the file, with its NA and NU counts over the rows

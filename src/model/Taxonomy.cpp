@@ -84,24 +84,24 @@ void removeTaxonomy(SymbolicMatrix& matrix, size_t variableIndex) {
   settleTaxonomy(matrix, variableIndex);
 }
 
-int removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console) {
+bool removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console) {
   std::vector<int32_t> chosen;
-  if (!sortedSelection(variableIndexes, matrix.variableCount(), chosen)) return 0;
+  if (!sortedSelection(variableIndexes, matrix.variableCount(), chosen)) return false;
   for (int32_t index : chosen) {
     if (hasTaxonomy(matrix.variable(static_cast<size_t>(index)))) continue;
     setError("Variable '%s' has no taxonomy", matrix.variable(static_cast<size_t>(index)).name.c_str());
-    return 0;
+    return false;
   }
-  if (chosen.empty()) return 1;
+  if (chosen.empty()) return true;
   try {
     console.print("%d taxonomies removed:", static_cast<int>(chosen.size()));
     for (int32_t index : chosen) console.print("   %s", matrix.variable(static_cast<size_t>(index)).name.c_str());
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
   for (int32_t index : chosen) removeTaxonomy(matrix, static_cast<size_t>(index));
-  return 1;
+  return true;
 }
 
 void printTaxonomyCoverage(ConsoleLog& console, const SymbolicVariable& variable, int coveringNodes) {

@@ -45,11 +45,11 @@ std::vector<int32_t> taxonomyVariables(const SymbolicMatrix& matrix);
 void removeTaxonomy(SymbolicMatrix& matrix, size_t variableIndex);
 
 // The command's work: prints "%d taxonomies removed:" and "   %s" per
-// variable (in variable order), then removes each hierarchy. Returns 0 and
+// variable (in variable order), then removes each hierarchy. Returns false and
 // changes nothing when an index is not a variable with a hierarchy, or when
 // memory runs out (the last-error text says why). An empty choice does
-// nothing and returns 1.
-int removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
+// nothing and returns true.
+[[nodiscard]] bool removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
 
 // "taxonomy variable '%s': initial domain is covered by %d nodes"
 void printTaxonomyCoverage(ConsoleLog& console, const SymbolicVariable& variable, int coveringNodes);

@@ -12,17 +12,20 @@ TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(vari
   variable_.clearTaxonomy();
   // A query may name any number of nodes; without memory for the index the
   // lookups only walk the chains.
-  variable_.indexNames();
+  try {
+    variable_.indexNames();
+  } catch (const std::bad_alloc&) {
+  }
 }
 
 TaxonomyBuilder::~TaxonomyBuilder() {
   if (!finished_) variable_.clearTaxonomy();
 }
 
-int TaxonomyBuilder::fail() {
+bool TaxonomyBuilder::fail() {
   failed_ = true;
   variable_.clearTaxonomy();
-  return 0;
+  return false;
 }
 
 bool TaxonomyBuilder::isLeaf(const Modality& node) const { return variable_.modalities.find(node.name) == &node; }
@@ -36,8 +39,8 @@ Modality* TaxonomyBuilder::nodeNamed(std::string_view name) {
   }
 }
 
-int TaxonomyBuilder::addRow(TaxonomyRow row) {
-  if (failed_ || finished_) return 0;
+bool TaxonomyBuilder::addRow(TaxonomyRow row) {
+  if (failed_ || finished_) return false;
   ++line_;
   for (size_t column = 0; column < row.size(); ++column) {
     if (row[column]) continue;
@@ -53,19 +56,19 @@ int TaxonomyBuilder::addRow(TaxonomyRow row) {
     }
     if (!link(*child, *parent)) return fail();
   }
-  return 1;
+  return true;
 }
 
-int TaxonomyBuilder::link(Modality& child, Modality& parent) {
+bool TaxonomyBuilder::link(Modality& child, Modality& parent) {
   if (&child == &parent) {
     setError("Error at line %d: definition of parent of '%s' is itself", line_, child.name.c_str());
-    return 0;
+    return false;
   }
   if (child.parent) {
-    if (child.parent == &parent) return 1;
+    if (child.parent == &parent) return true;
     setError("Error at line %d: definition of parent of '%s' differs from its previous definition", line_,
              child.name.c_str());
-    return 0;
+    return false;
   }
   // The child has no parent yet, so it is the top of its own chain: the
   // link closes a cycle exactly when the parent's chain ends at the child.
@@ -74,13 +77,13 @@ int TaxonomyBuilder::link(Modality& child, Modality& parent) {
   if (top == &child) {
     setError("Error at line %d: query generates a cycle\n'%s' is on the path of '%s'", line_, child.name.c_str(),
              parent.name.c_str());
-    return 0;
+    return false;
   }
   child.parent = &parent;
   child.nextSibling = parent.firstChild;
   parent.firstChild = &child;
   if (isLeaf(child) || isLeaf(parent)) leafReached_ = true;
-  return 1;
+  return true;
 }
 
 int TaxonomyBuilder::finish() {

@@ -27,9 +27,9 @@ class TaxonomyBuilder {
   TaxonomyBuilder(const TaxonomyBuilder&) = delete;
   TaxonomyBuilder& operator=(const TaxonomyBuilder&) = delete;
 
-  // Links the path of the next row (lines are numbered from 1). Returns 1,
-  // or 0 after a failure (and for every row after one).
-  int addRow(TaxonomyRow row);
+  // Links the path of the next row (lines are numbered from 1). Returns true,
+  // or false after a failure (and for every row after one).
+  [[nodiscard]] bool addRow(TaxonomyRow row);
 
   // Completes the hierarchy and gives the variable its root. Returns the
   // number of nodes that cover the initial domain (at least 1), or 0.
@@ -40,15 +40,15 @@ class TaxonomyBuilder {
   // "root_" (the next index, so the last node) is made the parent of every
   // top: the modalities in table order, then the inner nodes, each put in
   // front of root_'s children as any link does.
-  int finish();
+  [[nodiscard]] int finish();
 
  private:
-  int link(Modality& child, Modality& parent);
+  [[nodiscard]] bool link(Modality& child, Modality& parent);
   // The leaf modality or inner node with this name, created as an inner
   // node when missing; null when memory runs out.
   Modality* nodeNamed(std::string_view name);
   bool isLeaf(const Modality& node) const;
-  int fail();
+  [[nodiscard]] bool fail();
 
   CategoricalVariable& variable_;
   int line_ = 0;

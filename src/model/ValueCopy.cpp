@@ -26,7 +26,7 @@ std::unique_ptr<SymbolicValue> copyValue(const SymbolicValue& value) {
     const auto& from = static_cast<const CategoricalValue&>(value);
     auto& to = static_cast<CategoricalValue&>(*copy);
     // Same bucket count and same insertion order give the same table order.
-    if (!to.entries.rebuild(from.entries.bucketCount())) throw std::bad_alloc();
+    to.entries.rebuild(from.entries.bucketCount());
     for (const ValueEntry& entry : from.entries) to.entries.insert(entry.index, entry.weight, entry.subtreeWeight);
   } else {
     const auto& from = static_cast<const QuantitativeValue&>(value);
@@ -37,14 +37,13 @@ std::unique_ptr<SymbolicValue> copyValue(const SymbolicValue& value) {
   return copy;
 }
 
-bool accumulateMember(Assertion& assertion, const Individual& individual, size_t cellCount) {
+void accumulateMember(Assertion& assertion, const Individual& individual, size_t cellCount) {
   ++assertion.memberCount;
   for (size_t v = 0; v < cellCount; ++v) {
     SymbolicValue& value = *assertion.values[v];
-    if (!value.variable().multiple && value.totalWeight > 0) continue;
-    if (!value.addCell(individual.cells[v], individual.weight)) return false;
+    // The first contribution is the one kept: the value refuses the others.
+    static_cast<void>(value.addCell(individual.cells[v], individual.weight));
   }
-  return true;
 }
 
 std::unique_ptr<Assertion> derivedAssertion(const Assertion& source, std::string id, int32_t number,

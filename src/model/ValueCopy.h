@@ -16,8 +16,8 @@ std::unique_ptr<SymbolicValue> copyValue(const SymbolicValue& value);
 // Adds the individual's cells of the first cellCount variables to the
 // assertion's values with its weight, and counts it as a member. A
 // single-valued value keeps its first contribution (a further one is
-// skipped, not an error). Returns false when memory runs out.
-bool accumulateMember(Assertion& assertion, const Individual& individual, size_t cellCount);
+// skipped, not an error). Throws std::bad_alloc.
+void accumulateMember(Assertion& assertion, const Individual& individual, size_t cellCount);
 
 // A fresh assertion (in no table) named `id`, with an empty value for each
 // of the first cellCount variables of `source` and a copy of the others.

@@ -125,16 +125,11 @@ class ValueEntryTable {
   }
 
   // Rehashes into n buckets (0 is taken as 1) and gives back the storage
-  // that the entries do not use. Returns false and keeps the table unchanged
-  // when the new bucket array cannot be allocated.
-  bool rebuild(size_t n) {
+  // that the entries do not use. Throws std::bad_alloc, and keeps the table
+  // unchanged, when the new bucket array cannot be allocated.
+  void rebuild(size_t n) {
     if (n == 0) n = 1;
-    std::vector<uint32_t> fresh;
-    try {
-      fresh.assign(n, kEnd);
-    } catch (const std::bad_alloc&) {
-      return false;
-    }
+    std::vector<uint32_t> fresh(n, kEnd);
     // Every entry is pushed on the head of its new chain, in iteration
     // order, and each chain is then reversed: the order of appending at the
     // tails.
@@ -163,7 +158,6 @@ class ValueEntryTable {
     // Rebuilt to as many buckets as entries, the chains are short.
     std::vector<uint32_t>().swap(tails_);
     std::vector<uint32_t>().swap(slots_);
-    return true;
   }
 
   template <bool Const>

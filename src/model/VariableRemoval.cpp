@@ -16,17 +16,17 @@ namespace {
 
 constexpr int32_t kRemoved = -1;
 
-int checkRemovable(const SymbolicMatrix& matrix, const std::vector<int32_t>& chosen) {
+[[nodiscard]] bool checkRemovable(const SymbolicMatrix& matrix, const std::vector<int32_t>& chosen) {
   if (chosen.size() == matrix.variableCount()) {
     setError("Impossible to remove all the variables");
-    return 0;
+    return false;
   }
   for (int32_t index : chosen) {
     if (!isUsedByRule(matrix, static_cast<size_t>(index))) continue;
     setError("Variable '%s' is used by a rule", matrix.variable(static_cast<size_t>(index)).name.c_str());
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 // Old variable index -> new one, kRemoved for the chosen variables.
@@ -73,25 +73,25 @@ bool isUsedByRule(const SymbolicMatrix& matrix, size_t variableIndex) {
   return false;
 }
 
-int removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offered) {
+bool removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offered) {
   offered.clear();
   try {
     for (size_t v = matrix.cellCount; v < matrix.variableCount(); ++v)
       if (!isUsedByRule(matrix, v)) offered.push_back(static_cast<int32_t>(v));
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
-  if (!offered.empty()) return 1;
+  if (!offered.empty()) return true;
   setError("No variable can be deleted. All are used by rules.");
-  return 0;
+  return false;
 }
 
-int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console) {
+bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console) {
   std::vector<int32_t> chosen;
-  if (!sortedSelection(variableIndexes, matrix.variableCount(), chosen)) return 0;
-  if (chosen.empty()) return 1;
-  if (!checkRemovable(matrix, chosen)) return 0;
+  if (!sortedSelection(variableIndexes, matrix.variableCount(), chosen)) return false;
+  if (chosen.empty()) return true;
+  if (!checkRemovable(matrix, chosen)) return false;
 
   size_t removedCells = 0;
   size_t removedMothers = 0;
@@ -109,7 +109,7 @@ int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableInd
     for (int32_t index : chosen) console.print("   %s", matrix.variable(static_cast<size_t>(index)).name.c_str());
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
 
   // Nothing below allocates.
@@ -133,7 +133,7 @@ int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableInd
   }
   matrix.recountKinds();
   countTaxonomies(matrix);
-  return 1;
+  return true;
 }
 
 }  // namespace velda

@@ -17,9 +17,9 @@ bool isUsedByRule(const SymbolicMatrix& matrix, size_t variableIndex);
 // order: those after the cell-holding ones (the added variables) that no
 // rule uses. The command is enabled only while the matrix has more variables
 // than cell-holding ones, which is exactly when this range is not empty.
-// Returns 1 with the list, or 0 with "No variable can be deleted. All are
+// Returns true with the list, or false with "No variable can be deleted. All are
 // used by rules." in the last-error text when nothing can be offered.
-int removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offered);
+[[nodiscard]] bool removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offered);
 
 // The command's work: prints "%d variables removed:" and "   %s" per
 // variable (in variable order), then removes the variables, their values in
@@ -27,10 +27,10 @@ int removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offer
 // classes) and, for cell-holding variables, their cells in every
 // individual (the cell-holding count goes down with them). Indexes held by
 // variables and rules are moved down over the removed ones; the kind and
-// taxonomy counters are recounted. Returns 0 and changes nothing when the
+// taxonomy counters are recounted. Returns false and changes nothing when the
 // choice covers every variable ("Impossible to remove all the variables"),
 // names a variable used by a rule or a variable that does not exist, or
-// when memory runs out. An empty choice does nothing and returns 1.
-int removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
+// when memory runs out. An empty choice does nothing and returns true.
+[[nodiscard]] bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
 
 }  // namespace velda

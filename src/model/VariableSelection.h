@@ -8,9 +8,9 @@
 namespace velda {
 
 // A choice of variables from a dialog or the command line, put in variable
-// order without repeats. Returns 0 with "Variable %d does not exist" in the
+// order without repeats. Returns false with "Variable %d does not exist" in the
 // last-error text when an index is outside 0..variableCount-1, and with
 // "Memory allocation failed" when memory runs out.
-int sortedSelection(std::span<const int32_t> chosen, size_t variableCount, std::vector<int32_t>& sorted);
+[[nodiscard]] bool sortedSelection(std::span<const int32_t> chosen, size_t variableCount, std::vector<int32_t>& sorted);
 
 }  // namespace velda

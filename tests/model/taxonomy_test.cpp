@@ -130,7 +130,7 @@ TEST(TaxonomyBuilder, RepeatedRowsAreAcceptedOnceAndFailuresStick) {
 TEST(TaxonomyBuilder, ANewTaxonomyStartsFromTheUsualNodeBuckets) {
   // As after Open, which sizes the node table to the nodes it read.
   auto variable = withLeaves({"a", "b"});
-  ASSERT_TRUE(variable->nodes.rebuild(1));
+  variable->nodes.rebuild(1);
   EXPECT_EQ(buildFrom(*variable, {{"a", "X"}, {"b", "Y"}}), 2);
   EXPECT_EQ(variable->nodes.bucketCount(), CategoricalVariable::kNodeTableBuckets);
   // X, Y and root_ hash to 88, 89 and 839003: buckets 8, 9 and 3 of 10.

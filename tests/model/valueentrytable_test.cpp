@@ -26,11 +26,11 @@ TEST(ValueEntryTable, KeepsTheOrderOfAChainedTable) {
   EXPECT_EQ(table.find(5), nullptr);
 
   // Walks 3, 4, 1, 7, 2 into 2 buckets: 0 -> 4, 2; 1 -> 3, 1, 7.
-  ASSERT_TRUE(table.rebuild(2));
+  table.rebuild(2);
   EXPECT_EQ(table.bucketCount(), 2u);
   EXPECT_EQ(indexesInOrder(table), (std::vector<int32_t>{4, 2, 3, 1, 7}));
   // The same count again changes nothing; later entries go to the tails.
-  ASSERT_TRUE(table.rebuild(2));
+  table.rebuild(2);
   table.insert(6);
   table.insert(9);
   EXPECT_EQ(indexesInOrder(table), (std::vector<int32_t>{4, 2, 6, 3, 1, 7, 9}));
@@ -72,7 +72,7 @@ TEST(ValueEntryTable, ManyEntriesKeepTheOrderAndAreFound) {
     table.clear();
   }
   for (int32_t index : inserted) table.insert(index);
-  ASSERT_TRUE(table.rebuild(100));
+  table.rebuild(100);
   EXPECT_EQ(indexesInOrder(table), expectedOrder(expectedOrder(inserted, 9), 100));
   table.insert(5003);
   EXPECT_NE(table.find(5003), nullptr);
@@ -97,7 +97,7 @@ TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
   EXPECT_EQ(table.bucketCount(), 1u);
   EXPECT_EQ(table.find(5), nullptr);
 
-  ASSERT_TRUE(moved.rebuild(4));
+  moved.rebuild(4);
   moved.clear();
   EXPECT_TRUE(moved.empty());
   EXPECT_EQ(moved.bucketCount(), 4u) << "clear keeps the bucket count";
@@ -105,7 +105,7 @@ TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
   moved.insert(8);
   moved.insert(3);
   EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{8, 3}));
-  ASSERT_TRUE(moved.rebuild(0));
+  moved.rebuild(0);
   EXPECT_EQ(moved.bucketCount(), 1u);
   EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{8, 3}));
 }
