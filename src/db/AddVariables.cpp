@@ -30,38 +30,38 @@ const char* textOrNull(const QueryStatement& statement, int i) {
   return statement.isNull(i) ? nullptr : statement.text(i);
 }
 
-int failWithStatementError(QueryStatement& statement) {
+[[nodiscard]] int failWithStatementError(QueryStatement& statement) {
   setError("%s", statement.errorText().c_str());
   return 0;
 }
 
-int memoryFailure() {
+[[nodiscard]] int memoryFailure() {
   setError("Memory allocation failed");
   return 0;
 }
 
-int checkColumns(const QueryStatement& statement, Form form) {
+[[nodiscard]] bool checkColumns(const QueryStatement& statement, Form form) {
   const int count = statement.columnCount();
   if (count < 2 || (form == Form::Multiple && count != 3)) {
     setError("Incorrect number of column");
-    return 0;
+    return false;
   }
   if (statement.columnKind(0) != COLUMN_CHARACTER) {
     setError("Invalid assertion column type");
-    return 0;
+    return false;
   }
   if (form == Form::Multiple && statement.columnKind(2) == COLUMN_CHARACTER) {
     setError("Invalid ponderation column type");
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 // A query may bring any number of categories: the new variable's names are
 // indexed from the start.
 std::unique_ptr<CategoricalVariable> newCategoricalVariable(std::string name, int32_t multiple) {
   auto variable = std::make_unique<CategoricalVariable>(std::move(name), multiple, kModalityBuckets);
-  if (!variable->indexNames()) throw std::bad_alloc();
+  variable->indexNames();
   return variable;
 }
 
@@ -83,7 +83,7 @@ void showRow(int line) {
   if (line % kProgressStep == 0) progressLine2("Row %d", line);
 }
 
-int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
+[[nodiscard]] int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
   int line = 0;
   for (;;) {
     if (cancelRequested()) return kCancelled;
@@ -109,13 +109,13 @@ int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
 }
 
 // NULL, no number, zero, negative or infinite weights are refused.
-bool readWeight(const QueryStatement& statement, double& weight) {
+[[nodiscard]] bool readWeight(const QueryStatement& statement, double& weight) {
   if (statement.isNull(2)) return false;
   weight = parseDecimal(statement.text(2));
   return weight > 0.0 && weight <= kLargestWeight;
 }
 
-int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
+[[nodiscard]] int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
   auto& variable = static_cast<CategoricalVariable&>(pending.variable(0));
   int line = 0;
   for (;;) {
@@ -165,7 +165,7 @@ void reportAdded(const SymbolicMatrix& matrix, const PendingVariables& pending, 
                 static_cast<int>(matrix.categoricalCount()), static_cast<int>(matrix.quantitativeCount()));
 }
 
-int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
+[[nodiscard]] int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
                  ConsoleLog& console) {
   progressLine1("Adding variables...");
   QueryStatement statement;
@@ -192,9 +192,7 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   const size_t firstAdded = matrix.variableCount();
   if (!pending.commit()) return 0;
   // The new values in the order that a saved and reopened project has.
-  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) {
-    if (!matrix.compactValues(v)) return memoryFailure();
-  }
+  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) matrix.compactValues(v);
   try {
     reportAdded(matrix, pending, firstAdded, form, console);
   } catch (const std::bad_alloc&) {
@@ -203,8 +201,8 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   return 1;
 }
 
-int addVariablesSafely(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
-                       ConsoleLog& console) {
+[[nodiscard]] int addVariablesSafely(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
+                      ConsoleLog& console) {
   try {
     return addVariables(matrix, connection, sql, form, console);
   } catch (const std::bad_alloc&) {
@@ -215,12 +213,12 @@ int addVariablesSafely(SymbolicMatrix& matrix, const Connection& connection, con
 }  // namespace
 
 int addUniqueVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                       ConsoleLog& console) {
+                      ConsoleLog& console) {
   return addVariablesSafely(matrix, connection, sql, Form::Unique, console);
 }
 
 int addMultipleVariable(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                        ConsoleLog& console) {
+                       ConsoleLog& console) {
   return addVariablesSafely(matrix, connection, sql, Form::Multiple, console);
 }
 

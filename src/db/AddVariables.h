@@ -26,13 +26,13 @@ class SymbolicMatrix;
 // Single-valued form: column 1 names an assertion, every further column is
 // a new single-valued variable (categorical for a character column,
 // quantitative otherwise). One row per assertion at most.
-int addUniqueVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
+[[nodiscard]] int addUniqueVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
                        ConsoleLog& console);
 
 // Set-valued form: exactly three columns, the assertion, a category of the
 // new set-valued variable (named after column 2) and its weight for that
 // assertion. One row per assertion and category at most.
-int addMultipleVariable(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
+[[nodiscard]] int addMultipleVariable(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
                         ConsoleLog& console);
 
 }  // namespace velda

@@ -24,7 +24,7 @@ constexpr auto kPollPeriod = std::chrono::milliseconds(50);
 constexpr size_t kValueCapacity = 254;
 
 // Reads column i of the current row as text; false on a driver error.
-bool readValue(SQLHSTMT stmt, SQLUSMALLINT column, std::optional<std::string>& value) {
+[[nodiscard]] bool readValue(SQLHSTMT stmt, SQLUSMALLINT column, std::optional<std::string>& value) {
   char buffer[kValueCapacity + 1] = {};
   SQLLEN length = 0;
   const SQLRETURN rc = SQLGetData(stmt, column, SQL_C_CHAR, buffer, sizeof buffer, &length);
@@ -72,11 +72,11 @@ void reportDriverError(SQLHSTMT stmt) {
 
 }  // namespace
 
-int runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink) {
+bool runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink) {
   StatementHandle statement(connection.handle());
   if (!statement.valid()) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
   std::atomic<bool> cancelled = false;
   std::future<Ending> done = std::async(std::launch::async, [&] {
@@ -96,10 +96,10 @@ int runCancellableQuery(const Connection& connection, const std::string& sql, co
   const Ending ending = done.get();
   if (cancelled) {
     setError("Aggregation cancelled");
-    return 0;
+    return false;
   }
   if (ending == Ending::DriverError) reportDriverError(statement.get());
-  return ending == Ending::Done ? 1 : 0;
+  return ending == Ending::Done;
 }
 
 }  // namespace velda

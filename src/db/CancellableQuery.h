@@ -20,9 +20,9 @@ using RowSink = std::function<bool(const TextRow&)>;
 // runs beside the user-interface thread, which keeps polling the progress
 // target; when the user cancels, the running statement is cancelled with
 // SQLCancel. The sink runs on the statement's thread: it must only touch
-// what nothing else reads until the call returns. Returns 1, or 0 with the
+// what nothing else reads until the call returns. Returns true, or false with the
 // last-error text set (the sink's, the driver's message, or "Aggregation
 // cancelled").
-int runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink);
+[[nodiscard]] bool runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink);
 
 }  // namespace velda

@@ -27,7 +27,7 @@ double numberOf(const std::optional<std::string>& value) { return value ? parseD
 // The query's columns, read from a form of it that returns no row. The
 // statement layer refuses anything but a select before sending it, and
 // columns of a type that the model cannot hold, with its own messages.
-bool describeColumns(const Connection& connection, const std::string& sql, std::vector<ExtractionColumn>& columns) {
+[[nodiscard]] bool describeColumns(const Connection& connection, const std::string& sql, std::vector<ExtractionColumn>& columns) {
   QueryStatement statement;
   const bool isSelect = sql.size() >= 6 && strncasecmp(sql.c_str(), "select", 6) == 0;
   if (!statement.execute(connection, isSelect ? AggregateSql::description(sql) : sql)) {
@@ -47,17 +47,17 @@ class Aggregation {
 
   // Each step returns false with the last-error text set when the
   // extraction must end. The check gives the number of distinct individuals.
-  bool checkIndividuals(long& individuals);
-  bool readGroups();
-  bool readCategories(size_t variable);
+  [[nodiscard]] bool checkIndividuals(long& individuals);
+  [[nodiscard]] bool readGroups();
+  [[nodiscard]] bool readCategories(size_t variable);
   // Numbers the assertions in ascending byte order of their names.
   void numberGroups();
 
  private:
   // Runs one aggregate whose rows have the given number of columns.
-  bool run(const std::string& sql, size_t width, const RowSink& sink);
+  [[nodiscard]] bool run(const std::string& sql, size_t width, const RowSink& sink);
   Assertion& groupNamed(const std::string& name);
-  bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
+  [[nodiscard]] bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
   SymbolicMatrix& matrix_;
@@ -184,7 +184,7 @@ bool Aggregation::readCategories(size_t variable) {
     return false;
   }
   CellValue missing;
-  matrix_.variable(variable).addCell(nullptr, missing);  // a NULL cell takes no memory
+  static_cast<void>(matrix_.variable(variable).addCell(nullptr, missing));  // a NULL cell cannot fail
   for (const Weighed& w : weighed) {
     const CellValue& cell = w.name < 0 ? missing : cells[static_cast<size_t>(w.name)];
     if (w.assertion->value(variable).addCell(cell, w.weight)) continue;

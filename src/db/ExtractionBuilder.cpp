@@ -31,7 +31,7 @@ double readWeight(const char* text) { return text ? parseDecimal(text) : 0.0; }
 bool isValidWeight(double weight) { return weight > 0.0 && std::isfinite(weight); }
 
 // Sets the reason and returns false for a weight that cannot be taken.
-bool acceptedWeight(double weight, const char* individualId) {
+[[nodiscard]] bool acceptedWeight(double weight, const char* individualId) {
   if (!isValidWeight(weight)) {
     setError("Ponderation of individual '%s' is null or negative", individualId);
     return false;
@@ -56,11 +56,12 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
   for (size_t v = 0; v < variableCount; ++v) {
     if (!matrix_->variable(v).isCategorical()) continue;
     cellCaches_[v] = std::make_unique<ExtractionCellCache>();
-    if (!static_cast<CategoricalVariable&>(matrix_->variable(v)).indexNames()) throw std::bad_alloc();
+    static_cast<CategoricalVariable&>(matrix_->variable(v)).indexNames();
   }
   // Individuals and assertions are appended to the long chains of tables
   // whose bucket counts stay fixed until the matrix is finished.
-  if (!matrix_->individuals.trackTails(true) || !matrix_->assertions.trackTails(true)) throw std::bad_alloc();
+  matrix_->individuals.trackTails(true);
+  matrix_->assertions.trackTails(true);
 }
 
 std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
@@ -94,7 +95,6 @@ std::unique_ptr<SymbolicMatrix> ExtractionBuilder::matrixFor(const std::vector<E
   }
   try {
     std::unique_ptr<SymbolicMatrix> matrix = SymbolicMatrix::create();
-    if (!matrix) throw std::bad_alloc();
     matrix->individualColumn = columns[0].name;
     matrix->assertionColumn = columns[1].name;
     if (options.lastColumnIsWeight) matrix->weightColumn = columns.back().name;
@@ -112,19 +112,19 @@ std::unique_ptr<SymbolicMatrix> ExtractionBuilder::matrixFor(const std::vector<E
   }
 }
 
-int ExtractionBuilder::processRow(const char* const* texts) {
+bool ExtractionBuilder::processRow(const char* const* texts) {
   try {
     return addRow(texts);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
 }
 
-int ExtractionBuilder::addRow(const char* const* texts) {
+bool ExtractionBuilder::addRow(const char* const* texts) {
   const char* individualId = texts[0];
   const char* assertionId = texts[1];
-  if (!individualId || !assertionId) return 1;
+  if (!individualId || !assertionId) return true;
 
   // The individual's and the group's lookups reach memory that is rarely in
   // the cache: start loading it now, to arrive while the cells are read.
@@ -135,50 +135,50 @@ int ExtractionBuilder::addRow(const char* const* texts) {
 
   if (!readCells(texts)) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
   const double weight = weighted_ ? readWeight(texts[variableCount_ + 2]) : 1.0;
 
   Individual* individual = seenIndividuals_.mayContain(idHash) ? matrix_->findIndividual(individualId) : nullptr;
   if (individual) {
-    if (!checkRepeat(*individual, weight)) return 0;
+    if (!checkRepeat(*individual, weight)) return false;
   } else {
-    if (!acceptedWeight(weight, individualId)) return 0;
+    if (!acceptedWeight(weight, individualId)) return false;
     individual = &insertIndividual(individualId, weight);
     seenIndividuals_.add(idHash);
   }
 
   Assertion& assertion = assertionNamed(assertionId, groupHash);
-  if (matrix_->isMember(*individual, assertion)) return 1;  // a duplicate row
+  if (matrix_->isMember(*individual, assertion)) return true;  // a duplicate row
   matrix_->link(*individual, assertion);
   if (sampleSize_ > 0) sample(*individual, assertion);
-  return 1;
+  return true;
 }
 
-int ExtractionBuilder::readCells(const char* const* texts) {
+bool ExtractionBuilder::readCells(const char* const* texts) {
   for (size_t v = 0; v < variableCount_; ++v) {
     SymbolicVariable& variable = matrix_->variable(v);
     const char* text = texts[v + 2];
     ExtractionCellCache* cache = cellCaches_[v].get();
-    if (!(cache ? cache->addCell(variable, text, rowCells_[v]) : variable.addCell(text, rowCells_[v]))) return 0;
+    if (!(cache ? cache->addCell(variable, text, rowCells_[v]) : variable.addCell(text, rowCells_[v]))) return false;
   }
-  return 1;
+  return true;
 }
 
 // A repeated individual must come with the same cells and the same weight.
-int ExtractionBuilder::checkRepeat(const Individual& individual, double weight) const {
+bool ExtractionBuilder::checkRepeat(const Individual& individual, double weight) const {
   for (size_t v = 0; v < variableCount_; ++v) {
     if (rowCells_[v].sameAs(individual.cells[v])) continue;
     setError("Value of column '%s' differ from previous definition of '%s'", matrix_->variable(v).name.c_str(),
              individual.id.c_str());
-    return 0;
+    return false;
   }
-  if (!acceptedWeight(weight, individual.id.c_str())) return 0;
+  if (!acceptedWeight(weight, individual.id.c_str())) return false;
   if (weight != individual.weight) {
     setError("Ponderation differ from previous definition of '%s'", individual.id.c_str());
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 Individual& ExtractionBuilder::insertIndividual(const char* id, double weight) {
@@ -226,7 +226,7 @@ void ExtractionBuilder::dropMembership(Individual& individual, Assertion& assert
 // the query, and one group's values then stay in the processor's cache while
 // its members are added. The sums and the order in which categories enter the
 // values are the same as row by row.
-int ExtractionBuilder::addMembers() {
+bool ExtractionBuilder::addMembers() {
   for (Assertion& assertion : matrix_->assertions) {
     // The member list has its final length: its spare room, given back
     // now, is reused by the values built next.
@@ -234,10 +234,10 @@ int ExtractionBuilder::addMembers() {
     for (const Individual* member : assertion.members) {
       if (matrix_->addMember(assertion, *member)) continue;
       setError("Memory allocation failed");
-      return 0;
+      return false;
     }
   }
-  return 1;
+  return true;
 }
 
 std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {

@@ -42,8 +42,8 @@ class ExtractionBuilder {
                                                    const ExtractionOptions& options);
 
   // Adds one row; texts[i] is column i's text, null when it is NULL.
-  // Returns 0, with the last-error text set, when the extraction must end.
-  int processRow(const char* const* texts);
+  // Returns false, with the last-error text set, when the extraction must end.
+  [[nodiscard]] bool processRow(const char* const* texts);
 
   // Compacts the matrix and hands it over (null, with the last-error text
   // set, when memory runs out).
@@ -52,14 +52,14 @@ class ExtractionBuilder {
  private:
   ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, size_t variableCount, const ExtractionOptions& options);
 
-  int addRow(const char* const* texts);
-  int readCells(const char* const* texts);
-  int checkRepeat(const Individual& individual, double weight) const;
+  [[nodiscard]] bool addRow(const char* const* texts);
+  [[nodiscard]] bool readCells(const char* const* texts);
+  [[nodiscard]] bool checkRepeat(const Individual& individual, double weight) const;
   Individual& insertIndividual(const char* id, double weight);
   Assertion& assertionNamed(const char* id, uint64_t hash);
   void sample(Individual& newcomer, Assertion& assertion);
   void dropMembership(Individual& individual, Assertion& assertion);
-  int addMembers();
+  [[nodiscard]] bool addMembers();
 
   std::unique_ptr<SymbolicMatrix> matrix_;
   size_t variableCount_;

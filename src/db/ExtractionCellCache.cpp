@@ -22,7 +22,7 @@ uint32_t hashText(const char* text, size_t& length) {
 
 }  // namespace
 
-int ExtractionCellCache::addCell(SymbolicVariable& variable, const char* text, CellValue& cell) {
+bool ExtractionCellCache::addCell(SymbolicVariable& variable, const char* text, CellValue& cell) {
   if (!text) return variable.addCell(text, cell);
   size_t length = 0;
   const uint32_t hash = hashText(text, length);
@@ -34,12 +34,12 @@ int ExtractionCellCache::addCell(SymbolicVariable& variable, const char* text, C
       if (slot.hash != hash || modality->name.size() != length || std::memcmp(modality->name.data(), text, length))
         continue;
       cell = slot.cell;
-      return 1;
+      return true;
     }
   }
-  if (!variable.addCell(text, cell)) return 0;
+  if (!variable.addCell(text, cell)) return false;
   if (cell.flags == CELL_MODALITY && cell.modality && count_ < kMaxTexts) remember(hash, cell);
-  return 1;
+  return true;
 }
 
 void ExtractionCellCache::remember(uint32_t hash, const CellValue& cell) {

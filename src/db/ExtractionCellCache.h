@@ -19,9 +19,9 @@ class ExtractionCellCache {
  public:
   static constexpr size_t kMaxTexts = 4096;
 
-  // Sets cell as variable.addCell(text, cell) does. Returns 0 when memory
+  // Sets cell as variable.addCell(text, cell) does. Returns false when memory
   // runs out; throws std::bad_alloc when the cache cannot grow.
-  int addCell(SymbolicVariable& variable, const char* text, CellValue& cell);
+  [[nodiscard]] bool addCell(SymbolicVariable& variable, const char* text, CellValue& cell);
 
  private:
   struct Slot {

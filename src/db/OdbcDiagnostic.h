@@ -12,6 +12,6 @@ struct OdbcDiagnostic {
 
 // Reads the first record of the handle (handleType is SQL_HANDLE_ENV, _DBC or
 // _STMT). False when there is none or it cannot be read.
-bool readDiagnostic(short handleType, void* handle, OdbcDiagnostic& diagnostic);
+[[nodiscard]] bool readDiagnostic(short handleType, void* handle, OdbcDiagnostic& diagnostic);
 
 }  // namespace velda

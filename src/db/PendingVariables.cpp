@@ -40,14 +40,14 @@ size_t PendingVariables::coveredCount() const {
   return static_cast<size_t>(std::count(covered_.begin(), covered_.end(), 1));
 }
 
-int PendingVariables::commit() {
+bool PendingVariables::commit() {
   try {
     matrix_.appendVariables(variables_, values_);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 }  // namespace velda

@@ -37,10 +37,10 @@ class PendingVariables {
   bool isCovered(size_t position) const { return covered_[position] != 0; }
   size_t coveredCount() const;
 
-  // Appends the variables and their values to the matrix. Returns 0 (with
+  // Appends the variables and their values to the matrix. Returns false (with
   // "Memory allocation failed" set), leaving the matrix unchanged, when
   // memory runs out.
-  int commit();
+  [[nodiscard]] bool commit();
 
  private:
   SymbolicMatrix& matrix_;

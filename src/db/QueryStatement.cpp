@@ -30,7 +30,7 @@ const char* const kOracleNumberHint =
 
 // The kind of a column of the given SQL type; false for a type that the
 // symbolic model cannot hold.
-bool kindOfSqlType(SQLSMALLINT sqlType, ColumnKind& kind) {
+[[nodiscard]] bool kindOfSqlType(SQLSMALLINT sqlType, ColumnKind& kind) {
   switch (sqlType) {
     case SQL_CHAR:
     case SQL_VARCHAR:
@@ -67,12 +67,12 @@ void cleanFetchedText(char* text, SQLLEN fetchedLength) {
 
 QueryStatement::~QueryStatement() { close(); }
 
-int QueryStatement::fail(StatementStatus status) {
+bool QueryStatement::fail(StatementStatus status) {
   status_ = status;
-  return 0;
+  return false;
 }
 
-int QueryStatement::execute(const Connection& connection, const std::string& sql) {
+bool QueryStatement::execute(const Connection& connection, const std::string& sql) {
   close();
   if (sql.size() < 6 || strncasecmp(sql.c_str(), "select", 6) != 0) return fail(STATUS_NOT_SELECT);
   dbc_ = connection.handle();
@@ -90,7 +90,7 @@ int QueryStatement::execute(const Connection& connection, const std::string& sql
   }
 }
 
-int QueryStatement::bindColumns() {
+bool QueryStatement::bindColumns() {
   SQLSMALLINT count = 0;
   if (!SQL_SUCCEEDED(SQLNumResultCols(stmt_, &count))) return fail(STATUS_ODBC_ERROR);
   std::vector<ResultColumn> columns(static_cast<size_t>(count < 0 ? 0 : count));
@@ -121,15 +121,15 @@ int QueryStatement::bindColumns() {
       return fail(STATUS_ODBC_ERROR);
     }
   }
-  return 1;
+  return true;
 }
 
-int QueryStatement::fetch() {
+bool QueryStatement::fetch() {
   if (!stmt_) return fail(STATUS_ODBC_ERROR);
   const SQLRETURN rc = SQLFetch(stmt_);
   if (rc == SQL_NO_DATA) {
     status_ = STATUS_OK;
-    return 0;
+    return false;
   }
   if (!SQL_SUCCEEDED(rc)) return fail(STATUS_ODBC_ERROR);
   for (ResultColumn& column : columns_) {
@@ -139,7 +139,7 @@ int QueryStatement::fetch() {
     }
     cleanFetchedText(column.buffer, column.indicator);
   }
-  return 1;
+  return true;
 }
 
 void QueryStatement::close() {

@@ -40,11 +40,11 @@ class QueryStatement {
   QueryStatement(const QueryStatement&) = delete;
   QueryStatement& operator=(const QueryStatement&) = delete;
 
-  // Runs a select. Returns 1, or 0 with the status set.
-  int execute(const Connection& connection, const std::string& sql);
-  // Reads the next row: 1 for a row, 0 at the end of data (status 0) or on
+  // Runs a select. Returns true, or false with the status set.
+  [[nodiscard]] bool execute(const Connection& connection, const std::string& sql);
+  // Reads the next row: true for a row, false at the end of data (status 0) or on
   // an error (status 1).
-  int fetch();
+  [[nodiscard]] bool fetch();
   // Frees the statement and its columns.
   void close();
   // The text for the current status (empty for 0); resets the status.
@@ -60,8 +60,8 @@ class QueryStatement {
   StatementStatus status() const { return status_; }
 
  private:
-  int fail(StatementStatus status);
-  int bindColumns();
+  [[nodiscard]] bool fail(StatementStatus status);
+  [[nodiscard]] bool bindColumns();
 
   void* dbc_ = nullptr;   // the connection's handle, not owned
   void* stmt_ = nullptr;

@@ -32,24 +32,24 @@ std::string columnText(SQLHSTMT stmt, SQLUSMALLINT column) {
   return std::string(buffer, decodeFetchedText(buffer, size, cut));
 }
 
-int failWithDiagnostic(SQLHSTMT stmt) {
+[[nodiscard]] bool failWithDiagnostic(SQLHSTMT stmt) {
   OdbcDiagnostic diagnostic;
   if (readDiagnostic(SQL_HANDLE_STMT, stmt, diagnostic)) {
     setError("Error %s: %s", diagnostic.state.c_str(), diagnostic.message.c_str());
   } else {
     setError("Unable to list the tables of the data source");
   }
-  return 0;
+  return false;
 }
 
 }  // namespace
 
-int listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& entries) {
+bool listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& entries) {
   try {
     StatementHandle stmt(connection.handle());
     if (!stmt.valid()) {
       setError("Unable to list the tables of the data source");
-      return 0;
+      return false;
     }
     SQLCHAR types[] = "TABLE,VIEW";
     if (!SQL_SUCCEEDED(SQLTables(stmt.get(), nullptr, 0, nullptr, 0, nullptr, 0, types, SQL_NTS))) {
@@ -67,10 +67,10 @@ int listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& 
       return a.type != b.type ? a.type < b.type : a.name < b.name;
     });
     entries = std::move(found);
-    return 1;
+    return true;
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    return false;
   }
 }
 

@@ -14,8 +14,8 @@ struct CatalogEntry {
 };
 
 // The tables and views of the data source, tables first, each sorted by
-// name. Returns 1 (entries replaced), or 0 with the driver's message in the
+// name. Returns true (entries replaced), or false with the driver's message in the
 // last-error text (entries unchanged).
-int listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& entries);
+[[nodiscard]] bool listTablesAndViews(const Connection& connection, std::vector<CatalogEntry>& entries);
 
 }  // namespace velda

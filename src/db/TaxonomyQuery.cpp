@@ -16,16 +16,16 @@ namespace velda {
 
 namespace {
 
-int checkCharacterColumns(const QueryStatement& statement) {
+[[nodiscard]] bool checkCharacterColumns(const QueryStatement& statement) {
   for (int column = 0; column < statement.columnCount(); ++column) {
     if (statement.columnKind(column) == COLUMN_CHARACTER) continue;
     setError("Column %d must be of char type", column);
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
-int readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
+[[nodiscard]] bool readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
   std::vector<std::optional<std::string_view>> row(static_cast<size_t>(statement.columnCount()));
   while (statement.fetch()) {
     for (int column = 0; column < statement.columnCount(); ++column) {
@@ -35,11 +35,11 @@ int readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
       else
         name = statement.text(column);
     }
-    if (!builder.addRow(row)) return 0;
+    if (!builder.addRow(row)) return false;
   }
-  if (statement.status() == STATUS_OK) return 1;
+  if (statement.status() == STATUS_OK) return true;
   setError("%s", statement.errorText().c_str());
-  return 0;
+  return false;
 }
 
 }  // namespace

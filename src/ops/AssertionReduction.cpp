@@ -13,26 +13,26 @@ int32_t AssertionReduction::budget(int32_t threshold, int32_t n) {
   return k < 0 ? 0 : static_cast<int32_t>(k);
 }
 
-int AssertionReduction::run() {
+bool AssertionReduction::run() {
   progressLine2("Assertion %s", record_.assertion().id.c_str());
-  if (!record_.prepare(matrix_)) return 0;
+  if (!record_.prepare(matrix_)) return false;
   const int32_t n = record_.size();
-  if (n == 0) return 1;
+  if (n == 0) return true;
   budget_ = budget(threshold_, n);
   minimumKept_ = n - budget_;
   try {
-    if (!gatherCandidates()) return 1;
+    if (!gatherCandidates()) return true;
     greedyPhase();
     bestVolume_ = record_.volume(matrix_);
     prepareSearch();
     const Status status = level(static_cast<int32_t>(order_.size()) - 1, record_.covered());
-    if (status == Status::Cancelled) return 0;
+    if (status == Status::Cancelled) return false;
     capped_ = status == Status::Capped;
     applyBest();
   } catch (const std::bad_alloc&) {
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 // The list is built as a list whose new steps go in front: the last step

@@ -33,8 +33,8 @@ class AssertionReduction {
                      int64_t levelCap = kSearchLevelCap)
       : matrix_(matrix), record_(record), threshold_(threshold), cancel_(cancel), levelCap_(levelCap) {}
 
-  // 1 on success, 0 when memory runs out or the user cancelled.
-  int run();
+  // True on success, false when memory runs out or the user cancelled.
+  [[nodiscard]] bool run();
 
   // k = floor((100 - threshold) x N / 100), at most N - 1.
   static int32_t budget(int32_t threshold, int32_t n);
@@ -50,7 +50,7 @@ class AssertionReduction {
     int32_t position;
   };
 
-  bool gatherCandidates();
+  [[nodiscard]] bool gatherCandidates();
   void greedyPhase();
   void resortAfter(size_t position);
   void prepareSearch();

@@ -19,17 +19,17 @@ constexpr int32_t kMaxClasses = 100;
 
 }  // namespace
 
-int Divide(SymbolicMatrix& matrix, int32_t classes) {
+bool Divide(SymbolicMatrix& matrix, int32_t classes) {
   matrix.hordes.clear();
-  if (classes < kMinClasses || classes > kMaxClasses) return 0;
-  if (!matrix.indexAssertions()) return 0;
+  if (classes < kMinClasses || classes > kMaxClasses) return false;
+  if (!matrix.indexAssertions()) return false;
   WorkSet workSet;
-  if (!workSet.buildFromAssertions(matrix)) return 0;
+  if (!workSet.buildFromAssertions(matrix)) return false;
   const bool allQuantitative = matrix.categoricalCount() == 0;
   const bool allCategorical = matrix.quantitativeCount() == 0;
   if (!allQuantitative && !allCategorical) {
     showMessage("PAS ENCORE DE MELANGE!", MessageIcon::Warning);
-    return 0;
+    return false;
   }
 
   progressLine1("Division in progress...");
@@ -39,23 +39,23 @@ int Divide(SymbolicMatrix& matrix, int32_t classes) {
   try {
     hordes.reserve(workSet.records.size());
     for (const ReductionRecord& record : workSet.records) {
-      if (cancel.requested()) return 0;
+      if (cancel.requested()) return false;
       progressLine2("Assertion %s", record.assertion().id.c_str());
       DivisionTree tree(matrix, record, classes, cancel, missingValues);
       const DivisionTree::Outcome outcome = tree.grow();
-      if (outcome == DivisionTree::Outcome::Cancelled) return 0;
+      if (outcome == DivisionTree::Outcome::Cancelled) return false;
       if (outcome == DivisionTree::Outcome::Stopped) {
         showMessage("Division stopped... Bad Class Number, try to choose lower number", MessageIcon::Warning);
-        return 0;
+        return false;
       }
       hordes.push_back(tree.horde());
     }
   } catch (const std::bad_alloc&) {
-    return 0;
+    return false;
   }
   matrix.hordes = std::move(hordes);
   matrix.divisionClassCount = classes;
-  return 1;
+  return true;
 }
 
 }  // namespace velda

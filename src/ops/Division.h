@@ -11,8 +11,8 @@ class SymbolicMatrix;
 // ("PAS ENCORE DE MELANGE!" otherwise). Frees the previous hordes first; on
 // success fills matrix.hordes (slot = assertion number) and stores the class
 // number. An assertion that gives fewer classes shows "Division stopped...
-// Bad Class Number, try to choose lower number" and the run returns 0,
+// Bad Class Number, try to choose lower number" and the run returns false,
 // keeping no horde and the previous class number; so does a cancel.
-int Divide(SymbolicMatrix& matrix, int32_t classes);
+[[nodiscard]] bool Divide(SymbolicMatrix& matrix, int32_t classes);
 
 }  // namespace velda

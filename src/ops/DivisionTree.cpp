@@ -118,7 +118,7 @@ Horde DivisionTree::horde() const {
       if (!node.members[i]) continue;
       const Individual* individual = record_.members()[i];
       member->members.push_back(const_cast<Individual*>(individual));
-      if (!accumulateMember(*member, *individual, cells)) throw std::bad_alloc();
+      accumulateMember(*member, *individual, cells);
     }
     std::vector<int32_t> path;
     for (int32_t up = node.parent; up > 0; up = nodes_[static_cast<size_t>(up - 1)].parent)

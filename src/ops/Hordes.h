@@ -15,9 +15,9 @@ class SymbolicMatrix;
 // horde's reduced classes and its volume matrices before and after, whose
 // entries are volume^(1/q) with q the divided assertion's individuals. The
 // stored reduction threshold is reset to 0 for each horde and never set.
-// Returns 0 at once without hordes, and on failure or cancel: the hordes
+// Returns false at once without hordes, and on failure or cancel: the hordes
 // reduced before keep their new results, the others their previous ones.
-int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
+[[nodiscard]] bool ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
                  std::vector<SearchFigures>* figures = nullptr);
 
 }  // namespace velda

@@ -97,7 +97,7 @@ void joinAssertion(SymbolicMatrix& result, Assertion& fromFirst, Assertion& from
 
 }  // namespace
 
-int Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second) {
+bool Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second) {
   result.individualColumn = first.individualColumn;
   result.assertionColumn = first.assertionColumn;
   result.weightColumn = first.weightColumn;
@@ -120,9 +120,9 @@ int Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second) 
         joinAssertion(result, assertion, *match);
     }
   } catch (const std::bad_alloc&) {
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 }  // namespace velda

@@ -10,8 +10,8 @@ class SymbolicMatrix;
 // first's variables). Its assertions are those whose name is in both, each
 // with the first's values then the second's, made in the order of the
 // table with fewer assertions (the second's when equal). The sources keep
-// no variable or rule. Returns 1, or 0 when memory runs out (the result is
+// no variable or rule. Returns true, or false when memory runs out (the result is
 // then to be destroyed).
-int Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second);
+[[nodiscard]] bool Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second);
 
 }  // namespace velda

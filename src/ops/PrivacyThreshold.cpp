@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "common/ConsoleLog.h"
+#include "common/LastError.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {
@@ -45,16 +46,19 @@ void correctIndexes(SymbolicMatrix& matrix, const std::vector<int32_t>& deleted,
 
 }  // namespace
 
-void ApplyPrivacyThreshold(SymbolicMatrix& matrix, ConsoleLog& console, int32_t threshold) {
+bool ApplyPrivacyThreshold(SymbolicMatrix& matrix, ConsoleLog& console, int32_t threshold) {
   console.print(":Privacy operation");
   console.print("::Individuals per group threshold: %d", threshold);
   if (matrix.assertionCount() < 1) {
     console.print(": no assertion to handle");
-    return;
+    return true;
   }
   const size_t countAtEntry = matrix.assertionCount();
   std::vector<int32_t> deleted;
   deleted.reserve(countAtEntry);
+  // The index of the remaining assertions fits in this room, so that
+  // memory can only run out before the first deletion.
+  matrix.orderedAssertions.reserve(countAtEntry);
   for (Assertion* assertion : assertionsBelow(matrix, threshold)) {
     deleted.push_back(assertion->number);
     deleteAssertion(matrix, *assertion);
@@ -64,12 +68,16 @@ void ApplyPrivacyThreshold(SymbolicMatrix& matrix, ConsoleLog& console, int32_t 
     console.print("::%d assertion%s deleted, correcting indexes...", static_cast<int>(deleted.size()),
                   deleted.size() > 1 ? "s" : "");
     correctIndexes(matrix, deleted, countAtEntry);
-    matrix.indexAssertions();
+    if (!matrix.indexAssertions()) {
+      setError("Memory allocation failed");
+      return false;
+    }
     for (size_t i = 0; i < matrix.orderedAssertions.size(); ++i)
       console.print("Assertion n\xb0%d has %d individual(s). Minimum: %d", static_cast<int>(i),
                     matrix.orderedAssertions[i]->memberCount, threshold);
   }
   console.print(":[done]");
+  return true;
 }
 
 }  // namespace velda

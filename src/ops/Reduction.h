@@ -15,9 +15,9 @@ class SymbolicMatrix;
 // volume the search finds. Frees the previous reduction first (stored
 // threshold 0), then fills matrix.reducedAssertions (slot = assertion
 // number), matrix.volumesBefore / volumesAfter (entries volume^(1/P)) and
-// stores the threshold. Returns 1 on success; 0 on failure or cancel, with
+// stores the threshold. Returns true on success; false on failure or cancel, with
 // the "before" matrix kept and no reduced assertion.
-int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
+[[nodiscard]] bool Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
            std::vector<SearchFigures>* figures = nullptr);
 
 }  // namespace velda

@@ -90,7 +90,7 @@ std::unique_ptr<Assertion> ReductionRecord::reducedAssertion(const SymbolicMatri
   for (size_t m = 0; m < members_.size(); ++m) {
     if (exclusion_[m] != 0) continue;
     reduced->members.push_back(const_cast<Individual*>(members_[m]));
-    if (!accumulateMember(*reduced, *members_[m], cells)) throw std::bad_alloc();
+    accumulateMember(*reduced, *members_[m], cells);
   }
   return reduced;
 }

@@ -29,7 +29,7 @@ class ReductionRecord {
 
   // Builds the parts of the first cellCount variables from the members, all
   // covered. Returns false when memory runs out.
-  bool prepare(const SymbolicMatrix& matrix);
+  [[nodiscard]] bool prepare(const SymbolicMatrix& matrix);
   void release();
 
   // Appends the removal steps of variable v that cost at most k. Throws

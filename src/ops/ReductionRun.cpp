@@ -12,7 +12,7 @@
 
 namespace velda {
 
-int ReductionRun::reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assertion>>& reduced) {
+bool ReductionRun::reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assertion>>& reduced) {
   reduced.clear();
   progressLine1("Reduction in progress...");
   try {
@@ -22,7 +22,7 @@ int ReductionRun::reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assert
       AssertionReduction reduction(matrix_, record, threshold_, cancel_);
       if (!reduction.run()) {
         reduced.clear();
-        return 0;
+        return false;
       }
       if (reduction.capped())
         console_.print("Assertion %s: search stopped after %lld levels, best reduction found is kept",
@@ -37,9 +37,9 @@ int ReductionRun::reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assert
     }
   } catch (const std::bad_alloc&) {
     reduced.clear();
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 void ReductionRun::refreshSubtreeWeights(const SymbolicMatrix& matrix, std::vector<std::unique_ptr<Assertion>>& rows) {

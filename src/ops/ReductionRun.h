@@ -33,10 +33,10 @@ class ReductionRun {
                std::vector<SearchFigures>* figures = nullptr)
       : matrix_(matrix), threshold_(threshold), console_(console), figures_(figures) {}
 
-  // The reduced assertions, one per record in record order. Returns 0, with
+  // The reduced assertions, one per record in record order. Returns false, with
   // `reduced` empty, at the first record whose reduction fails or is
   // cancelled.
-  int reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assertion>>& reduced);
+  [[nodiscard]] bool reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Assertion>>& reduced);
 
   // Recomputes the taxonomy's subtree weights of every categorical value
   // whose variable has a taxonomy.

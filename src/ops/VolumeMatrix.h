@@ -62,7 +62,7 @@ double pairVolume(const SymbolicMatrix& matrix, size_t p, const Assertion& a, co
 // (i,i) = volumeEntry(assertionVolume(i)), (i,j) = volumeEntry(pairVolume(i,j)).
 // The volumes use the first cellCount variables of the matrix. Returns
 // false, leaving `out` empty, when memory runs out.
-bool computeVolumeMatrix(const SymbolicMatrix& matrix, std::span<const Assertion* const> items, double p,
+[[nodiscard]] bool computeVolumeMatrix(const SymbolicMatrix& matrix, std::span<const Assertion* const> items, double p,
                          TriangularMatrix& out);
 
 }  // namespace velda

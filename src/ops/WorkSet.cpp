@@ -6,14 +6,14 @@
 
 namespace velda {
 
-int WorkSet::buildFromAssertions(const SymbolicMatrix& matrix) {
+bool WorkSet::buildFromAssertions(const SymbolicMatrix& matrix) {
   records.clear();
   try {
     records.reserve(matrix.orderedAssertions.size());
     for (const Assertion* assertion : matrix.orderedAssertions) records.emplace_back(*assertion);
   } catch (const std::bad_alloc&) {
     records.clear();
-    return 0;
+    return false;
   }
   for (const Individual& individual : matrix.individuals) {
     bool registered = true;
@@ -32,13 +32,13 @@ int WorkSet::buildFromAssertions(const SymbolicMatrix& matrix) {
     if (!registered) {
       showMessage("dans le if", MessageIcon::Warning);
       records.clear();
-      return 0;
+      return false;
     }
   }
-  return 1;
+  return true;
 }
 
-int WorkSet::buildFromClasses(const std::vector<std::unique_ptr<Assertion>>& classes) {
+bool WorkSet::buildFromClasses(const std::vector<std::unique_ptr<Assertion>>& classes) {
   records.clear();
   try {
     records.reserve(classes.size());
@@ -48,9 +48,9 @@ int WorkSet::buildFromClasses(const std::vector<std::unique_ptr<Assertion>>& cla
     }
   } catch (const std::bad_alloc&) {
     records.clear();
-    return 0;
+    return false;
   }
-  return 1;
+  return true;
 }
 
 }  // namespace velda

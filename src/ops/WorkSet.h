@@ -15,11 +15,11 @@ class WorkSet {
   // (orderedAssertions must be built), then every individual of the
   // individual table registered with the records of the assertions it
   // belongs to. An individual that cannot be registered shows "dans le if";
-  // every failure returns 0.
-  int buildFromAssertions(const SymbolicMatrix& matrix);
+  // every failure returns false.
+  [[nodiscard]] bool buildFromAssertions(const SymbolicMatrix& matrix);
   // One record per class, each registering the class's own members.
-  // Returns 0 when memory runs out.
-  int buildFromClasses(const std::vector<std::unique_ptr<Assertion>>& classes);
+  // Returns false when memory runs out.
+  [[nodiscard]] bool buildFromClasses(const std::vector<std::unique_ptr<Assertion>>& classes);
 
   std::vector<ReductionRecord> records;
 };
