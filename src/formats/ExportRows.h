@@ -18,7 +18,7 @@ class SymbolicMatrix;
 // Rebuilds the matrix's ordered list when it is stale. False with the
 // last-error text set when the numbers are not 0 to count - 1 or memory
 // runs out.
-bool OrderedRows(SymbolicMatrix& matrix, bool reducedRows, std::vector<const Assertion*>& labels,
+[[nodiscard]] bool OrderedRows(SymbolicMatrix& matrix, bool reducedRows, std::vector<const Assertion*>& labels,
                  std::vector<const Assertion*>& rows);
 
 // Whether labels and rows pair up and every row holds a value per variable;
@@ -29,7 +29,7 @@ bool RowsFit(const SymbolicMatrix& matrix, std::span<const Assertion* const> lab
 // The indexes of the active variables, in variable order, for rows that
 // fit. False with the last-error text set when the rows do not fit or no
 // variable is active ("No active variable").
-bool ActiveVariables(const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
+[[nodiscard]] bool ActiveVariables(const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
                      std::span<const Assertion* const> rows, std::vector<size_t>& active);
 
 }  // namespace velda

@@ -68,7 +68,7 @@ class SymbolicTextWriter {
 
   // Numbers the active variables and counts what the header declares.
   // False when no variable is active.
-  bool prepare();
+  [[nodiscard]] bool prepare();
   void write();
 
  private:
@@ -316,7 +316,7 @@ void SymbolicTextWriter::writeRow(const Assertion& row) {
   out_ << ')';
 }
 
-bool writeOrdered(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console) {
+[[nodiscard]] bool writeOrdered(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console) {
   std::vector<const Assertion*> labels;
   std::vector<const Assertion*> rows;
   return OrderedRows(matrix, reducedRows, labels, rows) && WriteSymbolicRows(out, matrix, labels, rows, console);

@@ -25,14 +25,14 @@ class SymbolicMatrix;
 // Both make sure that the matrix's ordered assertion list is up to date
 // first; IndexAndWriteSymbolicText serves the exports that read the file
 // back, WriteSymbolicText the plain export.
-bool IndexAndWriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows,
+[[nodiscard]] bool IndexAndWriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows,
                                ConsoleLog* console = nullptr);
-bool WriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console = nullptr);
+[[nodiscard]] bool WriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console = nullptr);
 
 // The same file for any rows that carry one value per variable of the
 // matrix: individual i is named by labels[i] and valued by rows[i] (both
 // lists of the same length).
-bool WriteSymbolicRows(std::ostream& out, const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
+[[nodiscard]] bool WriteSymbolicRows(std::ostream& out, const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
                        std::span<const Assertion* const> rows, ConsoleLog* console = nullptr);
 
 }  // namespace velda

@@ -9,7 +9,7 @@ namespace velda::symlib {
 namespace {
 
 template <typename Number>
-bool readWhole(std::string_view text, Number& value) {
+[[nodiscard]] bool readWhole(std::string_view text, Number& value) {
   const char* begin = text.data();
   const char* end = begin + text.size();
   if (begin != end && *begin == '+') ++begin;

@@ -24,7 +24,7 @@ class ParseContext {
 
   // Runs the grammar over the whole input; false after a syntax error or
   // when a semantic action stopped the parse.
-  bool parse();
+  [[nodiscard]] bool parse();
   void reportSyntaxError(const std::string& message);
   // Switches to an XML form when its root element is met.
   void enterXml(DocumentMode mode);

@@ -21,7 +21,7 @@ int KeywordOrIdentifier(ParseContext& ctx, SymbolicGrammar::value_type* value);
 
 // XML: a start tag begins (false for an element the form does not know),
 // gets its attributes, and ends with ">" or "/>".
-bool StartTag(ParseContext& ctx, std::string_view name);
+[[nodiscard]] bool StartTag(ParseContext& ctx, std::string_view name);
 void Attribute(ParseContext& ctx, const char* text, size_t length);
 int FinishStartTag(ParseContext& ctx, SymbolicGrammar::value_type* value, bool empty);
 int EndTag(ParseContext& ctx, const char* text, size_t length);

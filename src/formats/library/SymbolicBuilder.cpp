@@ -27,12 +27,12 @@ SymBlock prerequisiteOf(SymBlock block) {
   }
 }
 
-bool parseWhole(const std::string& text, long long& value) {
+[[nodiscard]] bool parseWhole(const std::string& text, long long& value) {
   auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
   return ec == std::errc() && end == text.data() + text.size() && !text.empty();
 }
 
-bool parseWhole(const std::string& text, double& value) {
+[[nodiscard]] bool parseWhole(const std::string& text, double& value) {
   auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
   return ec == std::errc() && end == text.data() + text.size() && !text.empty();
 }
@@ -52,7 +52,7 @@ bool mayRepeat(const std::vector<SymItem>& items) {
 
 // Turns XML text into the kind of the key it is given to; false when it
 // does not read as one.
-bool convertXmlText(KeyType type, KeyInput& value) {
+[[nodiscard]] bool convertXmlText(KeyType type, KeyInput& value) {
   if (type == KeyType::Text) {
     value.kind = KeyInput::Kind::Text;
     return true;

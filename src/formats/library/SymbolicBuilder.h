@@ -38,12 +38,12 @@ class SymbolicBuilder {
   void assignKey(std::string_view key, const KeyInput& value);
   void addIndividual(long long number, std::string code, std::string label);
   void addVariable(SymVariable&& variable);
-  bool addHierarchy(SymHierarchy&& hierarchy);
-  bool addRule(SymRule&& rule);
+  [[nodiscard]] bool addHierarchy(SymHierarchy&& hierarchy);
+  [[nodiscard]] bool addRule(SymRule&& rule);
   void refuseVariablesSet();
   void refuseKind(std::string_view word);
 
-  bool beginMatrix();
+  [[nodiscard]] bool beginMatrix();
   void beginRow();
   void addCell(SymValue&& value);
   void endRow();
@@ -53,7 +53,7 @@ class SymbolicBuilder {
   void endTriangle();
 
  private:
-  bool checkNoErrorBefore(const char* what);
+  [[nodiscard]] bool checkNoErrorBefore(const char* what);
   // An integer key as read (the scanner saturates huge numbers); 0 when unset.
   long long headerCount(HeaderKey key) const { return model_.header.value(key).integer; }
   void checkValueKind(const SymVariable& variable, SymValue& value);

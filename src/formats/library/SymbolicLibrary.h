@@ -20,19 +20,19 @@ void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& m
 // The same for a caller that goes on without the metadata: a file with
 // syntax errors shows the same message box, leaves the metadata empty and
 // returns false instead of ending the process.
-bool TryParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata);
+[[nodiscard]] bool TryParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata);
 
 // Re-writes a model as a symbolic text file. False when memory runs out.
-bool WriteSymbolicFileText(const SymbolicFile& model, std::ostream& out);
+[[nodiscard]] bool WriteSymbolicFileText(const SymbolicFile& model, std::ostream& out);
 
 // Writes a model as an XML symbolic file; an empty create_date is first
 // filled with the current local time. False on a value that cannot be
 // written (logged) or when memory runs out.
-bool WriteXmlSymbolicFile(SymbolicFile& model, std::ostream& out);
+[[nodiscard]] bool WriteXmlSymbolicFile(SymbolicFile& model, std::ostream& out);
 
 // Writes the metadata document. Out-of-range numbers are logged and written
 // as stated by the messages; false only when memory runs out.
-bool WriteMetadataFile(const MetaData& metadata, std::ostream& out);
+[[nodiscard]] bool WriteMetadataFile(const MetaData& metadata, std::ostream& out);
 
 // Name of the metadata file beside an XML target: "_meta" before the last
 // dot of the file name, or appended when the file name has no dot.

@@ -76,7 +76,9 @@ void ParseSymbolicFile(std::istream& input, const std::string& name, SymbolicFil
     MetaData unused;
     ParseContext ctx(content, model, unused);
     announce(ctx.diagnostics, name);
-    ctx.parse();
+    // A failed parse has counted its error in the diagnostics, which decide
+    // just below whether the run stops.
+    static_cast<void>(ctx.parse());
     stopOnSymbolicSyntaxErrors(ctx.diagnostics);
     stopOnSemanticErrors(ctx.diagnostics);
     if (ctx.scan.mode == DocumentMode::MetaXml) {
@@ -95,7 +97,7 @@ namespace {
 
 // The metadata reader of both entry points: a refused file either ends
 // the process or returns false.
-bool parseMetadata(std::istream& input, const std::string& name, MetaData& metadata, bool fatal) {
+[[nodiscard]] bool parseMetadata(std::istream& input, const std::string& name, MetaData& metadata, bool fatal) {
   try {
     metadata.reset();
     const std::string content = readAll(input);
@@ -129,7 +131,8 @@ bool parseMetadata(std::istream& input, const std::string& name, MetaData& metad
 }  // namespace
 
 void ParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {
-  parseMetadata(input, name, metadata, true);
+  // Fatal reading ends the process on a refused file, so it never returns false.
+  static_cast<void>(parseMetadata(input, name, metadata, true));
 }
 
 bool TryParseMetadataFile(std::istream& input, const std::string& name, MetaData& metadata) {

@@ -44,7 +44,7 @@ char characterOfCode(long code) {
 
 // Decodes the reference whose body (between '&' and ';') is given; false
 // when it is not one.
-bool decodeReference(std::string_view body, std::string& out) {
+[[nodiscard]] bool decodeReference(std::string_view body, std::string& out) {
   if (body.size() > 1 && body[0] == '#') {
     long code = 0;
     const bool hex = body[1] == 'x' || body[1] == 'X';

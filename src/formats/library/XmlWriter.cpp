@@ -19,7 +19,7 @@ class XmlWriter {
  public:
   XmlWriter(const SymbolicFile& model, std::ostream& out) : model_(model), out_(out) {}
 
-  bool write() {
+  [[nodiscard]] bool write() {
     out_ << "<?xml version=\"1.0\" encoding=\"Iso_8859-1\"?>\n"
          << "<?xml-stylesheet type=\"text/xsl\" href=\"ulme2.2.xsl\"?>\n"
          << "<ulmefile xmlns:xsi=\"" << kSchemaInstance << "\" xsi:noNamespaceSchemaLocation=\"ulme.xsd\">\n";
@@ -184,7 +184,7 @@ class XmlWriter {
 
   // A value of the variable (null for rule values, which are not bound to
   // the variable's kind); false when it cannot be written.
-  bool writeValue(int depth, const SymValue& value, const SymVariable* variable) {
+  [[nodiscard]] bool writeValue(int depth, const SymValue& value, const SymVariable* variable) {
     using Kind = SymValue::Kind;
     switch (value.kind) {
       case Kind::NA: leafText(depth, "NA", "NA"); return true;
@@ -219,7 +219,7 @@ class XmlWriter {
     return true;
   }
 
-  bool writeRuleSide(const char* element, long long variable, const SymValue& value) {
+  [[nodiscard]] bool writeRuleSide(const char* element, long long variable, const SymValue& value) {
     open(2, element);
     leafNumber(3, "var_num", variable);
     open(3, "val");
@@ -229,7 +229,7 @@ class XmlWriter {
     return true;
   }
 
-  bool writeRules() {
+  [[nodiscard]] bool writeRules() {
     open(0, "rules_gen");
     open(1, "rules");
     for (const SymRule& r : model_.rules) {
@@ -243,7 +243,7 @@ class XmlWriter {
     return true;
   }
 
-  bool writeMatrix() {
+  [[nodiscard]] bool writeMatrix() {
     open(0, "indiv_mat");
     for (const SymRow& row : model_.matrix) {
       open(1, "ligmat");

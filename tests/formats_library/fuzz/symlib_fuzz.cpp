@@ -24,8 +24,8 @@ void readSymbolic(const std::string& text) {
     SymbolicFile model;
     ParseSymbolicFile(in, "fuzz", model);
     std::ostringstream out;
-    WriteSymbolicFileText(model, out);
-    WriteXmlSymbolicFile(model, out);
+    if (!WriteSymbolicFileText(model, out)) return;
+    if (!WriteXmlSymbolicFile(model, out)) return;
   } catch (const LibraryExited&) {
   }
 }
@@ -37,7 +37,7 @@ void readMetadata(const std::string& text) {
     MetaData metadata;
     ParseMetadataFile(in, "fuzz", metadata);
     std::ostringstream out;
-    WriteMetadataFile(metadata, out);
+    if (!WriteMetadataFile(metadata, out)) return;
   } catch (const LibraryExited&) {
   }
 }
