@@ -14,16 +14,16 @@ class ByteReader {
  public:
   explicit ByteReader(std::span<const unsigned char> bytes) : bytes_(bytes) {}
 
-  bool u8(uint8_t& value);
-  bool u16(uint16_t& value);
-  bool u32(uint32_t& value);
+  [[nodiscard]] bool u8(uint8_t& value);
+  [[nodiscard]] bool u16(uint16_t& value);
+  [[nodiscard]] bool u32(uint32_t& value);
   // A double that must be finite.
-  bool f64(double& value);
+  [[nodiscard]] bool f64(double& value);
   // A string: u16 length counting a stored final zero, then the bytes; a
   // length of 0 is the empty string. Fails when the last byte is not 0.
-  bool string(std::string& value);
+  [[nodiscard]] bool string(std::string& value);
   // n bytes as they are.
-  bool bytes(size_t n, std::span<const unsigned char>& value);
+  [[nodiscard]] bool bytes(size_t n, std::span<const unsigned char>& value);
 
   size_t remaining() const { return bytes_.size() - position_; }
   // Whether at least n × size bytes are left: how counts are checked before

@@ -35,7 +35,7 @@ class ByteWriter {
   void fail() { failed_ = true; }
 
   // Writes what is buffered; false when any write failed.
-  bool finish();
+  [[nodiscard]] bool finish();
   bool failed() const { return failed_; }
 
  private:

@@ -152,7 +152,8 @@ void Document::refreshDisplays() {
 void Document::updateAssertions() {
   if (!assertionsOutOfDate_ || !matrix_) return;
   BusyScope busy(ui_, "Updating assertions...");
-  for (Assertion& assertion : matrix_->assertions) matrix_->recomputeAssertion(assertion);
+  for (Assertion& assertion : matrix_->assertions)
+    if (!matrix_->recomputeAssertion(assertion)) return;  // still out of date: the next command tries again
   assertionsOutOfDate_ = false;
 }
 

@@ -56,55 +56,55 @@ class Document {
   // it is enabled. Commands that only place things on screen (toolbars,
   // panels, help, about, home page) are the frame's and return false here.
   // Runs under guardMemory.
-  bool execute(int32_t commandId);
+  [[nodiscard]] bool execute(int32_t commandId);
 
   // Runs a command so that memory running out anywhere inside it ends the
   // command with "Memory allocation failed" (warning icon) and false,
   // instead of leaving through the caller's event loop. Every entry point
   // of the front ends goes through here.
-  bool guardMemory(const std::function<bool()>& command);
+  [[nodiscard]] bool guardMemory(const std::function<bool()>& command);
 
   // File.
-  bool connect(const std::string& connectionString);
-  bool disconnect();
-  bool newFromDatabase();
-  bool open();
+  [[nodiscard]] bool connect(const std::string& connectionString);
+  [[nodiscard]] bool disconnect();
+  [[nodiscard]] bool newFromDatabase();
+  [[nodiscard]] bool open();
   // Open without the file dialog: the project at `path` (and its metadata
   // unless ignored), after the usual save question.
-  bool openFile(const std::string& path, bool ignoreMetadata);
-  bool save();
-  bool saveAs();
-  bool newByJoin();
-  bool exportMatrix();
-  bool exportAndView();
-  bool exportHordes();
-  bool exportHordesAndView();
+  [[nodiscard]] bool openFile(const std::string& path, bool ignoreMetadata);
+  [[nodiscard]] bool save();
+  [[nodiscard]] bool saveAs();
+  [[nodiscard]] bool newByJoin();
+  [[nodiscard]] bool exportMatrix();
+  [[nodiscard]] bool exportAndView();
+  [[nodiscard]] bool exportHordes();
+  [[nodiscard]] bool exportHordesAndView();
   // Asks to save modified data; false keeps everything (and the program
   // running).
-  bool closeData();
+  [[nodiscard]] bool closeData();
 
   // Modify.
-  bool addSingleValuedVariables();
-  bool addSetValuedVariable();
-  bool removeVariables();
-  bool createTaxonomy();
-  bool removeTaxonomies();
-  bool addDependence();
-  bool reduceAssertions();
-  bool divideAssertions();
-  bool reduceHordes();
-  bool editVariableProperties();
+  [[nodiscard]] bool addSingleValuedVariables();
+  [[nodiscard]] bool addSetValuedVariable();
+  [[nodiscard]] bool removeVariables();
+  [[nodiscard]] bool createTaxonomy();
+  [[nodiscard]] bool removeTaxonomies();
+  [[nodiscard]] bool addDependence();
+  [[nodiscard]] bool reduceAssertions();
+  [[nodiscard]] bool divideAssertions();
+  [[nodiscard]] bool reduceHordes();
+  [[nodiscard]] bool editVariableProperties();
 
   // View.
   enum class Table { Individuals, Assertions, Hordes, ReducedAssertions, ReducedHordes };
-  bool viewTable(Table table);
-  bool viewTaxonomies();
-  bool viewDependences();
-  bool viewVolumeMatrix();
+  [[nodiscard]] bool viewTable(Table table);
+  [[nodiscard]] bool viewTaxonomies();
+  [[nodiscard]] bool viewDependences();
+  [[nodiscard]] bool viewVolumeMatrix();
 
   // Window.
   void clearConsole();
-  bool saveConsole();
+  [[nodiscard]] bool saveConsole();
   void refreshDisplays();
 
   // Rebuilds the assertions when variables or individuals changed without
@@ -112,27 +112,27 @@ class Document {
   void updateAssertions();
 
  private:
-  bool executeEnabled(int32_t commandId);
-  bool save(bool askForName);
+  [[nodiscard]] bool executeEnabled(int32_t commandId);
+  [[nodiscard]] bool save(bool askForName);
   void loadMetadata(const std::string& name, bool ignore);
   // The three lines that describe the matrix after Open (with the
   // individual count) or New by join (assertions only).
   void printSummary(bool withIndividuals);
-  bool addVariables(bool setValued);
+  [[nodiscard]] bool addVariables(bool setValued);
   // Runs an operation inside the progress dialog and reports a cancel or a
   // failure with the given texts.
-  bool runLongOperation(const char* title, const char* canceledText, const char* failedText,
-                        const std::function<int()>& operation);
+  [[nodiscard]] bool runLongOperation(const char* title, const char* canceledText, const char* failedText,
+                        const std::function<bool()>& operation);
   // The export dialog, from and back to the matrix's title and subtitle.
-  bool askExportValues(ExportValues& values);
+  [[nodiscard]] bool askExportValues(ExportValues& values);
   // Starts the viewer on the last export.
-  bool viewExported();
+  [[nodiscard]] bool viewExported();
   // Says so when no connection is open.
-  bool needConnection();
+  [[nodiscard]] bool needConnection();
   // Shows a dialog's refusal; true when there was one.
-  bool refused(const std::optional<Refusal>& refusal);
+  [[nodiscard]] bool refused(const std::optional<Refusal>& refusal);
   // Shows the last-error text with the warning icon; returns false.
-  bool showFailure();
+  [[nodiscard]] bool showFailure();
   void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record);
   void resetMetadata();
   void setModified() { modified_ = true; }

@@ -15,9 +15,9 @@ constexpr int32_t kDefaultDivisionClasses = 3;
 }  // namespace
 
 bool Document::runLongOperation(const char* title, const char* canceledText, const char* failedText,
-                                const std::function<int()>& operation) {
+                                const std::function<bool()>& operation) {
   bool cancelled = false;
-  const int result = ui_.runWithProgress(title, operation, cancelled);
+  const bool result = ui_.runWithProgress(title, operation, cancelled);
   // A cancel wins even over a result the operation had already reached.
   if (cancelled || !result) {
     ui_.showMessage(cancelled ? canceledText : failedText, MessageIcon::Warning);

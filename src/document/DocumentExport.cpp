@@ -35,7 +35,7 @@ void hordeRows(const SymbolicMatrix& matrix, bool reduced, std::vector<const Ass
 
 // Writes the matrix as symbolic text into the open temporary file and reads
 // it back into the library's model.
-bool writeAndReadBack(ExportTemporaryFile& temporary, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog& console,
+[[nodiscard]] bool writeAndReadBack(ExportTemporaryFile& temporary, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog& console,
                       symlib::SymbolicFile& model) {
   console.print("exporting...");
   const bool written = IndexAndWriteSymbolicText(temporary.stream(), matrix, reducedRows, &console);

@@ -28,12 +28,12 @@ class DocumentMetadata {
   // Reads a metadata file, open on a regular file (closed here), into
   // fresh objects. False, objects unchanged, when it cannot be read or the
   // library refuses it (after showing its message).
-  bool load(std::FILE* file, const std::string& path);
+  [[nodiscard]] bool load(std::FILE* file, const std::string& path);
   // Writes the metadata file of the matrix: the stored description, with
   // the original variables, the symbolic variables and objects taken from
   // the matrix. The previous file is replaced only once the new one is
   // complete; false with "Can not write file %s" in the last-error text.
-  bool write(const std::string& path, const SymbolicMatrix& matrix) const;
+  [[nodiscard]] bool write(const std::string& path, const SymbolicMatrix& matrix) const;
 
   const symlib::MetaData& data() const { return *data_; }
 

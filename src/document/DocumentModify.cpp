@@ -46,7 +46,7 @@ bool Document::addVariables(bool setValued) {
       [&] {
         added = setValued ? addMultipleVariable(*matrix_, *connection_, sql, console_)
                           : addUniqueVariables(*matrix_, *connection_, sql, console_);
-        return added;
+        return added > 0;
       },
       cancelled);
   if (added < 0) return false;

@@ -41,7 +41,7 @@ bool Document::newFromDatabase() {
       [&] {
         result = values.inDatabase ? aggregateInDatabase(*connection_, sql, options.lastColumnIsWeight)
                                    : extractIndividuals(*connection_, sql, options);
-        return result.matrix ? 1 : 0;
+        return result.matrix != nullptr;
       },
       cancelled);
 
@@ -58,14 +58,16 @@ bool Document::newFromDatabase() {
     resetMetadata();
     metadata_->setOrigin(sql, source);
   };
-  const int installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
+  const bool installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
   if (installed) {
-    matrix_->indexAssertions();
     refreshDisplays();
     updateTitle();
+  } else {
+    // A matrix whose privacy pass failed halfway must not stay.
+    matrix_.reset();
   }
   finishCommand();
-  return installed != 0;
+  return installed;
 }
 
 bool Document::newByJoin() {

@@ -47,16 +47,16 @@ class ExportTemporaryFile {
 
   // False when the file cannot be made (the caller says "Can not open
   // temporary file.").
-  bool open();
+  [[nodiscard]] bool open();
   std::ostream& stream();
   // True when everything written reached the file; otherwise "Can not
   // write file tempkvf.dat" in the last-error text.
-  bool finishWriting();
+  [[nodiscard]] bool finishWriting();
   // Reads the file back into the library's model, between the console
   // lines "building CompSymbMat..." and "[done]". The library ends the
   // process when the file does not pass its checks; false (last-error text
   // set) when the file cannot be read.
-  bool readBack(symlib::SymbolicFile& model, ConsoleLog& console);
+  [[nodiscard]] bool readBack(symlib::SymbolicFile& model, ConsoleLog& console);
 
  private:
   std::FILE* file_ = nullptr;
@@ -73,12 +73,12 @@ ExportTexts exportTexts(ExportFormat format, const std::string& destination);
 
 // Writes the rows straight as the chosen table (not Symbolic); false with
 // the last-error text set when that fails.
-bool writeTable(std::ostream& out, ExportFormat format, const SymbolicMatrix& matrix,
+[[nodiscard]] bool writeTable(std::ostream& out, ExportFormat format, const SymbolicMatrix& matrix,
                 std::span<const Assertion* const> labels, std::span<const Assertion* const> rows,
                 const std::string& destination);
 
 // Writes the model as symbolic text (the library's re-written form) or as
 // XML; false with the last-error text set when that fails.
-bool writeModel(symlib::SymbolicFile& model, std::ostream& out, bool xml, const std::string& destination);
+[[nodiscard]] bool writeModel(symlib::SymbolicFile& model, std::ostream& out, bool xml, const std::string& destination);
 
 }  // namespace velda

@@ -33,29 +33,32 @@ long elapsedTicks(std::chrono::steady_clock::time_point start, std::chrono::stea
   return static_cast<long>((end - start) / std::chrono::milliseconds(100));
 }
 
-int endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
+bool endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
                   const ExtractionEndingHooks& hooks) {
   if (!result.matrix) {
     showMessage(lastError(), MessageIcon::Warning);
-    return 0;
+    return false;
   }
   const long individuals = result.aggregatedIndividuals >= 0 ? result.aggregatedIndividuals
                                                              : static_cast<long>(result.matrix->individualCount());
   if (individuals == 0) {
     showMessage("No individual extracted", MessageIcon::Warning);
-    return 0;
+    return false;
   }
   if (result.stopped) console.print("*stopped*");
 
   SymbolicMatrix& matrix = *result.matrix;
   if (!hooks.install || !hooks.install(std::move(result.matrix))) {
     showMessage("Internal error: cannot assert", MessageIcon::Warning);
-    return 0;
+    return false;
   }
   printSummary(matrix, result.aggregatedIndividuals, elapsedTicks(result.startedAt, result.finishedAt), console);
-  if (privacyThreshold > 0) ApplyPrivacyThreshold(matrix, console, privacyThreshold);
+  if (privacyThreshold > 0 && !ApplyPrivacyThreshold(matrix, console, privacyThreshold)) {
+    showMessage(lastError(), MessageIcon::Warning);
+    return false;
+  }
   if (hooks.resetDescriptiveFields) hooks.resetDescriptiveFields();
-  return 1;
+  return true;
 }
 
 }  // namespace velda

@@ -29,8 +29,9 @@ long elapsedTicks(std::chrono::steady_clock::time_point start, std::chrono::stea
 // message box, otherwise installs the matrix and writes the console lines
 // ("*stopped*" when cancelled, the time, the summary), then applies the
 // privacy threshold when it is above 0 and resets the descriptive fields.
-// Returns 1 when the new matrix was installed.
-int endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
+// Returns true when the new matrix was installed (and made private); after
+// a failed privacy pass the caller drops the matrix it was given.
+[[nodiscard]] bool endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
                   const ExtractionEndingHooks& hooks);
 
 }  // namespace velda

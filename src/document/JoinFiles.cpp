@@ -41,7 +41,7 @@ std::unique_ptr<SymbolicMatrix> JoinFiles(std::FILE* first, std::FILE* second) {
 
   const uint32_t buckets = std::max<uint32_t>(1, std::min(a.individuals, b.individuals));
   std::unique_ptr<SymbolicMatrix> result = SymbolicMatrix::create(1, buckets);
-  if (!result || !Join(*result, *a.matrix, *b.matrix)) {
+  if (!Join(*result, *a.matrix, *b.matrix)) {
     setError("Join failed");
     return nullptr;
   }

@@ -20,7 +20,7 @@ class SymbolicMatrix;
 // not complete or when the matrix holds a value that the file cannot (more
 // than 65535 variables or modalities of one variable, a text longer than
 // 65534 bytes).
-bool writeProject(std::FILE* file, const SymbolicMatrix& matrix);
+[[nodiscard]] bool writeProject(std::FILE* file, const SymbolicMatrix& matrix);
 
 // Reads a project from a stream open for binary reading of a regular file
 // (the magic string and counts first, then never more than the file's
@@ -36,7 +36,7 @@ std::unique_ptr<SymbolicMatrix> readProject(std::span<const unsigned char> bytes
 std::unique_ptr<SymbolicMatrix> readProjectBody(std::FILE* file, uint32_t individualCount, uint32_t assertionCount);
 // Reads the magic string (length 8 with its zero) and the individual and
 // assertion counts; false when they are not there.
-bool readMagicAndCounts(std::FILE* file, uint32_t& individualCount, uint32_t& assertionCount);
+[[nodiscard]] bool readMagicAndCounts(std::FILE* file, uint32_t& individualCount, uint32_t& assertionCount);
 
 enum class ProjectSave { Saved, CannotOpen, Failed };
 

@@ -51,7 +51,7 @@ bool everyWalkEnds(size_t count, Next next, Ends ends) {
 // Links the modalities of a variable as the numbers say, after checking
 // that they make one tree under the root: every child is listed once in its
 // own parent's list, and every node but the root climbs to the root.
-bool linkTaxonomy(CategoricalVariable& variable, const std::vector<Links>& links, uint16_t root) {
+[[nodiscard]] bool linkTaxonomy(CategoricalVariable& variable, const std::vector<Links>& links, uint16_t root) {
   const size_t total = links.size();
   if (root >= total) return false;
   auto node = [&](uint16_t number) { return number == kNone ? nullptr : variable.byIndex(number); };
@@ -132,7 +132,6 @@ bool ProjectReader::readHeader() {
   if (!in_.holds(individualCount_, kMinIndividualRecord) || !in_.holds(assertionCount_, kMinAssertionRecord))
     return false;
   matrix_ = SymbolicMatrix::create(std::max<size_t>(individualCount_, 1), std::max<size_t>(assertionCount_, 1));
-  if (!matrix_) return false;
   for (uint16_t& counter : header_)
     if (!in_.u16(counter)) return false;
   if (header_[kQuantitativeVariables] + header_[kCategoricalVariables] != header_[kVariables] ||
@@ -199,7 +198,7 @@ bool ProjectReader::readModalities(CategoricalVariable& variable, uint16_t leave
   const bool modeFits = variable.multiple ? mode <= MODE_KT_ESTIMATE : mode == MODE_BOOLEAN;
   if (!modeFits || total > kNone || !in_.holds(total, kMinModalityEntry) || (!linked && nodes)) return false;
   variable.mode = mode;
-  if (!variable.nodes.rebuild(std::max<size_t>(nodes, 1))) return false;
+  variable.nodes.rebuild(std::max<size_t>(nodes, 1));
   std::vector<Links> links(linked ? total : 0);
   for (size_t i = 0; i < total; ++i) {
     std::string name;
@@ -290,7 +289,7 @@ bool ProjectReader::readDescription(size_t v, SymbolicValue& value) {
   if (!in_.u16(count) || !weights() || (!variable->multiple && count > 1) || !in_.holds(count, kEntrySize))
     return false;
   auto& categorical = static_cast<CategoricalValue&>(value);
-  if (!categorical.entries.rebuild(std::max<size_t>(count, 1))) return false;
+  categorical.entries.rebuild(std::max<size_t>(count, 1));
   for (size_t i = 0; i < count; ++i) {
     uint16_t number;
     double weight, subtreeWeight;

@@ -35,17 +35,17 @@ class ProjectReader {
 
  private:
   std::unique_ptr<SymbolicMatrix> readRest();
-  bool readMagic();
-  bool readHeader();
-  bool readTexts();
-  bool readVariable();
-  bool readModalities(CategoricalVariable& variable, uint16_t leaves);
-  bool readRule();
-  bool mothersFormTrees() const;
-  bool readAssertion();
-  bool readDescription(size_t v, SymbolicValue& value);
-  bool readIndividual(size_t ordinal);
-  bool readCell(size_t v, CellValue& cell);
+  [[nodiscard]] bool readMagic();
+  [[nodiscard]] bool readHeader();
+  [[nodiscard]] bool readTexts();
+  [[nodiscard]] bool readVariable();
+  [[nodiscard]] bool readModalities(CategoricalVariable& variable, uint16_t leaves);
+  [[nodiscard]] bool readRule();
+  [[nodiscard]] bool mothersFormTrees() const;
+  [[nodiscard]] bool readAssertion();
+  [[nodiscard]] bool readDescription(size_t v, SymbolicValue& value);
+  [[nodiscard]] bool readIndividual(size_t ordinal);
+  [[nodiscard]] bool readCell(size_t v, CellValue& cell);
 
   ByteReader in_;
   std::unique_ptr<SymbolicMatrix> matrix_;

@@ -25,7 +25,7 @@ class ProjectWriter {
 
   // Writes everything; false when the matrix holds a value that the file
   // cannot (the writer is then failed too).
-  bool write();
+  [[nodiscard]] bool write();
 
  private:
   // The numbers of one categorical variable's modalities.

@@ -33,11 +33,11 @@ bool ScriptedUserInterface::chooseFile(const FileRequest& request, FileChoice& c
   return onChooseFile && onChooseFile(request, choice);
 }
 
-int ScriptedUserInterface::runWithProgress(const std::string& title, const std::function<int()>& operation,
-                                           bool& cancelled) {
+bool ScriptedUserInterface::runWithProgress(const std::string& title, const std::function<bool()>& operation,
+                                            bool& cancelled) {
   progressTitles.push_back(title);
   cancelled_ = false;
-  int result;
+  bool result;
   {
     ScopedProgressTarget target(this);
     result = operation();

@@ -50,22 +50,22 @@ class ScriptedUserInterface : public UserInterface, private ProgressTarget {
 
   Answer ask(const std::string& question, QuestionButtons buttons, MessageIcon icon) override;
   void showMessage(const std::string& text, MessageIcon icon) override;
-  bool chooseFile(const FileRequest& request, FileChoice& choice) override;
-  bool askNew(NewValues& values) override { return answer(onNew, values); }
-  bool askAddVariables(AddVariablesValues& values, bool) override { return answer(onAddVariables, values); }
-  bool askTaxonomy(TaxonomyValues& values) override { return answer(onTaxonomy, values); }
-  bool askDependence(DependenceValues& values) override { return answer(onDependence, values); }
-  bool askRemoveVariables(VariableSelection& values) override { return answer(onRemoveVariables, values); }
-  bool askRemoveTaxonomies(VariableSelection& values) override { return answer(onRemoveTaxonomies, values); }
-  bool askVariableProperties(VariablePropertiesValues& values) override {
+  [[nodiscard]] bool chooseFile(const FileRequest& request, FileChoice& choice) override;
+  [[nodiscard]] bool askNew(NewValues& values) override { return answer(onNew, values); }
+  [[nodiscard]] bool askAddVariables(AddVariablesValues& values, bool) override { return answer(onAddVariables, values); }
+  [[nodiscard]] bool askTaxonomy(TaxonomyValues& values) override { return answer(onTaxonomy, values); }
+  [[nodiscard]] bool askDependence(DependenceValues& values) override { return answer(onDependence, values); }
+  [[nodiscard]] bool askRemoveVariables(VariableSelection& values) override { return answer(onRemoveVariables, values); }
+  [[nodiscard]] bool askRemoveTaxonomies(VariableSelection& values) override { return answer(onRemoveTaxonomies, values); }
+  [[nodiscard]] bool askVariableProperties(VariablePropertiesValues& values) override {
     return answer(onVariableProperties, values);
   }
-  bool askReduction(ReductionValues& values) override { return answer(onReduction, values); }
-  bool askDivision(DivisionValues& values) override { return answer(onDivision, values); }
-  bool askExport(ExportValues& values) override { return answer(onExport, values); }
-  bool askJoin(JoinValues& values) override { return answer(onJoin, values); }
-  int runWithProgress(const std::string& title, const std::function<int()>& operation, bool& cancelled) override;
-  bool startViewer(const std::string& path, ViewerKind kind) override;
+  [[nodiscard]] bool askReduction(ReductionValues& values) override { return answer(onReduction, values); }
+  [[nodiscard]] bool askDivision(DivisionValues& values) override { return answer(onDivision, values); }
+  [[nodiscard]] bool askExport(ExportValues& values) override { return answer(onExport, values); }
+  [[nodiscard]] bool askJoin(JoinValues& values) override { return answer(onJoin, values); }
+  bool runWithProgress(const std::string& title, const std::function<bool()>& operation, bool& cancelled) override;
+  [[nodiscard]] bool startViewer(const std::string& path, ViewerKind kind) override;
   void showTaxonomies() override { shownDialogs.push_back("taxonomies"); }
   void showDependences() override { shownDialogs.push_back("dependences"); }
   void showVolumeMatrix() override { shownDialogs.push_back("volume matrix"); }

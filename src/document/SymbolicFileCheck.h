@@ -8,6 +8,6 @@ namespace velda {
 // The library reports into "parser.dat" and ends the process on a syntax or
 // semantic error; returns false (last-error text set) when the file cannot
 // be opened.
-bool checkSymbolicFile(const std::string& path);
+[[nodiscard]] bool checkSymbolicFile(const std::string& path);
 
 }  // namespace velda

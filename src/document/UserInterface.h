@@ -25,32 +25,32 @@ class UserInterface {
   virtual void showMessage(const std::string& text, MessageIcon icon) = 0;
 
   // A standard file dialog; false on Cancel.
-  virtual bool chooseFile(const FileRequest& request, FileChoice& choice) = 0;
+  [[nodiscard]] virtual bool chooseFile(const FileRequest& request, FileChoice& choice) = 0;
 
   // Each command's dialog: the values arrive with their initial contents and
   // go back changed; false on Cancel. A dialog may check the values with
   // DialogChecks before closing; the document checks them again.
-  virtual bool askNew(NewValues& values) = 0;
-  virtual bool askAddVariables(AddVariablesValues& values, bool setValued) = 0;
-  virtual bool askTaxonomy(TaxonomyValues& values) = 0;
-  virtual bool askDependence(DependenceValues& values) = 0;
-  virtual bool askRemoveVariables(VariableSelection& values) = 0;
-  virtual bool askRemoveTaxonomies(VariableSelection& values) = 0;
-  virtual bool askVariableProperties(VariablePropertiesValues& values) = 0;
-  virtual bool askReduction(ReductionValues& values) = 0;
-  virtual bool askDivision(DivisionValues& values) = 0;
-  virtual bool askExport(ExportValues& values) = 0;
-  virtual bool askJoin(JoinValues& values) = 0;
+  [[nodiscard]] virtual bool askNew(NewValues& values) = 0;
+  [[nodiscard]] virtual bool askAddVariables(AddVariablesValues& values, bool setValued) = 0;
+  [[nodiscard]] virtual bool askTaxonomy(TaxonomyValues& values) = 0;
+  [[nodiscard]] virtual bool askDependence(DependenceValues& values) = 0;
+  [[nodiscard]] virtual bool askRemoveVariables(VariableSelection& values) = 0;
+  [[nodiscard]] virtual bool askRemoveTaxonomies(VariableSelection& values) = 0;
+  [[nodiscard]] virtual bool askVariableProperties(VariablePropertiesValues& values) = 0;
+  [[nodiscard]] virtual bool askReduction(ReductionValues& values) = 0;
+  [[nodiscard]] virtual bool askDivision(DivisionValues& values) = 0;
+  [[nodiscard]] virtual bool askExport(ExportValues& values) = 0;
+  [[nodiscard]] virtual bool askJoin(JoinValues& values) = 0;
 
   // Runs a long operation inside a progress dialog titled `title`: the
   // implementation installs its progress target for the duration (see
   // ScopedProgressTarget), runs the operation to its end, and reports
   // whether Cancel was pressed. Returns the operation's result.
-  virtual int runWithProgress(const std::string& title, const std::function<int()>& operation, bool& cancelled) = 0;
+  virtual bool runWithProgress(const std::string& title, const std::function<bool()>& operation, bool& cancelled) = 0;
 
   // Starts an external viewer on a file without waiting; false when none
   // could be started.
-  virtual bool startViewer(const std::string& path, ViewerKind kind) = 0;
+  [[nodiscard]] virtual bool startViewer(const std::string& path, ViewerKind kind) = 0;
 
   // The tree and drawing dialogs that show the matrix without changing it.
   virtual void showTaxonomies() = 0;

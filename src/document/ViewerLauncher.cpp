@@ -13,7 +13,7 @@ namespace {
 
 // Runs the program in a grandchild, so that it is adopted and reaped by
 // the system; a pipe closed on exec tells whether the exec worked.
-bool startDetached(const std::string& program, const std::string& path) {
+[[nodiscard]] bool startDetached(const std::string& program, const std::string& path) {
   int report[2];
   if (pipe2(report, O_CLOEXEC) != 0) return false;
   const pid_t child = fork();

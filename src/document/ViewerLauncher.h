@@ -16,6 +16,6 @@ std::vector<std::string> viewerPrograms(ViewerKind kind);
 // Starts the first program of the list that can be started, with the file
 // as its only argument, without waiting for it (it is not left as a
 // zombie). False when none could be started.
-bool launchViewer(const std::string& path, ViewerKind kind);
+[[nodiscard]] bool launchViewer(const std::string& path, ViewerKind kind);
 
 }  // namespace velda

@@ -122,7 +122,7 @@ TEST_F(DocumentFlows, OpenShowsTheSummaryAndSaveWritesTheLoadedFileWithItsMetada
 
 TEST_F(DocumentFlows, CancelAtTheSaveQuestionKeepsEverything) {
   ASSERT_TRUE(openFile(writeProject("towns.gaj")));
-  document_.editVariableProperties();
+  static_cast<void>(document_.editVariableProperties());
   const SymbolicMatrix* before = document_.matrix();
   const size_t lines = document_.console().count();
 
@@ -186,7 +186,7 @@ TEST_F(DocumentFlows, JoinClosesTheDataFirstAndAFailedJoinLeavesNothing) {
   const std::string bogus = dir_.file("notes.gaj");
   std::ofstream(bogus) << "not a project";
   ASSERT_TRUE(openFile(first));
-  document_.editVariableProperties();
+  static_cast<void>(document_.editVariableProperties());
   const SymbolicMatrix* before = document_.matrix();
   JoinValues files{first, second};
   int dialogs = 0;

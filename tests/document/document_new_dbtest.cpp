@@ -75,7 +75,7 @@ TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
 
   // Save as always asks; an unwritable name changes nothing.
   nextFile_ = "/nonexistent-velda-dir/p.gaj";
-  document_.editVariableProperties();
+  static_cast<void>(document_.editVariableProperties());
   EXPECT_FALSE(document_.saveAs());
   EXPECT_EQ(ui_.lastMessage(), "Can not open file /nonexistent-velda-dir/p.gaj");
   EXPECT_TRUE(document_.isModified());

@@ -356,7 +356,7 @@ TEST_F(FileFaultsDeathTest, ViewFilesGoWhenTheLibraryEndsTheProcess) {
   setenv("TMPDIR", folder.c_str(), 1);
   EXPECT_EXIT(
       {
-        document_.viewTable(Document::Table::Individuals);
+        static_cast<void>(document_.viewTable(Document::Table::Individuals));
         symlib::SetSymbolicExitHandler(nullptr);
         std::istringstream broken("KORVA = (");
         symlib::SymbolicFile model;

@@ -268,7 +268,7 @@ TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
   ProgressDialog dialog(QStringLiteral("Reducing assertions"));
   EXPECT_EQ(progressTarget(), nullptr);
   ProgressTarget* during = nullptr;
-  const int result = dialog.run([&] {
+  const bool result = dialog.run([&] {
     during = progressTarget();
     progressLine1("Reduction in progress...");
     progressLine2("Assertion %s", "Paris");
@@ -276,11 +276,11 @@ TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
     const bool disabled = !dialog.cancelButton()->isEnabled();
     progressEnableCancel(true);
     dialog.cancelButton()->click();
-    return disabled && cancelRequested() ? 7 : 0;
+    return disabled && cancelRequested();
   });
   EXPECT_EQ(during, &dialog);
   EXPECT_EQ(progressTarget(), nullptr);
-  EXPECT_EQ(result, 7);
+  EXPECT_TRUE(result);
   EXPECT_TRUE(dialog.wasCancelled());
   EXPECT_EQ(dialog.line1().toStdString(), "Reduction in progress...");
   EXPECT_EQ(dialog.line2().toStdString(), "Assertion Paris");

@@ -18,17 +18,17 @@ namespace velda::cli {
 
 namespace {
 
-bool fail(Session& session, const std::string& text) {
+[[nodiscard]] bool fail(Session& session, const std::string& text) {
   session.ui.showMessage(text, MessageIcon::Warning);
   return false;
 }
 
-bool needConnection(Session& session) {
+[[nodiscard]] bool needConnection(Session& session) {
   if (session.document.connection()) return true;
   return fail(session, "Not connected: use connect CONN first");
 }
 
-bool needData(Session& session) {
+[[nodiscard]] bool needData(Session& session) {
   if (session.document.matrix()) return true;
   return fail(session, "No data: use new, open or join first");
 }
@@ -42,7 +42,7 @@ int32_t variableNamed(Session& session, const std::string& name) {
   return -1;
 }
 
-bool variablesNamed(Session& session, const std::vector<std::string>& names, std::vector<int32_t>& indexes) {
+[[nodiscard]] bool variablesNamed(Session& session, const std::vector<std::string>& names, std::vector<int32_t>& indexes) {
   for (const std::string& name : names) {
     const int32_t index = variableNamed(session, name);
     if (index < 0) return false;
@@ -53,7 +53,7 @@ bool variablesNamed(Session& session, const std::vector<std::string>& names, std
 
 // Says why a command that works on the individuals cannot run on a matrix
 // that the database aggregated; false for any other case.
-bool refusedWithoutIndividuals(Session& session, int32_t commandId, const char* what) {
+[[nodiscard]] bool refusedWithoutIndividuals(Session& session, int32_t commandId, const char* what) {
   const SymbolicMatrix* matrix = session.document.matrix();
   if (!matrix || matrix->individualCount() > 0 || !needsIndividuals(commandId)) return false;
   fail(session, format("%s is not possible: the matrix holds no individuals (the database aggregated them)", what));
@@ -61,7 +61,7 @@ bool refusedWithoutIndividuals(Session& session, int32_t commandId, const char* 
 }
 
 // Runs a document command only while it is enabled, as a menu would.
-bool runEnabled(Session& session, int32_t commandId, const char* what, bool (Document::*command)()) {
+[[nodiscard]] bool runEnabled(Session& session, int32_t commandId, const char* what, bool (Document::*command)()) {
   if (refusedWithoutIndividuals(session, commandId, what)) return false;
   if (!session.document.isEnabled(commandId)) return fail(session, format("%s is not possible now", what));
   return (session.document.*command)();

@@ -42,11 +42,11 @@ void CliUserInterface::showMessage(const std::string& text, MessageIcon icon) {
   std::fprintf(stderr, "%s\n", text.c_str());
 }
 
-int CliUserInterface::runWithProgress(const std::string& title, const std::function<int()>& operation,
-                                      bool& cancelled) {
+bool CliUserInterface::runWithProgress(const std::string& title, const std::function<bool()>& operation,
+                                       bool& cancelled) {
   progressTitles.push_back(title);
   TerminalProgress progress;
-  int result;
+  bool result;
   {
     ScopedProgressTarget target(&progress);
     result = operation();

@@ -22,7 +22,7 @@ class CliUserInterface final : public ScriptedUserInterface {
   bool confirmDependence = false;
 
   void showMessage(const std::string& text, MessageIcon icon) override;
-  int runWithProgress(const std::string& title, const std::function<int()>& operation, bool& cancelled) override;
+  bool runWithProgress(const std::string& title, const std::function<bool()>& operation, bool& cancelled) override;
   void showTaxonomies() override;
   void showDependences() override;
   void showVolumeMatrix() override;
@@ -38,6 +38,6 @@ class CliUserInterface final : public ScriptedUserInterface {
 };
 
 // Copies a file to standard output; false when it cannot be read.
-bool printFile(const std::string& path);
+[[nodiscard]] bool printFile(const std::string& path);
 
 }  // namespace velda::cli

@@ -66,7 +66,7 @@ class Latin1Writer {
   Converter converter_;
 };
 
-bool writeAll(int fd, const std::string& bytes) {
+[[nodiscard]] bool writeAll(int fd, const std::string& bytes) {
   size_t written = 0;
   while (written < bytes.size()) {
     const ssize_t n = ::write(fd, bytes.data() + written, bytes.size() - written);

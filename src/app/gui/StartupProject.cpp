@@ -15,7 +15,8 @@ void openProjectAtStart(ui::CMainFrame& frame, const QString& argument) {
   const std::string path(bytes.constData(), static_cast<size_t>(bytes.size()));
   QTimer::singleShot(0, &frame, [&frame, path] {
     Document& document = frame.view().document();
-    document.guardMemory([&document, &path] { return document.openFile(path, false); });
+    // A project that does not open has said why; the window stays empty.
+    static_cast<void>(document.guardMemory([&document, &path] { return document.openFile(path, false); }));
     frame.updateCommandStates();
   });
 }

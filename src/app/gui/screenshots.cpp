@@ -121,7 +121,7 @@ void choose(QListWidget* list, const char* text) {
 
 // The main job of the sample database, driven through the real dialogs;
 // the extraction dialog opens on the sample by itself.
-bool loadSample(CMainFrame& frame) {
+[[nodiscard]] bool loadSample(CMainFrame& frame) {
   Document& document = frame.view().document();
   if (sampleConnectionString().empty()) return false;
   onNextModal<QueryDialog>([](QueryDialog* dialog) {

@@ -25,12 +25,12 @@ ProgressDialog::ProgressDialog(const QString& title, QWidget* parent) : QDialog(
   layout->addWidget(cancelButton_, 0, Qt::AlignHCenter);
 }
 
-int ProgressDialog::run(const std::function<int()>& operation) {
+bool ProgressDialog::run(const std::function<bool()>& operation) {
   cancelled_ = false;
   show();
   QCoreApplication::processEvents();
   sincePump_.start();
-  int result;
+  bool result;
   {
     ScopedProgressTarget target(this);
     result = operation();

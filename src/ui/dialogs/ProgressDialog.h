@@ -24,7 +24,7 @@ class ProgressDialog : public QDialog, public ProgressTarget {
 
   // Shows the dialog, runs the operation to its end, closes the dialog and
   // returns the operation's result.
-  int run(const std::function<int()>& operation);
+  bool run(const std::function<bool()>& operation);
   bool wasCancelled() const { return cancelled_; }
 
   QString line1() const;

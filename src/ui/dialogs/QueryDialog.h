@@ -58,7 +58,7 @@ class QueryDialog : public QDialog {
   void buildVariableList(const SymbolicMatrix& matrix);
   Values collect() const;
   std::optional<Refusal> check(const Values& values) const;
-  bool confirmExistingTaxonomy(const Values& values);
+  [[nodiscard]] bool confirmExistingTaxonomy(const Values& values);
   void openWrittenForm();
   void viewTable();
 

@@ -28,7 +28,7 @@ namespace velda::ui {
 namespace {
 
 // Runs a query dialog for one purpose with the values it starts from.
-bool runQueryDialog(QueryPurpose purpose, QueryDialog::Values& values, DataSourceLink& link,
+[[nodiscard]] bool runQueryDialog(QueryPurpose purpose, QueryDialog::Values& values, DataSourceLink& link,
                     const SymbolicMatrix* matrix, QWidget* parent) {
   QueryDialog dialog(purpose, false, values, link, matrix, parent);
   if (dialog.exec() != QDialog::Accepted) return false;
@@ -42,7 +42,9 @@ CKORVAView::CKORVAView(QWidget* parent) : ConsoleView(parent), previousMessageTa
   document_ = std::make_unique<Document>(*this);
   attach(document_->console());
   setMessageBoxTarget(this);
-  QObject::connect(this, &ConsoleView::commandRequested, this, [this](int id) { document_->execute(id); });
+  QObject::connect(this, &ConsoleView::commandRequested, this, [this](int id) {
+    static_cast<void>(document_->execute(id));  // the command shows its own failure
+  });
 }
 
 CKORVAView::~CKORVAView() {
@@ -174,9 +176,9 @@ bool CKORVAView::askJoin(JoinValues& values) {
   return true;
 }
 
-int CKORVAView::runWithProgress(const std::string& title, const std::function<int()>& operation, bool& cancelled) {
+bool CKORVAView::runWithProgress(const std::string& title, const std::function<bool()>& operation, bool& cancelled) {
   ProgressDialog dialog(toQt(title), this);
-  const int result = dialog.run(operation);
+  const bool result = dialog.run(operation);
   cancelled = dialog.wasCancelled();
   return result;
 }

@@ -25,20 +25,20 @@ class CKORVAView : public ConsoleView, public UserInterface, public DataSourceLi
   // UserInterface (and MessageBoxTarget, for showMessage).
   Answer ask(const std::string& question, QuestionButtons buttons, MessageIcon icon) override;
   void showMessage(const std::string& text, MessageIcon icon) override;
-  bool chooseFile(const FileRequest& request, FileChoice& choice) override;
-  bool askNew(NewValues& values) override;
-  bool askAddVariables(AddVariablesValues& values, bool setValued) override;
-  bool askTaxonomy(TaxonomyValues& values) override;
-  bool askDependence(DependenceValues& values) override;
-  bool askRemoveVariables(VariableSelection& values) override;
-  bool askRemoveTaxonomies(VariableSelection& values) override;
-  bool askVariableProperties(VariablePropertiesValues& values) override;
-  bool askReduction(ReductionValues& values) override;
-  bool askDivision(DivisionValues& values) override;
-  bool askExport(ExportValues& values) override;
-  bool askJoin(JoinValues& values) override;
-  int runWithProgress(const std::string& title, const std::function<int()>& operation, bool& cancelled) override;
-  bool startViewer(const std::string& path, ViewerKind kind) override;
+  [[nodiscard]] bool chooseFile(const FileRequest& request, FileChoice& choice) override;
+  [[nodiscard]] bool askNew(NewValues& values) override;
+  [[nodiscard]] bool askAddVariables(AddVariablesValues& values, bool setValued) override;
+  [[nodiscard]] bool askTaxonomy(TaxonomyValues& values) override;
+  [[nodiscard]] bool askDependence(DependenceValues& values) override;
+  [[nodiscard]] bool askRemoveVariables(VariableSelection& values) override;
+  [[nodiscard]] bool askRemoveTaxonomies(VariableSelection& values) override;
+  [[nodiscard]] bool askVariableProperties(VariablePropertiesValues& values) override;
+  [[nodiscard]] bool askReduction(ReductionValues& values) override;
+  [[nodiscard]] bool askDivision(DivisionValues& values) override;
+  [[nodiscard]] bool askExport(ExportValues& values) override;
+  [[nodiscard]] bool askJoin(JoinValues& values) override;
+  bool runWithProgress(const std::string& title, const std::function<bool()>& operation, bool& cancelled) override;
+  [[nodiscard]] bool startViewer(const std::string& path, ViewerKind kind) override;
   void showTaxonomies() override;
   void showDependences() override;
   void showVolumeMatrix() override;
@@ -51,7 +51,7 @@ class CKORVAView : public ConsoleView, public UserInterface, public DataSourceLi
 
   // DataSourceLink.
   const Connection* connection() const override;
-  bool connect(const std::string& connectionString) override;
+  [[nodiscard]] bool connect(const std::string& connectionString) override;
 
  signals:
   void statusTextChanged(const QString& text);

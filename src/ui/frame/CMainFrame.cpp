@@ -226,7 +226,8 @@ void CMainFrame::updateCommandStates() {
 }
 
 void CMainFrame::runCommand(int32_t commandId) {
-  if (!runFrameCommand(commandId)) view_->document().execute(commandId);
+  // A command tells the user itself why it failed; nothing is left to do here.
+  if (!runFrameCommand(commandId)) static_cast<void>(view_->document().execute(commandId));
   updateCommandStates();
 }
 

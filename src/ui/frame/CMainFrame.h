@@ -49,7 +49,7 @@ class CMainFrame : public QMainWindow {
   void buildToolBars();
   void buildPanels();
   void connectView();
-  bool runFrameCommand(int32_t commandId);
+  [[nodiscard]] bool runFrameCommand(int32_t commandId);
   void showHelp();
   void onDisplayCleared(Display display);
   void onDisplayRefreshed(Display display);

@@ -15,7 +15,7 @@ class DataSourceLink {
   virtual ~DataSourceLink() = default;
   virtual const Connection* connection() const = 0;
   // Opens a new connection; false (the user told why) keeps the old one.
-  virtual bool connect(const std::string& connectionString) = 0;
+  [[nodiscard]] virtual bool connect(const std::string& connectionString) = 0;
 };
 
 }  // namespace velda::ui

@@ -17,6 +17,6 @@ QStringList qtNameFilters(const std::string& filter);
 // The standard open or save dialog (Qt's own, so that Open can carry the
 // "Ignore MetaData" box). The file-name field starts as "*.<suffix>".
 // Returns false on Cancel.
-bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice);
+[[nodiscard]] bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice);
 
 }  // namespace velda::ui
