@@ -56,15 +56,15 @@ std::unique_ptr<SymbolicMatrix> generate(const std::vector<std::pair<Kind, int>>
           person.cells[v].number = draw / 1000.0;
         } else {
           const std::string category = velda::format("c%d", draw);
-          matrix->variable(v).addCell(category.c_str(), person.cells[v]);
+          static_cast<void>(matrix->variable(v).addCell(category.c_str(), person.cells[v]));
         }
       }
       velda::Individual& stored = matrix->insertIndividual(std::move(person));
       matrix->link(stored, group);
-      matrix->addMember(group, stored);
+      static_cast<void>(matrix->addMember(group, stored));
     }
   }
-  matrix->finish(false);
+  static_cast<void>(matrix->finish(false));
   return matrix;
 }
 

@@ -90,7 +90,7 @@ int extraction(const velda::Connection& connection, const std::string& sql, int 
   if (threshold <= 0) return 0;
   velda::ConsoleLog console;
   const auto start = Clock::now();
-  velda::ApplyPrivacyThreshold(matrix, console, threshold);
+  static_cast<void>(velda::ApplyPrivacyThreshold(matrix, console, threshold));
   std::printf("privacy_seconds %.3f\nassertions_kept %zu\nindividuals_kept %zu\n", secondsSince(start),
               matrix.assertionCount(), matrix.individualCount());
   return 0;

@@ -47,12 +47,12 @@ inline Individual& addIndividual(SymbolicMatrix& matrix, const char* id, double 
   Individual& individual = matrix.insertIndividual(Individual(id, matrix.cellCount, weight));
   size_t v = 0;
   for (const char* text : texts) {
-    matrix.variable(v).addCell(text, individual.cells[v]);
+    static_cast<void>(matrix.variable(v).addCell(text, individual.cells[v]));
     ++v;
   }
   for (Assertion* assertion : assertions) {
     matrix.link(individual, *assertion);
-    matrix.addMember(*assertion, individual);
+    static_cast<void>(matrix.addMember(*assertion, individual));
   }
   return individual;
 }
@@ -72,7 +72,7 @@ inline std::unique_ptr<SymbolicMatrix> smallProject() {
   Assertion& g = matrix->createAssertion("g");
   addIndividual(*matrix, "i1", 1.0, {"2", "a"}, {&g});
   CellValue unused;
-  matrix->variable(1).addCell("b", unused);
+  static_cast<void>(matrix->variable(1).addCell("b", unused));
   return matrix;
 }
 
@@ -109,21 +109,21 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   addIndividual(*matrix, "cyd", 1.0, {"40", "nice", nullptr, "1.9"}, {&d});
   // A second set-valued contribution to red.
   CellValue foot;
-  matrix->variable(2).addCell("foot", foot);
-  a.value(2).addCell(foot, 2.0);
+  static_cast<void>(matrix->variable(2).addCell("foot", foot));
+  static_cast<void>(a.value(2).addCell(foot, 2.0));
 
   auto extra = std::make_unique<CategoricalVariable>("extra", 1, 3);
   extra->mode = MODE_KT_ESTIMATE;
   matrix->appendVariable(std::move(extra));
   CellValue tag;
-  matrix->variable(4).addCell("t1", tag);
+  static_cast<void>(matrix->variable(4).addCell("t1", tag));
   b.value(4).addCell(tag, 1.0);
 
   {
     TaxonomyBuilder builder(static_cast<CategoricalVariable&>(matrix->variable(2)));
     using Row = std::array<std::optional<std::string_view>, 2>;
     for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}}) builder.addRow(row);
-    builder.finish();
+    static_cast<void>(builder.finish());
   }
   settleTaxonomy(*matrix, 2);
 
@@ -132,7 +132,7 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   RuleGroup group;
   makeRuleGroup(*matrix, 1, applicable, daughters, group);
   applyRule(*matrix, std::move(group));
-  matrix->indexAssertions();
+  static_cast<void>(matrix->indexAssertions());
   return matrix;
 }
 

@@ -80,7 +80,7 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
       const bool null = choose(5) == 0;
       const std::string text = matrix.variable(v).isCategorical() ? categories[choose(static_cast<uint32_t>(categories.size()))]
                                                                  : randomNumber(choose);
-      matrix.variable(v).addCell(null ? nullptr : text.c_str(), person.cells[v]);
+      static_cast<void>(matrix.variable(v).addCell(null ? nullptr : text.c_str(), person.cells[v]));
     }
     // The first individuals go one to each group: no group stays empty.
     Assertion& group = *assertions[i < groups ? i : choose(groups)];

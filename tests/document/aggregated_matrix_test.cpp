@@ -32,7 +32,7 @@ ExtractionResult aggregated(long individuals) {
   result.matrix->cellCount = 1;
   result.matrix->createAssertion("a").memberCount = 5;
   result.matrix->createAssertion("b").memberCount = 2;
-  result.matrix->indexAssertions();
+  static_cast<void>(result.matrix->indexAssertions());
   result.aggregatedIndividuals = individuals;
   return result;
 }

@@ -44,10 +44,10 @@ ExtractionResult extracted(milliseconds elapsed, size_t smallGroup = 1) {
       individual.cells[0].flags = CELL_MODALITY | CELL_NULL;
       individual.cells[1].flags = CELL_NUMBER | CELL_NULL;
       m.link(individual, assertion);
-      m.addMember(assertion, individual);
+      static_cast<void>(m.addMember(assertion, individual));
     }
   }
-  m.indexAssertions();
+  static_cast<void>(m.indexAssertions());
   result.startedAt = std::chrono::steady_clock::time_point(std::chrono::seconds(50));
   result.finishedAt = result.startedAt + elapsed;
   return result;

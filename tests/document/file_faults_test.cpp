@@ -78,7 +78,7 @@ std::unique_ptr<SymbolicMatrix> towns(int people = 0) {
     const std::string id = "a-rather-long-individual-name-" + std::to_string(i);
     Individual& p = hand.person(id.c_str(), {"z", "60"});
     hand.matrix->link(p, c);
-    hand.matrix->addMember(c, p);
+    static_cast<void>(hand.matrix->addMember(c, p));
   }
   return std::move(hand.matrix);
 }

@@ -59,7 +59,7 @@ TEST(ProjectReadBack, RulesAndRecomputedDaughtersKeepTheirOrder) {
 TEST(ProjectReadBack, AnEmptyCategoryIsStoredAsPresent) {
   auto matrix = test::smallProject();
   CellValue unused;
-  matrix->variable(1).addCell("", unused);
+  static_cast<void>(matrix->variable(1).addCell("", unused));
   const std::string bytes = test::projectBytes(*matrix);
   // c's leaves in the order of three buckets: "" (hash 0, number 2), then
   // a (97 % 3 = 1) and b (98 % 3 = 2).

@@ -20,8 +20,8 @@ struct SmallMatrix {
 
   Individual& person(const char* id, const char* town, const char* age, double weight = 1.0) {
     Individual individual(id, matrix->cellCount, weight);
-    matrix->variable(0).addCell(town, individual.cells[0]);
-    matrix->variable(1).addCell(age, individual.cells[1]);
+    static_cast<void>(matrix->variable(0).addCell(town, individual.cells[0]));
+    static_cast<void>(matrix->variable(1).addCell(age, individual.cells[1]));
     return matrix->insertIndividual(std::move(individual));
   }
 
@@ -59,7 +59,7 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
   CellValue height;
   height.flags = CELL_NUMBER;
   height.number = 1.5;
-  values[0][1]->addCell(height, 1.0);
+  static_cast<void>(values[0][1]->addCell(height, 1.0));
   matrix.appendVariables(added, values);
 
   ASSERT_EQ(matrix.variableCount(), 5u);

@@ -30,7 +30,7 @@ std::unique_ptr<SymbolicMatrix> paris(std::initializer_list<const char*> xs) {
   Assertion& assertion = data.matrix->createAssertion("Paris");
   for (Individual* member : members) {
     data.matrix->link(*member, assertion);
-    data.matrix->addMember(assertion, *member);
+    static_cast<void>(data.matrix->addMember(assertion, *member));
   }
   return std::move(data.matrix);
 }

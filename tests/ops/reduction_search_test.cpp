@@ -191,7 +191,7 @@ struct RandomCase {
       Assertion& group = data.matrix->createAssertion("g" + std::to_string(g));
       for (Individual* member : members) {
         data.matrix->link(*member, group);
-        data.matrix->addMember(group, *member);
+        static_cast<void>(data.matrix->addMember(group, *member));
       }
     }
     const int firstCategorical =
@@ -206,7 +206,7 @@ struct RandomCase {
     SymbolicMatrix& m = *data.matrix;
     Individual individual(id, m.cellCount);
     for (size_t v = 0; v < texts.size(); ++v)
-      m.variable(v).addCell(texts[v].empty() ? nullptr : texts[v].c_str(), individual.cells[v]);
+      static_cast<void>(m.variable(v).addCell(texts[v].empty() ? nullptr : texts[v].c_str(), individual.cells[v]));
     return m.insertIndividual(std::move(individual));
   }
 

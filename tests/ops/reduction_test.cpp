@@ -42,7 +42,7 @@ struct TenPeople : HandMatrix {
     Assertion& assertion = matrix->createAssertion("town");
     for (Individual* member : members) {
       matrix->link(*member, assertion);
-      matrix->addMember(assertion, *member);
+      static_cast<void>(matrix->addMember(assertion, *member));
     }
   }
 };
@@ -123,7 +123,7 @@ TEST(Reduction, GreedyThenSearchKeepsTheNarrowestHalf) {
   Assertion& assertion = data.matrix->createAssertion("g");
   for (Individual* member : members) {
     data.matrix->link(*member, assertion);
-    data.matrix->addMember(assertion, *member);
+    static_cast<void>(data.matrix->addMember(assertion, *member));
   }
   ConsoleLog console;
   ASSERT_EQ(Reduce(*data.matrix, 50, console), 1);

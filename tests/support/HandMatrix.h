@@ -1,5 +1,7 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <initializer_list>
 #include <memory>
 #include <sstream>
@@ -38,7 +40,7 @@ struct HandMatrix {
     Individual individual(id, matrix->cellCount, weight);
     size_t v = 0;
     for (const char* text : texts) {
-      matrix->variable(v).addCell(text, individual.cells[v]);
+      static_cast<void>(matrix->variable(v).addCell(text, individual.cells[v]));
       ++v;
     }
     return matrix->insertIndividual(std::move(individual));
@@ -49,7 +51,7 @@ struct HandMatrix {
     Assertion& assertion = matrix->createAssertion(id);
     for (Individual* member : members) {
       matrix->link(*member, assertion);
-      matrix->addMember(assertion, *member);
+      EXPECT_TRUE(matrix->addMember(assertion, *member));
     }
     return assertion;
   }
