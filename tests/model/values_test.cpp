@@ -100,7 +100,7 @@ TEST(CategoricalValue, BreaksTheLineBeforeEveryTenthItemInTableOrder) {
   CategoricalVariable code("code", 1, 19);
   code.mode = MODE_BOOLEAN;
   CategoricalValue value(code);
-  for (int i = 0; i < 12; ++i) value.addCell(cellOf(code, std::to_string(i).c_str()), 1);
+  for (int i = 0; i < 12; ++i) EXPECT_TRUE(value.addCell(cellOf(code, std::to_string(i).c_str()), 1));
   // Nine buckets: indexes 9, 10 and 11 follow 0, 1 and 2 in their chains.
   EXPECT_EQ(valueText(value), "(1,10,2,11,3,12,4,5,6,\n    7,8,9)");
   value.rebuild();
