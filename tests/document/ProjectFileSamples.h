@@ -122,7 +122,7 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   {
     TaxonomyBuilder builder(static_cast<CategoricalVariable&>(matrix->variable(2)));
     using Row = std::array<std::optional<std::string_view>, 2>;
-    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}}) builder.addRow(row);
+    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}}) EXPECT_TRUE(builder.addRow(row));
     static_cast<void>(builder.finish());
   }
   settleTaxonomy(*matrix, 2);
@@ -130,8 +130,8 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   const std::array<int32_t, 1> applicable{0};  // paris
   const std::array<int32_t, 1> daughters{0};   // age
   RuleGroup group;
-  makeRuleGroup(*matrix, 1, applicable, daughters, group);
-  applyRule(*matrix, std::move(group));
+  EXPECT_TRUE(makeRuleGroup(*matrix, 1, applicable, daughters, group));
+  EXPECT_TRUE(applyRule(*matrix, std::move(group)));
   static_cast<void>(matrix->indexAssertions());
   return matrix;
 }

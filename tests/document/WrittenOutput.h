@@ -92,7 +92,7 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
   for (size_t v = 0; v < matrix.cellCount; ++v) {
     if (!matrix.variable(v).isCategorical()) continue;
     CellValue unused;
-    for (const std::string& category : categories) matrix.variable(v).addCell(category.c_str(), unused);
+    for (const std::string& category : categories) static_cast<void>(matrix.variable(v).addCell(category.c_str(), unused));
     break;
   }
   if (matrix.finish(false) != 1) return nullptr;
@@ -104,7 +104,8 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
     RuleGroup group;
     const int32_t applicable[] = {0};
     const int32_t daughters[] = {categorical[1]};
-    if (makeRuleGroup(matrix, categorical[0], applicable, daughters, group)) applyRule(matrix, std::move(group));
+    if (makeRuleGroup(matrix, categorical[0], applicable, daughters, group))
+      static_cast<void>(applyRule(matrix, std::move(group)));
   }
   if (variables > 1 && choose(3) == 0) matrix.variable(choose(variables)).active = 0;
   return std::move(hand.matrix);
