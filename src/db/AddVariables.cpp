@@ -8,9 +8,9 @@
 #include "common/Decimal.h"
 #include "common/LastError.h"
 #include "common/Progress.h"
-#include "db/PendingVariables.h"
 #include "db/QueryStatement.h"
-#include "db/VariableNamer.h"
+#include "db/extraction/PendingVariables.h"
+#include "db/extraction/VariableNamer.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
@@ -65,8 +65,7 @@ std::unique_ptr<CategoricalVariable> newCategoricalVariable(std::string name, in
   return variable;
 }
 
-void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix,
-                           PendingVariables& pending) {
+void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix, PendingVariables& pending) {
   VariableNamer namer(matrix);
   for (int i = 1; i < statement.columnCount(); ++i) {
     std::string name = namer.nameFor(statement.columnName(i));
@@ -166,7 +165,7 @@ void reportAdded(const SymbolicMatrix& matrix, const PendingVariables& pending, 
 }
 
 [[nodiscard]] int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
-                 ConsoleLog& console) {
+                               ConsoleLog& console) {
   progressLine1("Adding variables...");
   QueryStatement statement;
   if (!statement.execute(connection, sql)) return failWithStatementError(statement);
@@ -201,8 +200,8 @@ void reportAdded(const SymbolicMatrix& matrix, const PendingVariables& pending, 
   return 1;
 }
 
-[[nodiscard]] int addVariablesSafely(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql, Form form,
-                      ConsoleLog& console) {
+[[nodiscard]] int addVariablesSafely(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
+                                     Form form, ConsoleLog& console) {
   try {
     return addVariables(matrix, connection, sql, form, console);
   } catch (const std::bad_alloc&) {
@@ -213,12 +212,12 @@ void reportAdded(const SymbolicMatrix& matrix, const PendingVariables& pending, 
 }  // namespace
 
 int addUniqueVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                      ConsoleLog& console) {
+                       ConsoleLog& console) {
   return addVariablesSafely(matrix, connection, sql, Form::Unique, console);
 }
 
 int addMultipleVariable(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                       ConsoleLog& console) {
+                        ConsoleLog& console) {
   return addVariablesSafely(matrix, connection, sql, Form::Multiple, console);
 }
 

@@ -27,12 +27,12 @@ class SymbolicMatrix;
 // a new single-valued variable (categorical for a character column,
 // quantitative otherwise). One row per assertion at most.
 [[nodiscard]] int addUniqueVariables(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                       ConsoleLog& console);
+                                     ConsoleLog& console);
 
 // Set-valued form: exactly three columns, the assertion, a category of the
 // new set-valued variable (named after column 2) and its weight for that
 // assertion. One row per assertion and category at most.
 [[nodiscard]] int addMultipleVariable(SymbolicMatrix& matrix, const Connection& connection, const std::string& sql,
-                        ConsoleLog& console);
+                                      ConsoleLog& console);
 
 }  // namespace velda

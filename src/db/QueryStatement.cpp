@@ -10,8 +10,8 @@
 #include "common/Decimal.h"
 #include "common/Format.h"
 #include "db/Connection.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -36,23 +36,16 @@ const char* const kOracleNumberHint =
     case SQL_VARCHAR:
     case SQL_DATE:
     case SQL_TIME:
-    case SQL_TIMESTAMP:
-      kind = COLUMN_CHARACTER;
-      return true;
+    case SQL_TIMESTAMP: kind = COLUMN_CHARACTER; return true;
     case SQL_BIT:
     case SQL_INTEGER:
-    case SQL_SMALLINT:
-      kind = COLUMN_INTEGER;
-      return true;
+    case SQL_SMALLINT: kind = COLUMN_INTEGER; return true;
     case SQL_NUMERIC:
     case SQL_DECIMAL:
     case SQL_FLOAT:
     case SQL_REAL:
-    case SQL_DOUBLE:
-      kind = COLUMN_REAL;
-      return true;
-    default:
-      return false;
+    case SQL_DOUBLE: kind = COLUMN_REAL; return true;
+    default: return false;
   }
 }
 
@@ -102,8 +95,8 @@ bool QueryStatement::bindColumns() {
     SQLULEN size = 0;
     SQLSMALLINT digits = 0;
     SQLSMALLINT nullable = 0;
-    if (!SQL_SUCCEEDED(SQLDescribeCol(stmt_, i, reinterpret_cast<SQLCHAR*>(name), sizeof name,
-                                      &nameLength, &sqlType, &size, &digits, &nullable))) {
+    if (!SQL_SUCCEEDED(SQLDescribeCol(stmt_, i, reinterpret_cast<SQLCHAR*>(name), sizeof name, &nameLength, &sqlType,
+                                      &size, &digits, &nullable))) {
       return fail(STATUS_ODBC_ERROR);
     }
     name[sizeof name - 1] = '\0';
@@ -153,18 +146,14 @@ std::string QueryStatement::errorText() {
   const StatementStatus status = status_;
   status_ = STATUS_OK;
   switch (status) {
-    case STATUS_OK:
-      return "";
-    case STATUS_NOT_SELECT:
-      return "Error: request must be a 'select'";
-    case STATUS_UNHANDLED_TYPE:
-      return "Error: unhandled column type";
-    case STATUS_ODBC_ERROR:
-      break;
+    case STATUS_OK: return "";
+    case STATUS_NOT_SELECT: return "Error: request must be a 'select'";
+    case STATUS_UNHANDLED_TYPE: return "Error: unhandled column type";
+    case STATUS_ODBC_ERROR: break;
   }
   OdbcDiagnostic diagnostic;
-  const bool read = stmt_ ? readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic)
-                          : readDiagnostic(SQL_HANDLE_DBC, dbc_, diagnostic);
+  const bool read =
+      stmt_ ? readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic) : readDiagnostic(SQL_HANDLE_DBC, dbc_, diagnostic);
   if (!read) return "";
   if (diagnostic.state == "22005") {
     return format("Error %s: %s\n%s", diagnostic.state.c_str(), diagnostic.message.c_str(), kOracleNumberHint);

@@ -17,8 +17,8 @@ const std::vector<CommandInfo> kCommands = {
     {ID_EXPORT, Menu::File, "&Export...", "Export assertions to KORVA format", "Export", E::Data, false},
     {ID_EXPORT_HORDES, Menu::File, "&Export Hordes...", "Export Hordes to KORVA format", "Export Hordes",
      E::HordesExist, false},
-    {ID_EXPORT_AND_VIEW, Menu::File, "Export and &view...", "Export to KORVA format and view result",
-     "Export and View", E::Data, false},
+    {ID_EXPORT_AND_VIEW, Menu::File, "Export and &view...", "Export to KORVA format and view result", "Export and View",
+     E::Data, false},
     {ID_DISCONNECT, Menu::File, "Disconnect", "Disconnect the database", nullptr, E::ConnectionOpen, false},
     {ID_APP_EXIT, Menu::File, "E&xit", "Quit the application", "Exit", E::Always, false},
     // Modify
@@ -36,8 +36,8 @@ const std::vector<CommandInfo> kCommands = {
      false},
     {ID_REDUCE_ASSERTIONS, Menu::Modify, "Reduce assertions...", "Reduce assertions", "Reduce Assertions",
      E::IndividualExists, false},
-    {ID_DIVIDE_ASSERTIONS, Menu::Modify, "Divide assertions...", "Divide Assertions", "Divide Assertions",
-     E::Divisible, false},
+    {ID_DIVIDE_ASSERTIONS, Menu::Modify, "Divide assertions...", "Divide Assertions", "Divide Assertions", E::Divisible,
+     false},
     {ID_REDUCE_HORDES, Menu::Modify, "Reduce Hordes...", "Reduce Hordes", "Reduce Hordes", E::HordesExist, false},
     {ID_VARIABLE_PROPERTIES, Menu::Modify, "&Variable properties...\tCtrl+V", "Edit variables ouput mode",
      "Edit Variables", E::Data, false},
@@ -46,8 +46,8 @@ const std::vector<CommandInfo> kCommands = {
      E::IndividualExists, false},
     {ID_VIEW_ASSERTIONS, Menu::View, "&Assertions...\tCtrl+A", "View assertions", "View Assertions", E::Data, false},
     {ID_VIEW_HORDES, Menu::View, "&Hordes...\tCtrl+H", "View hordes", "View hordes", E::HordesExist, false},
-    {ID_VIEW_TAXONOMIES, Menu::View, "&Taxonomies...\tCtrl+T", "View taxonomies", "View Taxonomies",
-     E::TaxonomyExists, false},
+    {ID_VIEW_TAXONOMIES, Menu::View, "&Taxonomies...\tCtrl+T", "View taxonomies", "View Taxonomies", E::TaxonomyExists,
+     false},
     {ID_VIEW_DEPENDENCES, Menu::View, "&Dependences...\tCtrl+R", "View dependences definition and taxonomy",
      "View dependences", E::DependenceExists, false},
     {ID_VIEW_REDUCED_ASSERTIONS, Menu::View, "&Reduced assertions...", "View the reduced assertions",
@@ -83,8 +83,8 @@ const std::vector<CommandInfo> kCommands = {
     {ID_APP_ABOUT, Menu::Help, "&About VELDA...", "Information about VELDA", "About", E::Always, false},
     // Strings without a menu item
     {ID_ADD_GROUP_VARIABLES, Menu::None, nullptr, "Add group variables", "Add group variables", E::Always, false},
-    {ID_VIEW_REDUCED_MATRIX, Menu::None, nullptr, "View matrix of reduced assertions",
-     "View reduced Assertions matrix", E::Always, false},
+    {ID_VIEW_REDUCED_MATRIX, Menu::None, nullptr, "View matrix of reduced assertions", "View reduced Assertions matrix",
+     E::Always, false},
     {ID_VIEW_VOLUME_MATRIX_AFTER, Menu::None, nullptr, "View volume matrix after reduction",
      "View post-red Volume Matrix", E::Always, false},
     {ID_REDUCE_HORDES_OLD, Menu::None, nullptr, "Reduce Hordes\\Reduce Hordes", nullptr, E::Always, false},
@@ -94,32 +94,20 @@ const std::vector<CommandInfo> kCommands = {
 
 bool isEnabled(EnabledWhen rule, const DocumentState& s) {
   switch (rule) {
-    case E::Always:
-      return true;
-    case E::Data:
-      return s.hasData;
-    case E::HordesExist:
-      return s.hasData && s.hordeCount > 0;
-    case E::ConnectionOpen:
-      return s.connectionOpen;
-    case E::MoreVariablesThanCells:
-      return s.hasData && s.variableCount > s.cellCount;
-    case E::QualitativeVariable:
-      return s.hasData && s.qualitativeCount > 0;
-    case E::TaxonomyExists:
-      return s.hasData && s.taxonomyCount > 0;
-    case E::PossibleMother:
-      return s.hasData && s.possibleMothers > 0 && s.individualCount > 0;
-    case E::IndividualExists:
-      return s.hasData && s.individualCount > 0;
+    case E::Always: return true;
+    case E::Data: return s.hasData;
+    case E::HordesExist: return s.hasData && s.hordeCount > 0;
+    case E::ConnectionOpen: return s.connectionOpen;
+    case E::MoreVariablesThanCells: return s.hasData && s.variableCount > s.cellCount;
+    case E::QualitativeVariable: return s.hasData && s.qualitativeCount > 0;
+    case E::TaxonomyExists: return s.hasData && s.taxonomyCount > 0;
+    case E::PossibleMother: return s.hasData && s.possibleMothers > 0 && s.individualCount > 0;
+    case E::IndividualExists: return s.hasData && s.individualCount > 0;
     case E::Divisible:
       return s.hasData && s.individualCount > 0 && (s.qualitativeCount == 0 || s.quantitativeCount == 0);
-    case E::ReducedAssertionExists:
-      return s.hasData && s.reducedAssertionCount > 0;
-    case E::ReducedHordeExists:
-      return s.hasData && s.reducedHordeCount > 0;
-    case E::DependenceExists:
-      return s.hasData && s.dependenceCount > 0;
+    case E::ReducedAssertionExists: return s.hasData && s.reducedAssertionCount > 0;
+    case E::ReducedHordeExists: return s.hasData && s.reducedHordeCount > 0;
+    case E::DependenceExists: return s.hasData && s.dependenceCount > 0;
   }
   return false;
 }
@@ -140,10 +128,8 @@ bool needsIndividuals(int32_t id) {
     case E::IndividualExists:
     case E::Divisible:
     case E::HordesExist:
-    case E::ReducedHordeExists:
-      return true;
-    default:
-      return false;
+    case E::ReducedHordeExists: return true;
+    default: return false;
   }
 }
 

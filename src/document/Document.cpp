@@ -6,8 +6,8 @@
 #include "common/LastError.h"
 #include "db/Connection.h"
 #include "document/BusyScope.h"
-#include "document/DocumentMetadata.h"
-#include "document/ViewFiles.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/view/ViewFiles.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {

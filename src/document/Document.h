@@ -8,8 +8,8 @@
 #include "common/ConsoleLog.h"
 #include "document/CommandTable.h"
 #include "document/DialogChecks.h"
-#include "document/FileRecord.h"
 #include "document/UserInterface.h"
+#include "document/project/FileRecord.h"
 
 namespace velda {
 
@@ -122,7 +122,7 @@ class Document {
   // Runs an operation inside the progress dialog and reports a cancel or a
   // failure with the given texts.
   [[nodiscard]] bool runLongOperation(const char* title, const char* canceledText, const char* failedText,
-                        const std::function<bool()>& operation);
+                                      const std::function<bool()>& operation);
   // The export dialog, from and back to the matrix's title and subtitle.
   [[nodiscard]] bool askExportValues(ExportValues& values);
   // Starts the viewer on the last export.

@@ -3,7 +3,12 @@
 #include <sstream>
 
 #include "common/LastError.h"
+#include "db/AddVariables.h"
+#include "db/Connection.h"
+#include "db/QueryStatement.h"
+#include "db/TaxonomyQuery.h"
 #include "document/BusyScope.h"
+#include "document/DialogChecks.h"
 #include "document/Document.h"
 #include "model/CategoricalVariable.h"
 #include "model/Dependence.h"
@@ -11,11 +16,6 @@
 #include "model/Taxonomy.h"
 #include "model/VariableRemoval.h"
 #include "model/VariableSelection.h"
-#include "db/AddVariables.h"
-#include "db/Connection.h"
-#include "db/QueryStatement.h"
-#include "db/TaxonomyQuery.h"
-#include "document/DialogChecks.h"
 
 namespace velda {
 

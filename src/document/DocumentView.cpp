@@ -6,8 +6,8 @@
 #include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
-#include "document/MatrixReports.h"
-#include "document/ViewFiles.h"
+#include "document/view/MatrixReports.h"
+#include "document/view/ViewFiles.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {

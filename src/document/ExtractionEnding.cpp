@@ -34,7 +34,7 @@ long elapsedTicks(std::chrono::steady_clock::time_point start, std::chrono::stea
 }
 
 bool endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
-                  const ExtractionEndingHooks& hooks) {
+                   const ExtractionEndingHooks& hooks) {
   if (!result.matrix) {
     showMessage(lastError(), MessageIcon::Warning);
     return false;

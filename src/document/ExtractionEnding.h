@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 
 namespace velda {
 
@@ -32,6 +32,6 @@ long elapsedTicks(std::chrono::steady_clock::time_point start, std::chrono::stea
 // Returns true when the new matrix was installed (and made private); after
 // a failed privacy pass the caller drops the matrix it was given.
 [[nodiscard]] bool endExtraction(ExtractionResult result, int32_t privacyThreshold, ConsoleLog& console,
-                  const ExtractionEndingHooks& hooks);
+                                 const ExtractionEndingHooks& hooks);
 
 }  // namespace velda

@@ -52,11 +52,17 @@ class ScriptedUserInterface : public UserInterface, private ProgressTarget {
   void showMessage(const std::string& text, MessageIcon icon) override;
   [[nodiscard]] bool chooseFile(const FileRequest& request, FileChoice& choice) override;
   [[nodiscard]] bool askNew(NewValues& values) override { return answer(onNew, values); }
-  [[nodiscard]] bool askAddVariables(AddVariablesValues& values, bool) override { return answer(onAddVariables, values); }
+  [[nodiscard]] bool askAddVariables(AddVariablesValues& values, bool) override {
+    return answer(onAddVariables, values);
+  }
   [[nodiscard]] bool askTaxonomy(TaxonomyValues& values) override { return answer(onTaxonomy, values); }
   [[nodiscard]] bool askDependence(DependenceValues& values) override { return answer(onDependence, values); }
-  [[nodiscard]] bool askRemoveVariables(VariableSelection& values) override { return answer(onRemoveVariables, values); }
-  [[nodiscard]] bool askRemoveTaxonomies(VariableSelection& values) override { return answer(onRemoveTaxonomies, values); }
+  [[nodiscard]] bool askRemoveVariables(VariableSelection& values) override {
+    return answer(onRemoveVariables, values);
+  }
+  [[nodiscard]] bool askRemoveTaxonomies(VariableSelection& values) override {
+    return answer(onRemoveTaxonomies, values);
+  }
   [[nodiscard]] bool askVariableProperties(VariablePropertiesValues& values) override {
     return answer(onVariableProperties, values);
   }

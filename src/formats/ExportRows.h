@@ -19,7 +19,7 @@ class SymbolicMatrix;
 // last-error text set when the numbers are not 0 to count - 1 or memory
 // runs out.
 [[nodiscard]] bool OrderedRows(SymbolicMatrix& matrix, bool reducedRows, std::vector<const Assertion*>& labels,
-                 std::vector<const Assertion*>& rows);
+                               std::vector<const Assertion*>& rows);
 
 // Whether labels and rows pair up and every row holds a value per variable;
 // false with "Reduced assertions do not match the assertions" set otherwise.
@@ -30,6 +30,6 @@ bool RowsFit(const SymbolicMatrix& matrix, std::span<const Assertion* const> lab
 // fit. False with the last-error text set when the rows do not fit or no
 // variable is active ("No active variable").
 [[nodiscard]] bool ActiveVariables(const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
-                     std::span<const Assertion* const> rows, std::vector<size_t>& active);
+                                   std::span<const Assertion* const> rows, std::vector<size_t>& active);
 
 }  // namespace velda

@@ -21,7 +21,7 @@ class SymbolicMatrix;
 // False with nothing written and the last-error text set when no variable
 // is active, the rows do not fit or memory runs out. Write errors are left
 // in the stream's state.
-[[nodiscard]] bool WriteRsdaTable(std::ostream& out, const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
-                    std::span<const Assertion* const> rows);
+[[nodiscard]] bool WriteRsdaTable(std::ostream& out, const SymbolicMatrix& matrix,
+                                  std::span<const Assertion* const> labels, std::span<const Assertion* const> rows);
 
 }  // namespace velda

@@ -26,13 +26,15 @@ class SymbolicMatrix;
 // first; IndexAndWriteSymbolicText serves the exports that read the file
 // back, WriteSymbolicText the plain export.
 [[nodiscard]] bool IndexAndWriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows,
-                               ConsoleLog* console = nullptr);
-[[nodiscard]] bool WriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows, ConsoleLog* console = nullptr);
+                                             ConsoleLog* console = nullptr);
+[[nodiscard]] bool WriteSymbolicText(std::ostream& out, SymbolicMatrix& matrix, bool reducedRows,
+                                     ConsoleLog* console = nullptr);
 
 // The same file for any rows that carry one value per variable of the
 // matrix: individual i is named by labels[i] and valued by rows[i] (both
 // lists of the same length).
-[[nodiscard]] bool WriteSymbolicRows(std::ostream& out, const SymbolicMatrix& matrix, std::span<const Assertion* const> labels,
-                       std::span<const Assertion* const> rows, ConsoleLog* console = nullptr);
+[[nodiscard]] bool WriteSymbolicRows(std::ostream& out, const SymbolicMatrix& matrix,
+                                     std::span<const Assertion* const> labels, std::span<const Assertion* const> rows,
+                                     ConsoleLog* console = nullptr);
 
 }  // namespace velda

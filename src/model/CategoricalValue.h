@@ -38,9 +38,7 @@ class CategoricalValue final : public SymbolicValue {
   // Rehashes the entries to as many buckets as entries.
   void rebuild() { entries.rebuild(entries.size()); }
 
-  const CategoricalVariable& categoricalVariable() const {
-    return static_cast<const CategoricalVariable&>(variable());
-  }
+  const CategoricalVariable& categoricalVariable() const { return static_cast<const CategoricalVariable&>(variable()); }
   // The weight that renderings read: the subtree weight under a taxonomy.
   double shownWeight(const ValueEntry& entry) const {
     return categoricalVariable().hasTaxonomy() ? entry.subtreeWeight : entry.weight;

@@ -82,7 +82,8 @@ bool fitsCells(const SymbolicMatrix& matrix, const RuleGroup& group) {
   return true;
 }
 
-[[nodiscard]] bool checkDaughters(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> daughters) {
+[[nodiscard]] bool checkDaughters(const SymbolicMatrix& matrix, int32_t motherIndex,
+                                  std::span<const int32_t> daughters) {
   if (daughters.empty()) {
     setError("No daughter variables selected");
     return false;
@@ -161,7 +162,7 @@ bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t va
 }
 
 bool makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
-                  std::span<const int32_t> daughters, RuleGroup& group) {
+                   std::span<const int32_t> daughters, RuleGroup& group) {
   if (!chooseMother(matrix, motherIndex)) return false;
   const auto& mother = static_cast<const CategoricalVariable&>(matrix.variable(static_cast<size_t>(motherIndex)));
   if (!checkApplicable(mother, applicable) || !checkDaughters(matrix, motherIndex, daughters)) return false;

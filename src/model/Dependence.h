@@ -33,7 +33,7 @@ bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t va
 // variable selected", "No modalities selected", "No daughter variables
 // selected"), invalid, or when memory runs out.
 [[nodiscard]] bool makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<const int32_t> applicable,
-                  std::span<const int32_t> daughters, RuleGroup& group);
+                                 std::span<const int32_t> daughters, RuleGroup& group);
 
 // Lists in the console the daughter values that applying the group would
 // replace by NA (the first 30, "..." when there are more, then

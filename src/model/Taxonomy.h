@@ -49,7 +49,8 @@ void removeTaxonomy(SymbolicMatrix& matrix, size_t variableIndex);
 // changes nothing when an index is not a variable with a hierarchy, or when
 // memory runs out (the last-error text says why). An empty choice does
 // nothing and returns true.
-[[nodiscard]] bool removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
+[[nodiscard]] bool removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes,
+                                    ConsoleLog& console);
 
 // "taxonomy variable '%s': initial domain is covered by %d nodes"
 void printTaxonomyCoverage(ConsoleLog& console, const SymbolicVariable& variable, int coveringNodes);

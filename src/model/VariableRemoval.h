@@ -31,6 +31,7 @@ bool isUsedByRule(const SymbolicMatrix& matrix, size_t variableIndex);
 // choice covers every variable ("Impossible to remove all the variables"),
 // names a variable used by a rule or a variable that does not exist, or
 // when memory runs out. An empty choice does nothing and returns true.
-[[nodiscard]] bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes, ConsoleLog& console);
+[[nodiscard]] bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIndexes,
+                                   ConsoleLog& console);
 
 }  // namespace velda

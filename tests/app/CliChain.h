@@ -25,26 +25,63 @@ inline const char* chainDatabaseSql() {
 // Runs the whole chain from connect to export on the database and checks
 // what every step printed and wrote.
 inline void checkChain(const std::string& connection, const std::string& dir) {
-  const CliResult result = runCli(
-      {"--seed", "7", "connect", connection,
-       "then", "new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2",
-       "then", "taxonomy", "job", "--table", "jobs",
-       "then", "dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes",
-       "then", "add-variables", "--table", "facts",
-       "then", "save", "chain.gaj",
-       "then", "export", "chain.kvf", "--title", "People",
-       "then", "export", "chain.xml",
-       "then", "export", "chain.csv", "--format", "rsda",
-       "then", "view", "assertions"},
-      dir);
+  const CliResult result = runCli({"--seed",
+                                   "7",
+                                   "connect",
+                                   connection,
+                                   "then",
+                                   "new",
+                                   "--query",
+                                   "select id, town, job, income, w from people",
+                                   "--weight",
+                                   "--min",
+                                   "2",
+                                   "then",
+                                   "taxonomy",
+                                   "job",
+                                   "--table",
+                                   "jobs",
+                                   "then",
+                                   "dependence",
+                                   "--mother",
+                                   "job",
+                                   "--applicable",
+                                   "clerk,farmer",
+                                   "--daughters",
+                                   "income",
+                                   "--yes",
+                                   "then",
+                                   "add-variables",
+                                   "--table",
+                                   "facts",
+                                   "then",
+                                   "save",
+                                   "chain.gaj",
+                                   "then",
+                                   "export",
+                                   "chain.kvf",
+                                   "--title",
+                                   "People",
+                                   "then",
+                                   "export",
+                                   "chain.xml",
+                                   "then",
+                                   "export",
+                                   "chain.csv",
+                                   "--format",
+                                   "rsda",
+                                   "then",
+                                   "view",
+                                   "assertions"},
+                                  dir);
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::string> lines = linesOf(result.out);
   ASSERT_GE(lines.size(), 12u) << result.out;
   EXPECT_EQ(lines[0].rfind("Extraction done in ", 0), 0u);
   const std::vector<std::string> summary(lines.begin() + 1, lines.begin() + 4);
-  EXPECT_EQ(summary, (std::vector<std::string>{"Symbolic data matrix is composed by:",
-                                               "2 variables (1 qualitatives, 1 quantitatives)",
-                                               "3 assertions build from 6 individuals"}));
+  EXPECT_EQ(summary, (std::vector<std::string>{
+                         "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
+                         "3 assertions build from 6 individuals"}));
   auto has = [&](const std::string& line) {
     for (const std::string& l : lines)
       if (l == line) return true;
@@ -72,8 +109,8 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
 
   // The saved project opens again with its metadata; the reader checks the
   // exported file.
-  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check",
-                                     "chain.kvf", "then", "dependences", "then", "taxonomies"},
+  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check", "chain.kvf",
+                                     "then", "dependences", "then", "taxonomies"},
                                     dir);
   ASSERT_EQ(reopened.status, 0) << reopened.err;
   const std::vector<std::string> again = linesOf(reopened.out);

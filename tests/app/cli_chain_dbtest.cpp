@@ -26,23 +26,22 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(linesOf(result.out), (std::vector<std::string>{"facts\tTABLE", "jobs\tTABLE", "people\tTABLE",
                                                            "Column name\tType\tPrecision\tNullable",
-                                                           "town\tSQL_VARCHAR\t20\tYes",
-                                                           "sea\tSQL_VARCHAR\t3\tYes"}));
+                                                           "town\tSQL_VARCHAR\t20\tYes", "sea\tSQL_VARCHAR\t3\tYes"}));
 
-  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--sample", "9"},
-                  dir.path());
+  result =
+      runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--sample", "9"}, dir.path());
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err)[0], "Number of individuals must be between 100 and 10000");
 
-  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--min", "0"},
-                  dir.path());
+  result =
+      runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--min", "0"}, dir.path());
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err)[0], "Minimum of individuals must be more than 0");
 
   // Without --yes the dependence is only previewed: No brings the dialog
   // back once, and the second time it is cancelled with the reason.
-  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then",
-                   "dependence", "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
+  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then", "dependence",
+                   "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
                   dir.path());
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err),

@@ -80,14 +80,33 @@ TEST_F(CliUsage, EveryUsageErrorExitsWithTwoAndRunsNothing) {
 TEST_F(CliUsage, HelpListsEveryCommand) {
   const CliResult result = run({"--help"});
   EXPECT_EQ(result.status, 0);
-  for (const char* command : {"connect CONN", "disconnect", "tables", "columns TABLE", "new (--table NAME",
-                              "open FILE [--ignore-metadata]", "save [FILE]", "join FIRST SECOND",
-                              "add-variables", "add-set-variable", "remove-variables NAME...", "taxonomy VARIABLE",
-                              "remove-taxonomies VARIABLE...", "dependence --mother", "properties NAME...",
-                              "reduce [--threshold T]", "divide [--classes K]", "reduce-hordes", "export FILE",
-                              "export-hordes FILE", "view individuals|assertions|hordes|reduced|reduced-hordes",
-                              "taxonomies", "dependences", "volume-matrix [--before]", "console-save FILE",
-                              "check FILE", "discards"})
+  for (const char* command : {"connect CONN",
+                              "disconnect",
+                              "tables",
+                              "columns TABLE",
+                              "new (--table NAME",
+                              "open FILE [--ignore-metadata]",
+                              "save [FILE]",
+                              "join FIRST SECOND",
+                              "add-variables",
+                              "add-set-variable",
+                              "remove-variables NAME...",
+                              "taxonomy VARIABLE",
+                              "remove-taxonomies VARIABLE...",
+                              "dependence --mother",
+                              "properties NAME...",
+                              "reduce [--threshold T]",
+                              "divide [--classes K]",
+                              "reduce-hordes",
+                              "export FILE",
+                              "export-hordes FILE",
+                              "view individuals|assertions|hordes|reduced|reduced-hordes",
+                              "taxonomies",
+                              "dependences",
+                              "volume-matrix [--before]",
+                              "console-save FILE",
+                              "check FILE",
+                              "discards"})
     EXPECT_NE(result.out.find(command), std::string::npos) << command;
 }
 

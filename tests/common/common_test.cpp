@@ -146,8 +146,7 @@ TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
   std::vector<int> indexedOrder;
   for (const Item& item : moved) indexedOrder.push_back(item.key);
   EXPECT_EQ(indexedOrder, walkedOrder) << "the index does not change the order";
-  for (int key = -5; key < 610; ++key)
-    EXPECT_EQ(moved.find(key) != nullptr, present.count(key) == 1) << "key " << key;
+  for (int key = -5; key < 610; ++key) EXPECT_EQ(moved.find(key) != nullptr, present.count(key) == 1) << "key " << key;
   moved.clear();
   EXPECT_EQ(moved.find(1), nullptr);
   moved.insert(1, "one");
@@ -174,9 +173,8 @@ TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
 TEST(ConsoleLog, DropsTheOldestBlockWhenFullAndNotifies) {
   ConsoleLog console;
   int added = 0, cleared = 0;
-  console.setListener([&](ConsoleLog::Change change) {
-    (change == ConsoleLog::Change::LineAdded ? added : cleared)++;
-  });
+  console.setListener(
+      [&](ConsoleLog::Change change) { (change == ConsoleLog::Change::LineAdded ? added : cleared)++; });
   for (int i = 0; i < 4800; ++i) console.print("line %d", i);
   EXPECT_EQ(console.count(), 4800u);
   console.print("line %d", 4800);

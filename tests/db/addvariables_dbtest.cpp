@@ -9,7 +9,7 @@
 #include "common/Progress.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
@@ -91,10 +91,11 @@ class AddVariablesSqlite : public ::testing::Test {
 };
 
 TEST_F(AddVariablesSqlite, UniqueFormChecksItsQuery) {
-  facts("insert into facts values(1,'g1','north',10,5,1);"
-        "insert into facts values(2,'zz','north',10,5,1);"
-        "insert into facts values(3,NULL,'north',10,5,1);"
-        "insert into facts values(4,'g1','south',11,6,1);");
+  facts(
+      "insert into facts values(1,'g1','north',10,5,1);"
+      "insert into facts values(2,'zz','north',10,5,1);"
+      "insert into facts values(3,NULL,'north',10,5,1);"
+      "insert into facts values(4,'g1','south',11,6,1);");
   EXPECT_EQ(failure(addUniqueVariables, "select grp from facts"), "Incorrect number of column");
   EXPECT_EQ(failure(addUniqueVariables, "select area, region from facts"), "Invalid assertion column type");
   EXPECT_EQ(failure(addUniqueVariables, " select grp, area from facts"), "Error: request must be a 'select'");
@@ -108,10 +109,11 @@ TEST_F(AddVariablesSqlite, UniqueFormChecksItsQuery) {
 }
 
 TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
-  facts("insert into facts values(1,'g1','north',10.5,100,1);"
-        "insert into facts values(2,'zz','south',1,1,1);"
-        "insert into facts values(3,'g3',NULL,7,NULL,1);"
-        "insert into facts values(4,NULL,'east',1,1,1);");
+  facts(
+      "insert into facts values(1,'g1','north',10.5,100,1);"
+      "insert into facts values(2,'zz','south',1,1,1);"
+      "insert into facts values(3,'g3',NULL,7,NULL,1);"
+      "insert into facts values(4,NULL,'east',1,1,1);");
   EXPECT_EQ(success(addUniqueVariables, "select grp, region, area, pop as x from facts order by n"),
             (std::vector<std::string>{
                 "Warning: assertion 'g2' is not covered by the query",
@@ -141,9 +143,10 @@ TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
 }
 
 TEST_F(AddVariablesSqlite, MultipleFormChecksItsQueryOnEveryRow) {
-  facts("insert into facts values(1,'g1','red',0,0,2);"
-        "insert into facts values(2,'zz','red',0,0,1);"
-        "insert into facts values(3,'g1','blue',0,0,1);");
+  facts(
+      "insert into facts values(1,'g1','red',0,0,2);"
+      "insert into facts values(2,'zz','red',0,0,1);"
+      "insert into facts values(3,'g1','blue',0,0,1);");
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w, area from facts"), "Incorrect number of column");
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region from facts"), "Incorrect number of column");
   EXPECT_EQ(failure(addMultipleVariable, "select n, region, w from facts"), "Invalid assertion column type");
@@ -152,22 +155,25 @@ TEST_F(AddVariablesSqlite, MultipleFormChecksItsQueryOnEveryRow) {
   // Unknown assertions are checked too; the modality before the weight.
   for (const char* bad : {"0", "-1.5", "NULL", "1.000001e150", "1e308"}) {
     facts(std::string("insert into facts values(1,'g1','red',0,0,2);"
-                      "insert into facts values(2,'zz','red',0,0,") + bad + ");");
+                      "insert into facts values(2,'zz','red',0,0,") +
+          bad + ");");
     EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
               "Error at line 2: invalid ponderation value")
         << bad;
   }
-  facts("insert into facts values(1,'g1','red',0,0,2);"
-        "insert into facts values(2,'zz',NULL,0,0,NULL);");
+  facts(
+      "insert into facts values(1,'g1','red',0,0,2);"
+      "insert into facts values(2,'zz',NULL,0,0,NULL);");
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
             "Error at line 2: modality value is null");
 
   // A repeated modality matters only for a known assertion.
-  facts("insert into facts values(1,'zz','red',0,0,1);"
-        "insert into facts values(2,'zz','red',0,0,1);"
-        "insert into facts values(3,'g1','red',0,0,2);"
-        "insert into facts values(4,'g1','blue',0,0,2);"
-        "insert into facts values(5,'g1','red',0,0,3);");
+  facts(
+      "insert into facts values(1,'zz','red',0,0,1);"
+      "insert into facts values(2,'zz','red',0,0,1);"
+      "insert into facts values(3,'g1','red',0,0,2);"
+      "insert into facts values(4,'g1','blue',0,0,2);"
+      "insert into facts values(5,'g1','red',0,0,3);");
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts order by n"),
             "Error at line 5: query generates more than one value\nfor assertion 'g1', modality 'red'");
   EXPECT_EQ(failure(addMultipleVariable, "select grp, region, w from facts where grp = 'zz'"),
@@ -175,9 +181,10 @@ TEST_F(AddVariablesSqlite, MultipleFormChecksItsQueryOnEveryRow) {
 }
 
 TEST_F(AddVariablesSqlite, MultipleFormAddsWeightedCategories) {
-  facts("insert into facts values(1,'g1','red',0,0,2);"
-        "insert into facts values(2,'zz','green',0,0,1);"
-        "insert into facts values(3,'g1','blue',0,0,6);");
+  facts(
+      "insert into facts values(1,'g1','red',0,0,2);"
+      "insert into facts values(2,'zz','green',0,0,1);"
+      "insert into facts values(3,'g1','blue',0,0,6);");
   EXPECT_EQ(success(addMultipleVariable, "select grp, region as x, w from facts order by n"),
             (std::vector<std::string>{
                 "Warning: assertion 'g3' is not covered by the query",

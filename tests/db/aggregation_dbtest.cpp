@@ -64,9 +64,9 @@ TEST(AggregationSqlite, GeneratedTableGivesTheClientSideAssertions) {
   // Names that only the renamed columns of the derived table can carry.
   test::expectSameAsClientSide(*connection, "select ind, grp, size * 2, colour as \"col our\", w as w from gen", true);
 
-  const std::vector<std::string> expected = {"Checking the individuals",
-                                             "Counting the individuals of each group and the bounds of the numbers",
-                                             "Weighing the categories of 'shape'", "Weighing the categories of 'colour'"};
+  const std::vector<std::string> expected = {
+      "Checking the individuals", "Counting the individuals of each group and the bounds of the numbers",
+      "Weighing the categories of 'shape'", "Weighing the categories of 'colour'"};
   progress.lines.clear();
   ASSERT_TRUE(aggregateInDatabase(*connection, "select ind, grp, shape, colour, n from gen", false).matrix);
   for (const std::string& line : expected)
@@ -117,8 +117,9 @@ TEST(AggregationSqlite, RowsThatBreakTheLayoutAreRefusedNamingAnIndividual) {
             "Ponderation differ from previous definition of 'i8'");
   // Rows without an individual or a group are left out, as the client
   // side skips them, whatever they hold.
-  ASSERT_TRUE(db.run("delete from t where id >= 'i3';"
-                     "insert into t values(NULL,'g1','green',9,-1,'x'); insert into t values('i1',NULL,'blue',9,0,'x');"));
+  ASSERT_TRUE(
+      db.run("delete from t where id >= 'i3';"
+             "insert into t values(NULL,'g1','green',9,-1,'x'); insert into t values('i1',NULL,'blue',9,0,'x');"));
   ExtractionResult result = aggregateInDatabase(*connection, weighted, true);
   ASSERT_TRUE(result.matrix) << lastError();
   EXPECT_EQ(result.aggregatedIndividuals, 2);

@@ -55,12 +55,14 @@ TEST(AggregationPostgres, RowsThatBreakTheLayoutAreRefusedNamingAnIndividual) {
   EXPECT_EQ(failureOf("select id, x, c from t", false), "Invalid assertion column type");
   EXPECT_EQ(failureOf("select id, grp, cast(id as bigint) from t", false), "Error: unhandled column type");
   ASSERT_TRUE(db.run("insert into t values(5,'h','red',1,1,1); insert into t values(5,'g','blue',1,1,1);"));
-  EXPECT_EQ(failureOf("select id, grp, c, x from t", false), "Value of column 'c' differ from previous definition of '5'");
+  EXPECT_EQ(failureOf("select id, grp, c, x from t", false),
+            "Value of column 'c' differ from previous definition of '5'");
   // Individual 2 has no n in group g and one in group h.
   ASSERT_TRUE(db.run("insert into t values(2,'h','blue',2.5,7,3);"));
   EXPECT_EQ(failureOf("select id, grp, x, n from t where id <> 5", false),
             "Value of column 'n' differ from previous definition of '2'");
-  ASSERT_TRUE(db.run("update t set w = 7 where id = 3 and grp = 'g' and ctid = (select min(ctid) from t where id = 3);"));
+  ASSERT_TRUE(
+      db.run("update t set w = 7 where id = 3 and grp = 'g' and ctid = (select min(ctid) from t where id = 3);"));
   EXPECT_EQ(failureOf("select id, grp, x, w from t where id <> 2 and id <> 5", true),
             "Ponderation differ from previous definition of '3'");
   ASSERT_TRUE(db.run("update t set w = 0 where id = 1;"));

@@ -9,7 +9,7 @@
 #include "common/Progress.h"
 #include "common/Random15.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -66,8 +66,7 @@ TEST(ExtractionSqlite, QueriesThatDoNotFitAreRefusedWithTheirMessage) {
   EXPECT_EQ(failureOf(db, "select id, grp, w from people", {true, 0}), "Insufficient number of columns");
   EXPECT_EQ(failureOf(db, "select id, height, colour from people"), "Invalid assertion column type");
   EXPECT_EQ(failureOf(db, "select id, n, colour from people"), "Invalid assertion column type");
-  EXPECT_EQ(failureOf(db, "select id, grp, height, colour from people", {true, 0}),
-            "Invalid ponderation column type");
+  EXPECT_EQ(failureOf(db, "select id, grp, height, colour from people", {true, 0}), "Invalid ponderation column type");
   // Without the weight option the same query is fine.
   EXPECT_TRUE(extract(db, "select id, grp, height, colour from people").matrix);
 
@@ -213,8 +212,8 @@ TEST(ExtractionSqlite, VariableNamesAvoidClashesInOnePass) {
       "create table t(id varchar(5), grp varchar(5), x real, y real, z real, v real, p real, q real);"
       "insert into t values('a','g',1,2,3,4,5,6);");
   ExtractionResult result = extract(db,
-                                     "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp,"
-                                     " q as v_1, x as v, y as v from t");
+                                    "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp,"
+                                    " q as v_1, x as v, y as v from t");
   ASSERT_TRUE(result.matrix) << lastError();
   // "a b" -> a_b; a_b clashes with it -> a_b_1; id clashes with the individual
   // column -> id_1; the second "a b" clashes with a_b -> "a b_1" (blanks
@@ -244,10 +243,11 @@ class RecordingProgress : public ProgressTarget {
 };
 
 TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "with recursive c(n) as (select 1 union all select n + 1 from c where n < 250)"
-                    " insert into t select 'i' || n, 'g' || (n % 3), n from c;"
-                    "update t set id = NULL where x = 1;");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "with recursive c(n) as (select 1 union all select n + 1 from c where n < 250)"
+      " insert into t select 'i' || n, 'g' || (n % 3), n from c;"
+      "update t set id = NULL where x = 1;");
   {
     RecordingProgress progress;
     ScopedProgressTarget scope(&progress);
@@ -276,10 +276,11 @@ TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
 
 TEST(ExtractionSqlite, AnErrorWhileFetchingEndsTheExtraction) {
   // The last row makes the filter overflow while it is being fetched.
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1);"
-                    "insert into t values('b','g',2);"
-                    "insert into t values('c','g',-9223372036854775808);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1);"
+      "insert into t values('b','g',2);"
+      "insert into t values('c','g',-9223372036854775808);");
   ExtractionResult result = extract(db, "select id, grp, x from t where abs(x) > 0 order by id");
   EXPECT_FALSE(result.matrix);
   EXPECT_EQ(lastError().substr(0, 6), "Error ");
@@ -287,14 +288,15 @@ TEST(ExtractionSqlite, AnErrorWhileFetchingEndsTheExtraction) {
 }
 
 TEST(ExtractionSqlite, SamplingKeepsAtMostNPerGroupChosenByTheReservoirRule) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1);"
-                    "insert into t values('b','g',2);"
-                    "insert into t values('c','g',3);"
-                    "insert into t values('d','g',4);"
-                    "insert into t values('e','g',5);"
-                    "insert into t values('p','h',10);"
-                    "insert into t values('q','h',20);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1);"
+      "insert into t values('b','g',2);"
+      "insert into t values('c','g',3);"
+      "insert into t values('d','g',4);"
+      "insert into t values('e','g',5);"
+      "insert into t values('p','h',10);"
+      "insert into t values('q','h',20);");
   const std::string query = "select id, grp, x from t order by grp, id";
   // Seed 1 draws 41, 18467, 6334, 26500, 19169, ...: c replaces slot 1 (b),
   // d replaces slot 0 (a), e is refused (2/5 < 19169/32767).
@@ -338,13 +340,14 @@ TEST(ExtractionSqlite, SamplingKeepsAtMostNPerGroupChosenByTheReservoirRule) {
 }
 
 TEST(ExtractionSqlite, SampledOutIndividualsStayWhileAnotherGroupHoldsThem) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1);"
-                    "insert into t values('b','g',2);"
-                    "insert into t values('c','g',3);"
-                    "insert into t values('a','h',1);"
-                    "insert into t values('b','h',2);"
-                    "insert into t values('c','h',3);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1);"
+      "insert into t values('b','g',2);"
+      "insert into t values('c','g',3);"
+      "insert into t values('a','h',1);"
+      "insert into t values('b','h',2);"
+      "insert into t values('c','h',3);");
   seedRandom15(1);
   // g: a kept; b replaces a (u = 41/32767, slot 0) and a goes; c replaces b
   // (u = 6334/32767) and b goes. h: a is new again and kept; b is refused

@@ -5,7 +5,7 @@
 
 #include "common/LastError.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"

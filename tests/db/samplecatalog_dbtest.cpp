@@ -37,8 +37,8 @@ TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypes) {
   ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
   std::vector<std::string> names;
   for (const CatalogEntry& entry : entries) names.push_back(entry.type + " " + entry.name);
-  EXPECT_EQ(names, (std::vector<std::string>{"TABLE survey", "TABLE town_facts", "TABLE town_industries",
-                                             "TABLE towns", "VIEW survey_by_town"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"TABLE survey", "TABLE town_facts", "TABLE town_industries", "TABLE towns",
+                                             "VIEW survey_by_town"}));
   for (const CatalogEntry& entry : entries) {
     QueryStatement statement;
     EXPECT_EQ(statement.execute(*connection, "select * from " + entry.name), 1)

@@ -16,9 +16,9 @@ namespace {
 TEST(TaxonomyQueryPostgres, VarcharPathsBuildAndIntegerColumnsAreRefused) {
   test::PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create table tree(n integer, child varchar(10), parent varchar(10));"
-      "insert into tree values(1,'a','X'),(2,'b','X'),(3,'X','Y'),(4,'a','X');"));
+  ASSERT_TRUE(
+      db.run("create table tree(n integer, child varchar(10), parent varchar(10));"
+             "insert into tree values(1,'a','X'),(2,'b','X'),(3,'X','Y'),(4,'a','X');"));
   auto connection = test::openConnection(db.connectionString());
   ASSERT_TRUE(connection);
 

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "document/ProjectFile.h"
+#include "document/project/ProjectFile.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/Dependence.h"
@@ -122,7 +122,8 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   {
     TaxonomyBuilder builder(static_cast<CategoricalVariable&>(matrix->variable(2)));
     using Row = std::array<std::optional<std::string_view>, 2>;
-    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}}) EXPECT_TRUE(builder.addRow(row));
+    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}})
+      EXPECT_TRUE(builder.addRow(row));
     static_cast<void>(builder.finish());
   }
   settleTaxonomy(*matrix, 2);

@@ -50,12 +50,13 @@ TEST(AggregatedMatrix, SummaryCountsTheAggregatedIndividualsAndTheThresholdUsesT
   const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
   ASSERT_EQ(lines.size(), 9u);
   EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
-            (std::vector<std::string>{"Symbolic data matrix is composed by:",
-                                      "1 variables (1 qualitatives, 0 quantitatives)",
-                                      "2 assertions build from 6 individuals aggregated in the database",
-                                      ":Privacy operation", "::Individuals per group threshold: 3",
-                                      "::1 assertion deleted, correcting indexes...",
-                                      "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3", ":[done]"}));
+            (std::vector<std::string>{
+                "Symbolic data matrix is composed by:", "1 variables (1 qualitatives, 0 quantitatives)",
+                "2 assertions build from 6 individuals aggregated in the database", ":Privacy operation",
+                "::Individuals per group threshold: 3", "::1 assertion deleted, correcting indexes...",
+                "Assertion n\xb0"
+                "0 has 5 individual(s). Minimum: 3",
+                ":[done]"}));
   ASSERT_TRUE(installed);
   EXPECT_EQ(installed->assertionCount(), 1u);
   EXPECT_TRUE(messages.shown.empty());

@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "document/Document.h"
-#include "document/ProjectFile.h"
 #include "document/ScriptedUserInterface.h"
+#include "document/project/ProjectFile.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -98,11 +98,10 @@ TEST_F(DocumentFlows, OpenShowsTheSummaryAndSaveWritesTheLoadedFileWithItsMetada
   EXPECT_EQ(requests_[0].defaultSuffix, "gaj");
   EXPECT_TRUE(requests_[0].offerIgnoreMetadata);
 
-  const std::vector<std::string> expected = {
-      "MetaData not found or ignored", "Symbolic data matrix is composed by:",
-      "2 variables (1 qualitatives, 1 quantitatives)", "2 assertions build from 3 individuals"};
-  EXPECT_EQ(std::vector<std::string>(document_.console().lines().begin(), document_.console().lines().end()),
-            expected);
+  const std::vector<std::string> expected = {"MetaData not found or ignored", "Symbolic data matrix is composed by:",
+                                             "2 variables (1 qualitatives, 1 quantitatives)",
+                                             "2 assertions build from 3 individuals"};
+  EXPECT_EQ(std::vector<std::string>(document_.console().lines().begin(), document_.console().lines().end()), expected);
   EXPECT_FALSE(document_.isModified());
   EXPECT_EQ(ui_.title, "VELDA - towns");
   EXPECT_EQ(document_.fileRecord().exportName, dir_.file("towns.kvf"));
@@ -377,9 +376,10 @@ TEST_F(DocumentFlows, KvfAnywhereInThePathMeansSymbolicText) {
   ASSERT_TRUE(exportWith([&](ExportValues& values) { values.file = destination; }));
   EXPECT_EQ(readFile(destination).rfind("KORVA = (", 0), 0u);
   EXPECT_FALSE(exists(dir_.file("kvfdata/out_meta.xml")));
-  const std::vector<std::string> tail = {"- Creating Korva file -", "exporting...", "[done]",
-                                         "building CompSymbMat...", "[done]",
-                                         "saving KVF file " + destination + " ...", "[done] - Finished"};
+  const std::vector<std::string> tail = {
+      "- Creating Korva file -", "exporting...", "[done]",
+      "building CompSymbMat...", "[done]",       "saving KVF file " + destination + " ...",
+      "[done] - Finished"};
   const auto& lines = document_.console().lines();
   ASSERT_GE(lines.size(), tail.size());
   EXPECT_EQ(std::vector<std::string>(lines.end() - static_cast<long>(tail.size()), lines.end()), tail);
@@ -598,17 +598,26 @@ TEST_F(DocumentFlows, EnabledCommandsFollowTheDocumentsState) {
       if (document_.isEnabled(id)) on.push_back(id);
     return on;
   };
-  const std::initializer_list<int32_t> dataCommands = {
-      ID_FILE_SAVE, ID_FILE_SAVE_AS, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_ADD_SINGLE_VALUED_VARIABLES,
-      ID_ADD_SET_VALUED_VARIABLE, ID_VARIABLE_PROPERTIES, ID_VIEW_ASSERTIONS, ID_REFRESH_DISPLAYS};
-  const std::initializer_list<int32_t> conditional = {
-      ID_EXPORT_HORDES, ID_DISCONNECT, ID_REMOVE_VARIABLES, ID_CREATE_TAXONOMY, ID_REMOVE_TAXONOMIES,
-      ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS, ID_REDUCE_HORDES, ID_VIEW_INDIVIDUALS,
-      ID_VIEW_HORDES, ID_VIEW_TAXONOMIES, ID_VIEW_DEPENDENCES, ID_VIEW_REDUCED_ASSERTIONS, ID_VIEW_VOLUME_MATRIX,
-      ID_VIEW_REDUCED_HORDES};
-  const std::initializer_list<int32_t> always = {ID_FILE_NEW, ID_FILE_OPEN, ID_NEW_BY_JOIN, ID_APP_EXIT,
-                                                 ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE, ID_MAIN_TOOLBAR,
-                                                 ID_REDOCK_DISPLAYS, ID_HELP_FINDER, ID_APP_ABOUT};
+  const std::initializer_list<int32_t> dataCommands = {ID_FILE_SAVE,
+                                                       ID_FILE_SAVE_AS,
+                                                       ID_EXPORT,
+                                                       ID_EXPORT_AND_VIEW,
+                                                       ID_ADD_SINGLE_VALUED_VARIABLES,
+                                                       ID_ADD_SET_VALUED_VARIABLE,
+                                                       ID_VARIABLE_PROPERTIES,
+                                                       ID_VIEW_ASSERTIONS,
+                                                       ID_REFRESH_DISPLAYS};
+  const std::initializer_list<int32_t> conditional = {ID_EXPORT_HORDES,      ID_DISCONNECT,
+                                                      ID_REMOVE_VARIABLES,   ID_CREATE_TAXONOMY,
+                                                      ID_REMOVE_TAXONOMIES,  ID_ADD_DEPENDENCE,
+                                                      ID_REDUCE_ASSERTIONS,  ID_DIVIDE_ASSERTIONS,
+                                                      ID_REDUCE_HORDES,      ID_VIEW_INDIVIDUALS,
+                                                      ID_VIEW_HORDES,        ID_VIEW_TAXONOMIES,
+                                                      ID_VIEW_DEPENDENCES,   ID_VIEW_REDUCED_ASSERTIONS,
+                                                      ID_VIEW_VOLUME_MATRIX, ID_VIEW_REDUCED_HORDES};
+  const std::initializer_list<int32_t> always = {ID_FILE_NEW,      ID_FILE_OPEN,    ID_NEW_BY_JOIN,  ID_APP_EXIT,
+                                                 ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE, ID_MAIN_TOOLBAR, ID_REDOCK_DISPLAYS,
+                                                 ID_HELP_FINDER,   ID_APP_ABOUT};
 
   EXPECT_TRUE(enabled(dataCommands).empty());
   EXPECT_TRUE(enabled(conditional).empty());

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "document/ViewFiles.h"
-#include "document/ViewerLauncher.h"
+#include "document/view/ViewFiles.h"
+#include "document/view/ViewerLauncher.h"
 #include "support/TempDir.h"
 
 namespace velda {
@@ -22,8 +22,10 @@ class ScopedEnv {
     setenv(name, value.c_str(), 1);
   }
   ~ScopedEnv() {
-    if (hadValue_) setenv(name_, previous_.c_str(), 1);
-    else unsetenv(name_);
+    if (hadValue_)
+      setenv(name_, previous_.c_str(), 1);
+    else
+      unsetenv(name_);
   }
 
  private:

@@ -124,7 +124,8 @@ TEST(ExtractionEnding, StoppedAndThresholdComeAroundTheSummary) {
                              ":Privacy operation",
                              "::Individuals per group threshold: 2",
                              "::1 assertion deleted, correcting indexes...",
-                             "Assertion n\xb0" "0 has 3 individual(s). Minimum: 2",
+                             "Assertion n\xb0"
+                             "0 has 3 individual(s). Minimum: 2",
                              ":[done]",
                              "<fields reset>",
                          }));

@@ -18,10 +18,10 @@
 
 #include "common/LastError.h"
 #include "document/Document.h"
-#include "document/DocumentMetadata.h"
-#include "document/ProjectFile.h"
 #include "document/ScriptedUserInterface.h"
-#include "document/SymbolicFileCheck.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/export/SymbolicFileCheck.h"
+#include "document/project/ProjectFile.h"
 #include "formats/library/SymbolicLibrary.h"
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
@@ -266,8 +266,7 @@ TEST_F(FileFaults, LinksPlantedAtFixedNamesAreNeverFollowed) {
 
   ASSERT_EQ(unlink("parser.dat"), 0);
   ASSERT_EQ(symlink("victim", "parser.dat"), 0);
-  EXPECT_EXIT(checkSymbolicFile(dir_.file("out.kvf")), ::testing::ExitedWithCode(1),
-              "impossible to open the log file");
+  EXPECT_EXIT(checkSymbolicFile(dir_.file("out.kvf")), ::testing::ExitedWithCode(1), "impossible to open the log file");
   EXPECT_EQ(readFile(victim), "victim");
 }
 

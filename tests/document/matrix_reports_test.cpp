@@ -3,9 +3,9 @@
 #include <sstream>
 
 #include "common/ConsoleLog.h"
-#include "document/MatrixReports.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
+#include "document/view/MatrixReports.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -43,7 +43,6 @@ TEST(HordesTable, EveryClassShowsItsLabel) {
             "Assertion\tClass\tLabel\tIndividuals\tx\n"
             "Paris\tParis2\t Classe 1 (Ng=3)\t2\t[x in [1:2]]\n"
             "Paris\tParis3\t Classe 1 (Nd=1)\t1\t[x in [20:20]]\n");
-
 }
 
 }  // namespace

@@ -63,11 +63,7 @@ TEST(ProjectReadBack, AnEmptyCategoryIsStoredAsPresent) {
   const std::string bytes = test::projectBytes(*matrix);
   // c's leaves in the order of three buckets: "" (hash 0, number 2), then
   // a (97 % 3 = 1) and b (98 % 3 = 2).
-  const std::string leaves = test::ProjectBytes()
-                                 .u16(1).u8(0).u16(2)
-                                 .str("a").u16(0)
-                                 .str("b").u16(1)
-                                 .bytes();
+  const std::string leaves = test::ProjectBytes().u16(1).u8(0).u16(2).str("a").u16(0).str("b").u16(1).bytes();
   EXPECT_NE(bytes.find(leaves), std::string::npos);
 }
 

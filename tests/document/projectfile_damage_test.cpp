@@ -202,7 +202,8 @@ TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
   // A non-finite weight.
   std::string infinite = valid;
   const size_t weight = valid.find(ProjectBytes().str("i1").bytes()) + 5;
-  for (size_t i = 0; i < 8; ++i) infinite[weight + i] = ProjectBytes().f64(std::numeric_limits<double>::infinity()).bytes()[i];
+  for (size_t i = 0; i < 8; ++i)
+    infinite[weight + i] = ProjectBytes().f64(std::numeric_limits<double>::infinity()).bytes()[i];
   EXPECT_EQ(refusal(infinite), "Load failed");
 }
 

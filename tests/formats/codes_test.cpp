@@ -50,7 +50,10 @@ TEST(Codes, FileTextsLoseQuotesAndControlsAndAreCut) {
   const std::string longText(300, 'x');
   EXPECT_EQ(SymbolicTextStyle::fileText(longText), std::string(255, 'x'));
   EXPECT_EQ(SymbolicTextStyle::fileText(longText, 127).size(), 127u);
-  EXPECT_EQ(SymbolicTextStyle::fileText(std::string("a\x7f" "b\0c", 5)), "a b c");
+  EXPECT_EQ(SymbolicTextStyle::fileText(std::string("a\x7f"
+                                                    "b\0c",
+                                                    5)),
+            "a b c");
 }
 
 }  // namespace

@@ -22,8 +22,6 @@ inline std::string Edited(std::string text, const std::string& from, const std::
   return text;
 }
 
-inline bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
+inline bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 }  // namespace velda::symlib::test

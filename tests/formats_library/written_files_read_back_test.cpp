@@ -9,7 +9,7 @@
 #include "formats/library/Coherence.h"
 #include "formats/library/KeyValueBlock.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib::test {
 namespace {
@@ -44,7 +44,9 @@ TEST(WrittenFilesReadBack, LongAndMarkupTextsInMetadataReadBack) {
   markup.name = "AB00";
   markup.label = "<x>";
   MetaVar control = markup;
-  control.label = "a\x01" "b\tc";
+  control.label =
+      "a\x01"
+      "b\tc";
   meta.metaMat.vars = {markup, control};
   meta.metaMat.nbMetaVar = 2;
 

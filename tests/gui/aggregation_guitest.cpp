@@ -4,7 +4,7 @@
 #include <QLineEdit>
 
 #include "gui/GuiTestSupport.h"
-#include "ui/dialogs/QueryDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/widgets/DataSourceLink.h"
 #include "ui/widgets/ExtractionSettingsBox.h"
 
@@ -21,9 +21,9 @@ class NoDataSource : public DataSourceLink {
 TEST(AggregationSettings, AggregatingInTheDatabaseTurnsSamplingOff) {
   test::guiApplication();
   NoDataSource noSource;
-  QueryDialog::Values start;
+  ExtractionDialog::Values start;
   start.query.sampling = true;
-  QueryDialog dialog(QueryPurpose::NewData, false, start, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, start, noSource, nullptr);
   ExtractionSettingsBox* settings = dialog.settings();
   QCheckBox* inDatabase = settings->inDatabaseBox();
   EXPECT_EQ(inDatabase->text().toStdString(), "Aggregate in the database (individuals are not read)");
@@ -46,7 +46,7 @@ TEST(AggregationSettings, AggregatingInTheDatabaseTurnsSamplingOff) {
 
   // The dialog opens again with the box as it was left.
   start.query.inDatabase = true;
-  QueryDialog again(QueryPurpose::NewData, false, start, noSource, nullptr);
+  ExtractionDialog again(QueryPurpose::NewData, false, start, noSource, nullptr);
   EXPECT_TRUE(again.settings()->inDatabaseBox()->isChecked());
   EXPECT_FALSE(again.settings()->samplingBox()->isEnabled());
 }

@@ -3,27 +3,27 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QLabel>
 #include <QFileDialog>
-#include <QTest>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTest>
 
 #include "document/DialogChecks.h"
 #include "gui/GuiTestSupport.h"
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/JoinDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/dialogs/ProgressDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/frame/AboutDialog.h"
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
-#include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/DataSourceLink.h"
+#include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/FileDialogs.h"
 #include "ui/widgets/FileField.h"
 #include "ui/widgets/MessageBoxes.h"
@@ -32,8 +32,8 @@
 namespace velda::ui {
 namespace {
 
-using test::ShownMessage;
 using test::recordNextMessage;
+using test::ShownMessage;
 
 // No database: the dialogs list nothing and refuse to reconnect.
 class NoDataSource : public DataSourceLink {
@@ -49,14 +49,15 @@ class DialogTest : public ::testing::Test {
 };
 
 // The written form of New, with a query typed, so only the settings decide.
-std::unique_ptr<QueryDialog> writtenNewDialog(DataSourceLink& link) {
-  auto dialog = std::make_unique<QueryDialog>(QueryPurpose::NewData, true, QueryDialog::Values{}, link, nullptr);
+std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link) {
+  auto dialog =
+      std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, ExtractionDialog::Values{}, link, nullptr);
   dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
   return dialog;
 }
 
 TEST_F(DialogTest, ExtractionSettingsStartDisabledWithTheirCounts) {
-  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
   EXPECT_EQ(dialog.windowTitle().toStdString(), "Extraction of individuals");
   ExtractionSettingsBox* settings = dialog.settings();
   EXPECT_EQ(settings->sampleSizeEdit()->text().toStdString(), "1000");
@@ -71,7 +72,7 @@ TEST_F(DialogTest, ExtractionSettingsStartDisabledWithTheirCounts) {
 }
 
 TEST_F(DialogTest, ExtractionWithoutTableIsRefused) {
-  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
   ShownMessage shown;
   recordNextMessage(shown);
   dialog.accept();
@@ -127,7 +128,7 @@ TEST_F(DialogTest, MinimumZeroIsRefusedAndUntickedCountsAreNotChecked) {
 }
 
 TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
-  QueryDialog dialog(QueryPurpose::Taxonomy, true, QueryDialog::Values{}, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::Taxonomy, true, ExtractionDialog::Values{}, noSource, nullptr);
   EXPECT_EQ(dialog.windowTitle().toStdString(), "Taxonomy query");
   dialog.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
   ShownMessage shown;
@@ -399,11 +400,11 @@ TEST_F(DialogTest, ExtractionDialogOpensOnTheInstalledSampleDatabase) {
   CMainFrame frame;
   {
     qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path() + ".missing"));
-    QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+    ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
     EXPECT_EQ(frame.view().connection(), nullptr);
   }
   qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path()));
-  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
   qunsetenv("VELDA_SAMPLE_DB");
   EXPECT_NE(frame.view().connection(), nullptr);
   EXPECT_FALSE(dialog.tableList()->list()->findItems(QStringLiteral("survey"), Qt::MatchExactly).isEmpty());

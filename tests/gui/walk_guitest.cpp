@@ -12,8 +12,8 @@
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/DependenceDialog.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
 #include "ui/panels/IndividualsPanel.h"
@@ -73,7 +73,7 @@ TEST_F(WalkTest, NewTaxonomyDependenceReduceExportThroughTheDialogs) {
   EXPECT_TRUE(frame.action(ID_DISCONNECT)->isEnabled());
 
   // New: the survey grouped by region, last column as weight.
-  test::onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  test::onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     if (!selectText(dialog->tableList()->list(), QStringLiteral("survey"))) return dialog->reject();
     dialog->settings()->weightBox()->setChecked(true);
     dialog->accept();
@@ -87,7 +87,7 @@ TEST_F(WalkTest, NewTaxonomyDependenceReduceExportThroughTheDialogs) {
   EXPECT_EQ(frame.individualsPanel()->view()->model()->rowCount(), 6000);
 
   // Create a taxonomy of the towns from the towns table.
-  test::onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  test::onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     if (!selectText(dialog->variableList(), QStringLiteral("town")) ||
         !selectText(dialog->tableList()->list(), QStringLiteral("towns")))
       return dialog->reject();

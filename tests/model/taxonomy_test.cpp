@@ -89,7 +89,8 @@ TEST(TaxonomyBuilder, RefusedRowsLeaveNoHierarchy) {
   // tests; these are the ones that need longer or odder row sets.
   const Case cases[] = {
       {{{"a", "X"}, {"X", "Y"}, {"Y", "a"}}, "Error at line 3: query generates a cycle\n'Y' is on the path of 'a'"},
-      {{{"a", "X", "Y"}, {"b", "X", "Z"}}, "Error at line 2: definition of parent of 'X' differs from its previous definition"},
+      {{{"a", "X", "Y"}, {"b", "X", "Z"}},
+       "Error at line 2: definition of parent of 'X' differs from its previous definition"},
       {{{"a", "X", "Y"}, {"b", "Y", "X"}}, "Error at line 2: query generates a cycle\n'Y' is on the path of 'X'"},
       {{{NUL, "X"}}, "Error at line 1: column 0 is null"},
       {{{"X", "Y"}}, "No modalities of initial domain are covered by the query"},

@@ -4,11 +4,11 @@
 #include <fstream>
 
 #include "model/QuantitativeValue.h"
-#include "ops/CategoricalCuts.h"
-#include "ops/Division.h"
-#include "ops/GravityReport.h"
-#include "ops/NodeNumber.h"
 #include "ops/OpsTargets.h"
+#include "ops/division/CategoricalCuts.h"
+#include "ops/division/Division.h"
+#include "ops/division/GravityReport.h"
+#include "ops/reduction/NodeNumber.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 

@@ -5,8 +5,8 @@
 #include "common/ConsoleLog.h"
 #include "common/Progress.h"
 #include "model/QuantitativeValue.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -52,7 +52,6 @@ TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
   EXPECT_EQ(static_cast<const QuantitativeValue&>(horde.reducedClasses[1]->value(0)).max, 14.0);
   EXPECT_EQ(data.matrix->reductionThreshold, 0) << "the horde reduction never stores its threshold";
   EXPECT_TRUE(data.matrix->reducedAssertions.empty());
-
 }
 
 // Asks to cancel at every poll.
@@ -94,7 +93,6 @@ TEST(Hordes, ACancelKeepsTheHordesReducedBeforeAndLeavesTheOthersAsTheyWere) {
   EXPECT_EQ(b.reducedClasses[0].get(), firstOfB) << "B keeps the earlier results";
   EXPECT_EQ(b.volumesAfter.entries, bAfter);
   EXPECT_EQ(b.volumesBefore.entries.size(), 3u);
-
 }
 
 }  // namespace

@@ -45,9 +45,12 @@ TEST(PrivacyThreshold, DeletesSmallGroupsRenumbersAndListsTheRest) {
                                   ":Privacy operation",
                                   "::Individuals per group threshold: 3",
                                   "::2 assertions deleted, correcting indexes...",
-                                  "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3",
-                                  "Assertion n\xb0" "1 has 4 individual(s). Minimum: 3",
-                                  "Assertion n\xb0" "2 has 3 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "0 has 5 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "1 has 4 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "2 has 3 individual(s). Minimum: 3",
                                   ":[done]",
                               }));
   ASSERT_EQ(matrix->assertionCount(), 3u);
@@ -77,10 +80,14 @@ TEST(PrivacyThreshold, OneDeletionIsSingularAndAGroupAtTheThresholdStays) {
                                   ":Privacy operation",
                                   "::Individuals per group threshold: 2",
                                   "::1 assertion deleted, correcting indexes...",
-                                  "Assertion n\xb0" "0 has 5 individual(s). Minimum: 2",
-                                  "Assertion n\xb0" "1 has 4 individual(s). Minimum: 2",
-                                  "Assertion n\xb0" "2 has 2 individual(s). Minimum: 2",
-                                  "Assertion n\xb0" "3 has 3 individual(s). Minimum: 2",
+                                  "Assertion n\xb0"
+                                  "0 has 5 individual(s). Minimum: 2",
+                                  "Assertion n\xb0"
+                                  "1 has 4 individual(s). Minimum: 2",
+                                  "Assertion n\xb0"
+                                  "2 has 2 individual(s). Minimum: 2",
+                                  "Assertion n\xb0"
+                                  "3 has 3 individual(s). Minimum: 2",
                                   ":[done]",
                               }));
   EXPECT_EQ(matrix->findAssertion("d")->number, 2);

@@ -10,7 +10,7 @@
 #include "db/Connection.h"
 #include "db/TableCatalog.h"
 #include "document/Document.h"
-#include "document/SymbolicFileCheck.h"
+#include "document/export/SymbolicFileCheck.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 
@@ -42,7 +42,8 @@ int32_t variableNamed(Session& session, const std::string& name) {
   return -1;
 }
 
-[[nodiscard]] bool variablesNamed(Session& session, const std::vector<std::string>& names, std::vector<int32_t>& indexes) {
+[[nodiscard]] bool variablesNamed(Session& session, const std::vector<std::string>& names,
+                                  std::vector<int32_t>& indexes) {
   for (const std::string& name : names) {
     const int32_t index = variableNamed(session, name);
     if (index < 0) return false;

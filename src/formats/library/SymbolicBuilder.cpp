@@ -69,7 +69,8 @@ bool mayRepeat(const std::vector<SymItem>& items) {
 }
 
 const char* refusalOf(KeyType type, KeyInput::Kind given) {
-  if (given == KeyInput::Kind::Integer && type == KeyType::Text) return "impossible to affect an integer to the description";
+  if (given == KeyInput::Kind::Integer && type == KeyType::Text)
+    return "impossible to affect an integer to the description";
   if (given == KeyInput::Kind::Real && type != KeyType::Real) return "impossible to affect a real to the description";
   if (given == KeyInput::Kind::Text && type != KeyType::Text) return "impossible to affect a string to the description";
   return nullptr;
@@ -220,8 +221,7 @@ void SymbolicBuilder::checkHierarchyLinks(const SymVariable& variable, SymHierar
     for (long long child : link.children) {
       if (child < 1 || child > total) {
         diag_.semanticError("Impossible to parse an Hierarchy node with Number of SubNode" + str(child) +
-                            " greater than" + str(total) + "\n     Subnode:" + str(child) +
-                            " Not taken into account");
+                            " greater than" + str(total) + "\n     Subnode:" + str(child) + " Not taken into account");
         continue;
       }
       if (hasParent[child]) {
@@ -345,14 +345,16 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError(std::string("Error a multiple simple value for the variable:\n\t which is of type:").append(kind));
+      diag_.semanticError(
+          std::string("Error a multiple simple value for the variable:\n\t which is of type:").append(kind));
       return;
     case Kind::WeightedSet:
       if (variable.kind == SymVariableKind::MultNominalModif) {
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError(std::string("Error a multiple modal value for the variable:\n\t which is of type:").append(kind));
+      diag_.semanticError(
+          std::string("Error a multiple modal value for the variable:\n\t which is of type:").append(kind));
       return;
   }
   diag_.semanticError(std::string("Error a simple value for the variable which is type").append(kind));

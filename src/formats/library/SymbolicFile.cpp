@@ -4,8 +4,8 @@ namespace velda::symlib {
 
 const char* SymBlockName(SymBlock block) {
   static constexpr const char* kNames[kSymBlockCount] = {
-      "FILES",  "HEADER",      "INDIVIDUALS",  "VARIABLES",     "RULES",
-      "RECTANGLE_MATRIX", "DIST_MATRIX", "MATCH_MATRIX", "VARIABLES_SET", "HIERARCHIE",
+      "FILES",       "HEADER",       "INDIVIDUALS",   "VARIABLES",  "RULES", "RECTANGLE_MATRIX",
+      "DIST_MATRIX", "MATCH_MATRIX", "VARIABLES_SET", "HIERARCHIE",
   };
   return kNames[static_cast<int>(block)];
 }

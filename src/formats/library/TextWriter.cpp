@@ -10,7 +10,7 @@ namespace {
 
 // Blocks in the order of the contents list, and in the order written.
 constexpr SymBlock kContentsOrder[] = {
-    SymBlock::Files,      SymBlock::Header,          SymBlock::Individuals, SymBlock::Variables,  SymBlock::Rules,
+    SymBlock::Files,      SymBlock::Header,          SymBlock::Individuals, SymBlock::Variables,   SymBlock::Rules,
     SymBlock::Hierarchie, SymBlock::RectangleMatrix, SymBlock::DistMatrix,  SymBlock::MatchMatrix,
 };
 constexpr SymBlock kWritingOrder[] = {
@@ -104,8 +104,8 @@ class TextWriter {
     out_ << "VARIABLES =  (\n";
     const char* separator = "";
     for (const SymVariable& v : model_.variables) {
-      out_ << separator << "  (" << v.number << ", " << SymVariableKindWord(v.kind) << ", \"" << v.comment
-           << "\", \"" << v.code << "\", \"" << v.label << "\", ";
+      out_ << separator << "  (" << v.number << ", " << SymVariableKindWord(v.kind) << ", \"" << v.comment << "\", \""
+           << v.code << "\", \"" << v.label << "\", ";
       separator = ",\n";
       if (v.weighting != SymWeighting::None) out_ << (v.weighting == SymWeighting::Cardinal ? "cardinal, " : "proba, ");
       out_ << v.naCount << ", " << v.nuCount << ", ";

@@ -3,7 +3,7 @@
 
 #include "formats/library/OutputBuffer.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib {
 
