@@ -2,20 +2,47 @@
 
 set(VELDA_WARNINGS -Wall -Wextra)
 
+# velda_expose_headers(TARGET): the target and its users see the headers of
+# the calling folder (and its subfolders) under their path from src/, and
+# nothing else of src/ but what the target's own dependencies expose: an
+# include against the layer order does not compile. The target gets an
+# include folder in the build that holds one link to its source folder.
+function(velda_expose_headers target)
+  file(RELATIVE_PATH layer ${PROJECT_SOURCE_DIR}/src ${CMAKE_CURRENT_SOURCE_DIR})
+  set(root ${CMAKE_BINARY_DIR}/include/${target})
+  cmake_path(GET layer PARENT_PATH parent)
+  file(MAKE_DIRECTORY ${root}/${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${layer} SYMBOLIC)
+  get_target_property(type ${target} TYPE)
+  if(type STREQUAL "INTERFACE_LIBRARY")
+    target_include_directories(${target} INTERFACE ${root})
+  elseif(type STREQUAL "EXECUTABLE")
+    target_include_directories(${target} PRIVATE ${root})
+  else()
+    target_include_directories(${target} PUBLIC ${root})
+  endif()
+endfunction()
+
 # velda_library(NAME DEPS...): a static library from every .cpp of the
-# calling folder (not its subfolders), linking only the given subsystems.
+# calling folder and its subfolders (except those with a CMakeLists.txt of
+# their own: libraries of their own), linking only the given subsystems.
 function(velda_library name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE own_lists CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*/CMakeLists.txt)
+  foreach(own_list ${own_lists})
+    cmake_path(GET own_list PARENT_PATH folder)
+    list(FILTER sources EXCLUDE REGEX "^${folder}/")
+  endforeach()
   if(NOT sources)
     add_library(${name} INTERFACE)
-    target_include_directories(${name} INTERFACE ${PROJECT_SOURCE_DIR}/src)
     target_link_libraries(${name} INTERFACE ${ARGN})
+    velda_expose_headers(${name})
     return()
   endif()
   add_library(${name} STATIC ${sources})
   target_compile_options(${name} PRIVATE ${VELDA_WARNINGS})
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARGN})
+  velda_expose_headers(${name})
 endfunction()
 
 # velda_test(NAME LABEL label [XSERVER] LIBS libs... SOURCES files...)
@@ -78,7 +105,7 @@ function(velda_fuzz_test name)
   set(sources)
   set(includes ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/tests)
   # Headers are dependencies too, so that a changed declaration rebuilds.
-  file(GLOB headers ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  file(GLOB_RECURSE headers ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   foreach(source ${F_SOURCES})
     cmake_path(ABSOLUTE_PATH source BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
     list(APPEND sources ${source})
@@ -95,7 +122,7 @@ function(velda_fuzz_test name)
       list(APPEND sources ${source})
     endforeach()
     list(APPEND includes ${library_includes})
-    file(GLOB library_headers ${library_folder}/*.h)
+    file(GLOB_RECURSE library_headers ${library_folder}/*.h)
     list(APPEND headers ${library_headers})
   endforeach()
   list(FILTER sources INCLUDE REGEX "\\.cpp$")
