@@ -46,7 +46,8 @@ class Aggregation {
       : connection_(connection), matrix_(matrix), sql_(sql) {}
 
   // Each step returns false with the last-error text set when the
-  // extraction must end. The check gives the number of distinct individuals.
+  // extraction must end. The check gives the number of distinct individuals
+  // and must come first.
   bool checkIndividuals(long& individuals);
   bool readGroups();
   bool readCategories(size_t variable);
@@ -56,12 +57,15 @@ class Aggregation {
  private:
   // Runs one aggregate whose rows have the given number of columns.
   bool run(const std::string& sql, size_t width, const RowSink& sink);
+  bool runForOneRow(const std::string& sql, size_t width, TextRow& row);
   Assertion& groupNamed(const std::string& name);
   bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
   SymbolicMatrix& matrix_;
   const AggregateSql& sql_;
+  // Whether some individual has several rows, known after the count.
+  AggregateSql::Rows rows_ = AggregateSql::Rows::Repeated;
   // The groups by name: the matrix's table keeps the few buckets of an
   // extraction's start, too few for lookups at every row.
   std::unordered_map<std::string, Assertion*> groups_;
@@ -75,37 +79,48 @@ bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink)
   });
 }
 
-bool Aggregation::checkIndividuals(long& individuals) {
-  progressLine2("Checking the individuals");
-  const size_t variables = matrix_.cellCount;
-  const size_t weightChecks = matrix_.weightColumn.empty() ? 0 : 2;
-  TextRow row;
-  if (!run(sql_.individualCheck(), 1 + variables + weightChecks, [&](const TextRow& r) {
+// Reads the single row of an aggregate that has one.
+bool Aggregation::runForOneRow(const std::string& sql, size_t width, TextRow& row) {
+  row.clear();
+  if (!run(sql, width, [&](const TextRow& r) {
         row = r;
         return true;
       }))
     return false;
-  if (row.empty()) {
-    setError("Error: the individuals could not be counted");
-    return false;
-  }
-  for (size_t v = 0; v < variables; ++v) {
-    if (!row[v + 1]) continue;
-    setError("Value of column '%s' differ from previous definition of '%s'", matrix_.variable(v).name.c_str(),
-             row[v + 1]->c_str());
-    return false;
-  }
-  if (weightChecks > 0) {
-    if (row[variables + 1]) {
-      setError("Ponderation of individual '%s' is null or negative", row[variables + 1]->c_str());
+  if (!row.empty()) return true;
+  setError("Error: the individuals could not be counted");
+  return false;
+}
+
+bool Aggregation::checkIndividuals(long& individuals) {
+  progressLine2("Counting the individuals");
+  const bool weighted = !matrix_.weightColumn.empty();
+  TextRow counts;
+  if (!runForOneRow(sql_.individuals(), weighted ? 3 : 2, counts)) return false;
+  individuals = static_cast<long>(numberOf(counts[1]));
+  rows_ = numberOf(counts[0]) > numberOf(counts[1]) ? AggregateSql::Rows::Repeated
+                                                    : AggregateSql::Rows::OnePerIndividual;
+  // An individual of one row cannot disagree with itself.
+  TextRow check;
+  if (rows_ == AggregateSql::Rows::Repeated) {
+    progressLine2("Checking the individuals");
+    const size_t variables = matrix_.cellCount;
+    if (!runForOneRow(sql_.individualCheck(), 1 + variables + (weighted ? 1 : 0), check)) return false;
+    for (size_t v = 0; v < variables; ++v) {
+      if (!check[v + 1]) continue;
+      setError("Value of column '%s' differ from previous definition of '%s'", matrix_.variable(v).name.c_str(),
+               check[v + 1]->c_str());
       return false;
     }
-    if (row[variables + 2]) {
-      setError("Ponderation differ from previous definition of '%s'", row[variables + 2]->c_str());
-      return false;
-    }
   }
-  individuals = static_cast<long>(numberOf(row.front()));
+  if (weighted && counts[2]) {
+    setError("Ponderation of individual '%s' is null or negative", counts[2]->c_str());
+    return false;
+  }
+  if (weighted && !check.empty() && check.back()) {
+    setError("Ponderation differ from previous definition of '%s'", check.back()->c_str());
+    return false;
+  }
   return true;
 }
 
@@ -128,7 +143,7 @@ bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* tex
 // have a number and the weight of those that have none.
 bool Aggregation::readGroups() {
   progressLine2("Counting the individuals of each group and the bounds of the numbers");
-  return run(sql_.groups(), 2 + 4 * matrix_.quantitativeCount(), [&](const TextRow& row) {
+  return run(sql_.groups(rows_), 2 + 4 * matrix_.quantitativeCount(), [&](const TextRow& row) {
     if (!row[0]) return true;
     Assertion& assertion = groupNamed(*row[0]);
     assertion.memberCount += static_cast<int32_t>(numberOf(row[1]));
@@ -160,7 +175,7 @@ bool Aggregation::readCategories(size_t variable) {
   };
   std::map<std::string, int32_t> names;
   std::vector<Weighed> weighed;
-  const bool read = run(sql_.categories(variable), 3, [&](const TextRow& row) {
+  const bool read = run(sql_.categories(variable, rows_), 3, [&](const TextRow& row) {
     if (!row[0]) return true;
     const auto group = groups_.find(*row[0]);
     if (group == groups_.end()) {
