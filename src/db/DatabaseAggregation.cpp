@@ -3,7 +3,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <map>
 #include <new>
 #include <unordered_map>
 #include <vector>
@@ -59,6 +58,7 @@ class Aggregation {
   bool run(const std::string& sql, size_t width, const RowSink& sink);
   bool runForOneRow(const std::string& sql, size_t width, TextRow& row);
   Assertion& groupNamed(const std::string& name);
+  Assertion* knownGroup(const std::string& name);
   bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
@@ -69,6 +69,7 @@ class Aggregation {
   // The groups by name: the matrix's table keeps the few buckets of an
   // extraction's start, too few for lookups at every row.
   std::unordered_map<std::string, Assertion*> groups_;
+  Assertion* lastGroup_ = nullptr;
 };
 
 bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink) {
@@ -162,6 +163,18 @@ bool Aggregation::readGroups() {
   });
 }
 
+// The group of a row of the categories. Rows of one group often come
+// together, so the last one found is tried first.
+Assertion* Aggregation::knownGroup(const std::string& name) {
+  if (lastGroup_ && lastGroup_->id == name) return lastGroup_;
+  const auto group = groups_.find(name);
+  if (group == groups_.end()) {
+    setError("Error: group '%s' appeared while the database was aggregating", name.c_str());
+    return nullptr;
+  }
+  return lastGroup_ = group->second;
+}
+
 // The categories enter the variable in ascending byte order of their names,
 // whatever the order of the rows: the rows are kept in a compact form (one
 // entry per group and category, as many as the values will hold) until all
@@ -173,28 +186,25 @@ bool Aggregation::readCategories(size_t variable) {
     int32_t name;  // -1: the individuals without a category
     double weight;
   };
-  std::map<std::string, int32_t> names;
+  std::unordered_map<std::string, int32_t> names;
   std::vector<Weighed> weighed;
   const bool read = run(sql_.categories(variable, rows_), 3, [&](const TextRow& row) {
     if (!row[0]) return true;
-    const auto group = groups_.find(*row[0]);
-    if (group == groups_.end()) {
-      setError("Error: group '%s' appeared while the database was aggregating", row[0]->c_str());
-      return false;
-    }
+    Assertion* group = knownGroup(*row[0]);
+    if (!group) return false;
     int32_t name = -1;
-    if (row[1]) {
-      auto known = names.find(*row[1]);
-      if (known == names.end()) known = names.emplace(*row[1], static_cast<int32_t>(names.size())).first;
-      name = known->second;
-    }
-    weighed.push_back({group->second, name, numberOf(row[2])});
+    if (row[1]) name = names.try_emplace(*row[1], static_cast<int32_t>(names.size())).first->second;
+    weighed.push_back({group, name, numberOf(row[2])});
     return true;
   });
   if (!read) return false;
+  std::vector<const std::pair<const std::string, int32_t>*> sorted;
+  sorted.reserve(names.size());
+  for (const auto& name : names) sorted.push_back(&name);
+  std::sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return a->first < b->first; });
   std::vector<CellValue> cells(names.size());
-  for (const auto& [name, number] : names) {
-    if (matrix_.variable(variable).addCell(name.c_str(), cells[static_cast<size_t>(number)])) continue;
+  for (const auto* name : sorted) {
+    if (matrix_.variable(variable).addCell(name->first.c_str(), cells[static_cast<size_t>(name->second)])) continue;
     setError("Memory allocation failed");
     return false;
   }
