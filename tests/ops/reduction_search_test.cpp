@@ -174,24 +174,18 @@ struct RandomCase {
     const int groups = pick(1, 3);
     int person = 0;
     for (int g = 0; g < groups; ++g) {
-      std::vector<Individual*> members;
-      const int size = pick(1, largestGroup);
-      for (int i = 0; i < size; ++i) {
+      Assertion& group = data.matrix->createAssertion("g" + std::to_string(g));
+      for (int i = pick(1, largestGroup); i > 0; --i) {
         std::vector<std::string> texts;
         for (int range : ranges) {
           if (pick(0, 9) == 0)
             texts.push_back("");
-          else if (range < 0)
-            texts.push_back(std::to_string(pick(0, -range)));
           else
-            texts.push_back("c" + std::to_string(pick(0, range - 1)));
+            texts.push_back(range < 0 ? std::to_string(pick(0, -range)) : "c" + std::to_string(pick(0, range - 1)));
         }
-        members.push_back(&addPerson("p" + std::to_string(person++), texts));
-      }
-      Assertion& group = data.matrix->createAssertion("g" + std::to_string(g));
-      for (Individual* member : members) {
-        data.matrix->link(*member, group);
-        data.matrix->addMember(group, *member);
+        Individual& member = addPerson("p" + std::to_string(person++), texts);
+        data.matrix->link(member, group);
+        data.matrix->addMember(group, member);
       }
     }
     const int firstCategorical =
