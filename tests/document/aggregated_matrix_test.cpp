@@ -8,7 +8,6 @@
 
 #include "common/ConsoleLog.h"
 #include "common/MessageBox.h"
-#include "document/CommandTable.h"
 #include "document/ExtractionEnding.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -48,7 +47,7 @@ TEST(AggregatedMatrix, SummaryCountsTheAggregatedIndividualsAndTheThresholdUsesT
   };
   ASSERT_EQ(endExtraction(aggregated(6), 3, console, hooks), 1);
   const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
-  ASSERT_EQ(lines.size(), 9u);
+  ASSERT_EQ(lines.size(), 9u);  // the time first
   EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
             (std::vector<std::string>{"Symbolic data matrix is composed by:",
                                       "1 variables (1 qualitatives, 0 quantitatives)",
@@ -65,26 +64,6 @@ TEST(AggregatedMatrix, SummaryCountsTheAggregatedIndividualsAndTheThresholdUsesT
   EXPECT_EQ(endExtraction(aggregated(0), 0, console, hooks), 0);
   EXPECT_FALSE(installed);
   EXPECT_EQ(messages.shown, (std::vector<std::string>{"No individual extracted"}));
-}
-
-TEST(AggregatedMatrix, CommandsOnIndividualsAreDisabledTheOthersNot) {
-  DocumentState state;
-  state.hasData = true;
-  state.variableCount = 2;
-  state.cellCount = 1;
-  state.qualitativeCount = 1;
-  state.possibleMothers = 1;
-  state.taxonomyCount = 1;
-  for (int32_t id : {ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS, ID_VIEW_INDIVIDUALS}) {
-    EXPECT_FALSE(isCommandEnabled(id, state)) << id;
-    EXPECT_TRUE(needsIndividuals(id)) << id;
-  }
-  for (int32_t id : {ID_FILE_SAVE, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_ADD_SINGLE_VALUED_VARIABLES,
-                     ID_ADD_SET_VALUED_VARIABLE, ID_REMOVE_VARIABLES, ID_CREATE_TAXONOMY, ID_REMOVE_TAXONOMIES,
-                     ID_VARIABLE_PROPERTIES, ID_VIEW_ASSERTIONS, ID_VIEW_TAXONOMIES}) {
-    EXPECT_TRUE(isCommandEnabled(id, state)) << id;
-    EXPECT_FALSE(needsIndividuals(id)) << id;
-  }
 }
 
 }  // namespace

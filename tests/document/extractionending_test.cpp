@@ -92,45 +92,36 @@ TEST(ExtractionEnding, TimeIsInWholeTenthsWithTheSingularAtExactlyOneSecond) {
   }
 }
 
-TEST(ExtractionEnding, SummaryThenFieldsReset) {
+TEST(ExtractionEnding, SummaryThenFieldsResetWithStoppedAndThresholdAroundIt) {
   RecordingMessages messages;
+  const std::vector<std::string> summary = {"Symbolic data matrix is composed by:",
+                                            "2 variables (1 qualitatives, 1 quantitatives)",
+                                            "2 assertions build from 4 individuals"};
   Document doc;
   ExtractionResult result = extracted(milliseconds(350));
   SymbolicMatrix* made = result.matrix.get();
   ASSERT_EQ(endExtraction(std::move(result), 0, doc.console, doc.hooks()), 1);
   EXPECT_EQ(doc.matrix.get(), made);
-  EXPECT_EQ(doc.lines(), (std::vector<std::string>{
-                             "Extraction done in 0.3 seconds.",
-                             "Symbolic data matrix is composed by:",
-                             "2 variables (1 qualitatives, 1 quantitatives)",
-                             "2 assertions build from 4 individuals",
-                             "<fields reset>",
-                         }));
+  std::vector<std::string> expected = {"Extraction done in 0.3 seconds."};
+  expected.insert(expected.end(), summary.begin(), summary.end());
+  expected.push_back("<fields reset>");
+  EXPECT_EQ(doc.lines(), expected);
   EXPECT_EQ(doc.resets, 1);
   EXPECT_TRUE(messages.shown.empty());
-}
 
-TEST(ExtractionEnding, StoppedAndThresholdComeAroundTheSummary) {
-  Document doc;
-  ExtractionResult result = extracted(milliseconds(1000));
+  Document stopped;
+  result = extracted(milliseconds(1000));
   result.stopped = true;
-  ASSERT_EQ(endExtraction(std::move(result), 2, doc.console, doc.hooks()), 1);
-  EXPECT_EQ(doc.lines(), (std::vector<std::string>{
-                             "*stopped*",
-                             "Extraction done in 1.0 second .",
-                             "Symbolic data matrix is composed by:",
-                             "2 variables (1 qualitatives, 1 quantitatives)",
-                             "2 assertions build from 4 individuals",
-                             ":Privacy operation",
-                             "::Individuals per group threshold: 2",
-                             "::1 assertion deleted, correcting indexes...",
-                             "Assertion n\xb0" "0 has 3 individual(s). Minimum: 2",
-                             ":[done]",
-                             "<fields reset>",
-                         }));
-  ASSERT_TRUE(doc.matrix);
-  EXPECT_EQ(doc.matrix->assertionCount(), 1u);
-  EXPECT_EQ(doc.matrix->individualCount(), 3u);
+  ASSERT_EQ(endExtraction(std::move(result), 2, stopped.console, stopped.hooks()), 1);
+  expected = {"*stopped*", "Extraction done in 1.0 second ."};
+  expected.insert(expected.end(), summary.begin(), summary.end());
+  expected.insert(expected.end(), {":Privacy operation", "::Individuals per group threshold: 2",
+                                   "::1 assertion deleted, correcting indexes...",
+                                   "Assertion n\xb0" "0 has 3 individual(s). Minimum: 2", ":[done]", "<fields reset>"});
+  EXPECT_EQ(stopped.lines(), expected);
+  ASSERT_TRUE(stopped.matrix);
+  EXPECT_EQ(stopped.matrix->assertionCount(), 1u);
+  EXPECT_EQ(stopped.matrix->individualCount(), 3u);
 }
 
 TEST(ExtractionEnding, FailuresShowAMessageAndInstallNothing) {
