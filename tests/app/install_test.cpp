@@ -108,7 +108,7 @@ TEST(Install, TheInstalledTreeWorksAndUninstallTakesExactlyItAway) {
   step = run("desktop-file-validate " + quoted(desktop));
   EXPECT_EQ(step.status, 0) << step.output;
   EXPECT_EQ(step.output, "");
-  const std::string entry = slurp(desktop);
+  const std::string entry = readFile(desktop);
   EXPECT_NE(entry.find("\nExec=velda %f\n"), std::string::npos);
   EXPECT_NE(entry.find("\nMimeType=application/x-velda-project;\n"), std::string::npos);
   TempDir mime;
@@ -116,9 +116,9 @@ TEST(Install, TheInstalledTreeWorksAndUninstallTakesExactlyItAway) {
   fs::copy_file(prefix + "/share/mime/packages/velda.xml", mime.path() + "/packages/velda.xml");
   step = run("update-mime-database " + quoted(mime.path()));
   ASSERT_EQ(step.status, 0) << step.output;
-  EXPECT_NE(slurp(mime.path() + "/globs2").find(":application/x-velda-project:*.gaj\n"), std::string::npos);
+  EXPECT_NE(readFile(mime.path() + "/globs2").find(":application/x-velda-project:*.gaj\n"), std::string::npos);
   const std::string magic = "[60:application/x-velda-project]\n>0=" + std::string(1, '\0') + "\x07$KORVA$\n";
-  EXPECT_NE(slurp(mime.path() + "/magic").find(magic), std::string::npos);
+  EXPECT_NE(readFile(mime.path() + "/magic").find(magic), std::string::npos);
 
   step = run("DESTDIR=" + quoted(root) + " cmake -P " + quoted(buildDir() + "/velda_uninstall.cmake"));
   ASSERT_EQ(step.status, 0) << step.output;
@@ -130,7 +130,7 @@ TEST(Install, TheInstalledTreeWorksAndUninstallTakesExactlyItAway) {
 // The script starts from a fresh machine of any current Debian release: a
 // name with a release's version in it (libfoo-14-dev) exists on one only.
 TEST(Install, TheDependencyScriptNamesUnversionedDebianPackages) {
-  const std::string script = slurp(std::string(std::getenv("VELDA_SOURCE_DIR")) + "/scripts/install-deps.sh");
+  const std::string script = readFile(std::string(std::getenv("VELDA_SOURCE_DIR")) + "/scripts/install-deps.sh");
   const size_t start = script.find("packages=(");
   const size_t end = script.find(')', start);
   ASSERT_NE(start, std::string::npos);
