@@ -2,28 +2,17 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "document/Document.h"
-#include "document/ScriptedUserInterface.h"
-#include "model/SymbolicMatrix.h"
-#include "support/FileText.h"
-#include "support/HandMatrix.h"
+#include "document/DocumentHarness.h"
 #include "support/SqliteDatabase.h"
-#include "support/TempDir.h"
 
 namespace velda {
 namespace {
 
-class DocumentNew : public ::testing::Test {
+class DocumentNew : public test::DocumentHarness {
  protected:
   void SetUp() override {
     ui_.onNew = [](NewValues& values) {
       values.tableName = "people";
-      return true;
-    };
-    ui_.onChooseFile = [this](const FileRequest& request, FileChoice& choice) {
-      requests_.push_back(request);
-      if (nextFile_.empty()) return false;
-      choice.path = nextFile_;
       return true;
     };
   }
@@ -34,11 +23,6 @@ class DocumentNew : public ::testing::Test {
       "CREATE TABLE empty_people (id integer, town varchar(20), age integer);"
       "CREATE TABLE sizes (town varchar(20), area real);"
       "INSERT INTO sizes VALUES ('Lyon', 48), ('Nice', 72);"};
-  test::TempDir dir_;
-  ScriptedUserInterface ui_;
-  Document document_{ui_};
-  std::vector<FileRequest> requests_;
-  std::string nextFile_;
 };
 
 TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
@@ -125,7 +109,6 @@ TEST_F(DocumentNew, NewClosesTheDataBeforeItsDialogSoAFailureLeavesNothing) {
 }
 
 TEST_F(DocumentNew, VariablesAddedAfterAReductionAreExportedWithTheReducedRows) {
-  test::InTempDir work;  // tempkvf.dat and parser.dat land here
   ASSERT_TRUE(document_.connect(database_.connectionString()));
   ASSERT_TRUE(document_.newFromDatabase());
   ui_.onReduction = [](ReductionValues& values) {
