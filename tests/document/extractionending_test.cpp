@@ -158,5 +158,50 @@ TEST(ExtractionEnding, FailuresShowAMessageAndInstallNothing) {
                             }));
 }
 
+// A matrix that the database aggregated: groups a (5 individuals) and b
+// (2), 6 distinct individuals in all, and no individual record.
+ExtractionResult aggregated(long individuals) {
+  ExtractionResult result;
+  result.matrix = SymbolicMatrix::create(5, 3);
+  result.matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
+  result.matrix->cellCount = 1;
+  result.matrix->createAssertion("a").memberCount = 5;
+  result.matrix->createAssertion("b").memberCount = 2;
+  result.matrix->indexAssertions();
+  result.aggregatedIndividuals = individuals;
+  return result;
+}
+
+TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheThreshold) {
+  RecordingMessages messages;
+  ConsoleLog console;
+  std::unique_ptr<SymbolicMatrix> installed;
+  ExtractionEndingHooks hooks;  // no fields to reset
+  hooks.install = [&](std::unique_ptr<SymbolicMatrix> m) {
+    installed = std::move(m);
+    return true;
+  };
+  ASSERT_EQ(endExtraction(aggregated(6), 3, console, hooks), 1);
+  const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
+  ASSERT_EQ(lines.size(), 9u);  // the time first
+  EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
+            (std::vector<std::string>{"Symbolic data matrix is composed by:",
+                                      "1 variables (1 qualitatives, 0 quantitatives)",
+                                      "2 assertions build from 6 individuals aggregated in the database",
+                                      ":Privacy operation", "::Individuals per group threshold: 3",
+                                      "::1 assertion deleted, correcting indexes...",
+                                      "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3", ":[done]"}));
+  ASSERT_TRUE(installed);
+  EXPECT_EQ(installed->assertionCount(), 1u);
+  EXPECT_TRUE(messages.shown.empty());
+
+  // No individual at all is the client side's empty result.
+  installed.reset();
+  EXPECT_EQ(endExtraction(aggregated(0), 0, console, hooks), 0);
+  EXPECT_FALSE(installed);
+  EXPECT_EQ(messages.shown, (std::vector<std::pair<std::string, MessageIcon>>{
+                                {"No individual extracted", MessageIcon::Warning}}));
+}
+
 }  // namespace
 }  // namespace velda
