@@ -33,17 +33,17 @@ TEST(CliCharset, Utf8ArgumentsMatchLatin1NamesAndTheConsoleSpeaksUtf8) {
   EXPECT_TRUE(contains(result.out, "  income is applicable if region in {\"\xc3\x8ele-de-France\"}\n")) << result.out;
   EXPECT_FALSE(contains(result.out, "\xce")) << "a Latin-1 byte reached the UTF-8 console";
 
-  const std::string project = slurp(dir.file("regions.gaj"));
+  const std::string project = readFile(dir.file("regions.gaj"));
   EXPECT_TRUE(contains(project, std::string("\xcele-de-France") + '\0'));
   EXPECT_TRUE(contains(project, std::string("Rh\xf4ne") + '\0'));
   EXPECT_FALSE(contains(project, "\xc3"));
-  const std::string kvf = slurp(dir.file("regions.kvf"));
+  const std::string kvf = readFile(dir.file("regions.kvf"));
   EXPECT_TRUE(contains(kvf, "\"R\xe9gions\""));
   EXPECT_TRUE(contains(kvf, "\"Sous-titre \xe9t\xe9\""));
   EXPECT_FALSE(contains(kvf, "\xc3"));
   // The XML writes each Latin-1 character as one reference, never the two
   // bytes of its UTF-8 form.
-  const std::string xml = slurp(dir.file("regions.xml"));
+  const std::string xml = readFile(dir.file("regions.xml"));
   EXPECT_TRUE(contains(xml, "sub_title = \"Sous-titre &#"));
   EXPECT_FALSE(contains(xml, "&#195;"));
 

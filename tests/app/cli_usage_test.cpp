@@ -16,53 +16,19 @@ class CliUsage : public ::testing::Test {
 
 TEST_F(CliUsage, EveryUsageErrorExitsWithTwoAndRunsNothing) {
   const std::vector<std::vector<std::string>> wrong = {
-      {},
-      {"--seed"},
-      {"--seed", "x", "tables"},
-      {"--seed", "-1", "tables"},
-      {"frobnicate"},
-      {"tables", "then"},
-      {"then", "tables"},
-      {"tables", "extra"},
-      {"connect"},
-      {"connect", "a", "b"},
-      {"columns"},
-      {"new"},
-      {"new", "--table", "t", "--query", "select 1"},
-      {"new", "--table"},
-      {"new", "--table", "t", "--sample", "ten"},
-      {"new", "--table", "t", "--min"},
-      {"new", "--table", "t", "--bogus"},
-      {"open"},
-      {"open", "a.gaj", "--ignore-metadata", "--ignore-metadata"},
-      {"save", "a.gaj", "b.gaj"},
-      {"join", "a.gaj"},
-      {"add-variables"},
-      {"add-set-variable", "--query"},
-      {"remove-variables"},
-      {"taxonomy", "--table", "towns"},
-      {"taxonomy", "town"},
-      {"remove-taxonomies"},
-      {"dependence", "--mother", "m", "--applicable", "a"},
-      {"dependence", "--mother", "m", "--applicable", "a", "--daughters", "d", "extra"},
-      {"properties"},
-      {"properties", "v", "--active", "--inactive"},
-      {"properties", "v", "--mode", "fancy"},
-      {"reduce", "--threshold"},
-      {"reduce", "--threshold", "8.5"},
-      {"divide", "--classes", "three"},
-      {"reduce-hordes", "5"},
-      {"export"},
-      {"export", "out.kvf", "--reduced-hordes"},
-      {"export-hordes", "out.kvf", "--title"},
-      {"export", "out.csv", "--format", "excel"},
-      {"export-hordes", "out.csv", "--format"},
-      {"view"},
-      {"view", "everything"},
-      {"taxonomies", "x"},
-      {"volume-matrix", "--after"},
-      {"console-save"},
-      {"check"},
+      {}, {"--seed"}, {"--seed", "x", "tables"}, {"--seed", "-1", "tables"}, {"frobnicate"}, {"tables", "then"},
+      {"then", "tables"}, {"tables", "extra"}, {"connect"}, {"connect", "a", "b"}, {"columns"}, {"new"},
+      {"new", "--table", "t", "--query", "select 1"}, {"new", "--table"}, {"new", "--table", "t", "--sample", "ten"},
+      {"new", "--table", "t", "--min"}, {"new", "--table", "t", "--bogus"}, {"open"},
+      {"open", "a.gaj", "--ignore-metadata", "--ignore-metadata"}, {"save", "a.gaj", "b.gaj"}, {"join", "a.gaj"},
+      {"add-variables"}, {"add-set-variable", "--query"}, {"remove-variables"}, {"taxonomy", "--table", "towns"},
+      {"taxonomy", "town"}, {"remove-taxonomies"}, {"dependence", "--mother", "m", "--applicable", "a"},
+      {"dependence", "--mother", "m", "--applicable", "a", "--daughters", "d", "extra"}, {"properties"},
+      {"properties", "v", "--active", "--inactive"}, {"properties", "v", "--mode", "fancy"}, {"reduce", "--threshold"},
+      {"reduce", "--threshold", "8.5"}, {"divide", "--classes", "three"}, {"reduce-hordes", "5"}, {"export"},
+      {"export", "out.kvf", "--reduced-hordes"}, {"export-hordes", "out.kvf", "--title"},
+      {"export", "out.csv", "--format", "excel"}, {"export-hordes", "out.csv", "--format"}, {"view"},
+      {"view", "everything"}, {"taxonomies", "x"}, {"volume-matrix", "--after"}, {"console-save"}, {"check"},
       // A usage error late in the chain stops it before the first command.
       {"console-save", "early.txt", "then", "view", "nothing"},
   };
@@ -96,23 +62,20 @@ TEST_F(CliUsage, AFailingCommandStopsTheChainWithOne) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err),
             (std::vector<std::string>{"Not connected: use connect CONN first", "velda-cli: tables failed"}));
-
-  result = run({"open", "missing.gaj", "then", "console-save", "console.txt"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Can not open file missing.gaj");
+  const std::vector<std::pair<std::vector<std::string>, std::string>> failing = {
+      {{"open", "missing.gaj", "then", "console-save", "console.txt"}, "Can not open file missing.gaj"},
+      {{"view", "assertions"}, "No data: use new, open or join first"},
+      {{"join", "a.gaj", "b.gaj"}, "Can not open file a.gaj"},
+      {{"connect", "Driver=NoSuchDriver"}, ""}};
+  for (const auto& [args, message] : failing) {
+    result = run(args);
+    EXPECT_EQ(result.status, 1) << args[0];
+    ASSERT_FALSE(result.err.empty()) << args[0];
+    if (!message.empty()) {
+      EXPECT_EQ(linesOf(result.err)[0], message);
+    }
+  }
   EXPECT_NE(access(dir_.file("console.txt").c_str(), F_OK), 0);
-
-  result = run({"view", "assertions"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "No data: use new, open or join first");
-
-  result = run({"join", "a.gaj", "b.gaj"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Can not open file a.gaj");
-
-  result = run({"connect", "Driver=NoSuchDriver"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_FALSE(result.err.empty());
 }
 
 }  // namespace

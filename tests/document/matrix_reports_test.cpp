@@ -24,8 +24,7 @@ TEST(HordesTable, EveryClassShowsItsLabel) {
   Individual& a = data.person("a", {"1"});
   Individual& b = data.person("b", {"2"});
   Individual& c = data.person("c", {"4"});
-  Individual& d = data.person("d", {"20"});
-  data.group("Paris", {&a, &b, &c, &d});
+  data.group("Paris", {&a, &b, &c, &data.person("d", {"20"})});
   ASSERT_EQ(Divide(*data.matrix, 2), 1);
 
   std::ostringstream hordes;
@@ -43,7 +42,6 @@ TEST(HordesTable, EveryClassShowsItsLabel) {
             "Assertion\tClass\tLabel\tIndividuals\tx\n"
             "Paris\tParis2\t Classe 1 (Ng=3)\t2\t[x in [1:2]]\n"
             "Paris\tParis3\t Classe 1 (Nd=1)\t1\t[x in [20:20]]\n");
-
 }
 
 }  // namespace

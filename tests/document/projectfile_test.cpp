@@ -1,14 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <dirent.h>
-
-#include <fstream>
 #include <sstream>
 
 #include "common/LastError.h"
 #include "document/ProjectBytes.h"
 #include "document/ProjectFileSamples.h"
 #include "formats/SymbolicTextWriter.h"
+#include "support/FileText.h"
 #include "support/TempDir.h"
 
 namespace velda {
@@ -57,12 +55,8 @@ std::vector<std::string> childNames(const Modality* node) {
   return names;
 }
 
-TEST(ProjectFile, WritesTheLayoutByteForByte) {
-  const auto matrix = test::smallProject();
-  EXPECT_EQ(projectBytes(*matrix), smallProjectBytes());
-}
-
-TEST(ProjectFile, ReadsTheLayoutBack) {
+TEST(ProjectFile, WritesTheLayoutByteForByteAndReadsItBack) {
+  EXPECT_EQ(projectBytes(*test::smallProject()), smallProjectBytes());
   const auto matrix = projectFromBytes(smallProjectBytes());
   ASSERT_TRUE(matrix) << lastError();
   EXPECT_EQ(matrix->individualColumn, "id");
@@ -201,26 +195,12 @@ TEST(ProjectFile, AnIndividualWithoutAssertionIsWrittenButRefused) {
   EXPECT_EQ(lastError(), "Load failed");
 }
 
-std::vector<std::string> folderEntries(const std::string& path) {
-  std::vector<std::string> names;
-  DIR* dir = opendir(path.c_str());
-  while (dirent* entry = dir ? readdir(dir) : nullptr)
-    if (entry->d_name[0] != '.') names.push_back(entry->d_name);
-  if (dir) closedir(dir);
-  return names;
-}
-
-std::string fileBytes(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 TEST(ProjectFile, AFailedSaveKeepsThePreviousFile) {
   test::TempDir dir;
   const std::string path = dir.file("teams.gaj");
   const auto matrix = test::smallProject();
   ASSERT_EQ(saveProject(path, *matrix), ProjectSave::Saved);
-  EXPECT_EQ(fileBytes(path), smallProjectBytes());
+  EXPECT_EQ(test::readFile(path), smallProjectBytes());
 
   auto unsavable = test::smallProject();
   unsavable->title = "changed";
@@ -228,23 +208,11 @@ TEST(ProjectFile, AFailedSaveKeepsThePreviousFile) {
   clearError();
   EXPECT_EQ(saveProject(path, *unsavable), ProjectSave::Failed);
   EXPECT_EQ(lastError(), "Save failed");
-  EXPECT_EQ(fileBytes(path), smallProjectBytes());
-  EXPECT_EQ(folderEntries(dir.path()), std::vector<std::string>{"teams.gaj"});
+  EXPECT_EQ(test::readFile(path), smallProjectBytes());
+  EXPECT_EQ(test::folderNames(dir.path()), std::vector<std::string>{"teams.gaj"});
 
   EXPECT_EQ(saveProject(dir.file("missing/teams.gaj"), *matrix), ProjectSave::CannotOpen);
   EXPECT_EQ(lastError(), "Can not open file " + dir.file("missing/teams.gaj"));
-}
-
-TEST(ProjectFile, ReadsFromAStream) {
-  test::TempDir dir;
-  const auto matrix = test::smallProject();
-  ASSERT_EQ(saveProject(dir.file("a.gaj"), *matrix), ProjectSave::Saved);
-  std::FILE* file = std::fopen(dir.file("a.gaj").c_str(), "rb");
-  ASSERT_TRUE(file);
-  const auto loaded = readProject(file);
-  std::fclose(file);
-  ASSERT_TRUE(loaded) << lastError();
-  EXPECT_EQ(loaded->assertionCount(), 1u);
 }
 
 }  // namespace
