@@ -186,10 +186,6 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   }
   const size_t firstAdded = matrix.variableCount();
   if (!pending.commit()) return 0;
-  // The new values in the order that a saved and reopened project has.
-  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) {
-    if (!matrix.compactValues(v)) return memoryFailure();
-  }
   try {
     reportAdded(matrix, pending, firstAdded, form, console);
   } catch (const std::bad_alloc&) {
