@@ -21,7 +21,6 @@ namespace velda {
 namespace {
 
 constexpr size_t kModalityBuckets = 19;
-constexpr int kProgressStep = 100;
 constexpr int kCancelled = -1;
 
 enum class Form { Unique, Multiple };
@@ -78,17 +77,13 @@ void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix
 }
 
 // The reading loops poll for Cancel before every row and show the row
-// count every kProgressStep rows.
-void showRow(int line) {
-  if (line % kProgressStep == 0) progressLine2("Row %d", line);
-}
-
+// count every hundred rows.
 int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
   int line = 0;
   for (;;) {
     if (cancelRequested()) return kCancelled;
     if (!statement.fetch()) break;
-    showRow(++line);
+    progressRow(++line);
     const char* assertionId = textOrNull(statement, 0);
     const size_t position = assertionId ? pending.positionOf(assertionId) : PendingVariables::kNotFound;
     if (position == PendingVariables::kNotFound) continue;
@@ -121,7 +116,7 @@ int readMultipleRows(QueryStatement& statement, PendingVariables& pending) {
   for (;;) {
     if (cancelRequested()) return kCancelled;
     if (!statement.fetch()) break;
-    showRow(++line);
+    progressRow(++line);
     if (statement.isNull(1)) {
       setError("Error at line %d: modality value is null", line);
       return 0;
@@ -191,10 +186,6 @@ int addVariables(SymbolicMatrix& matrix, const Connection& connection, const std
   }
   const size_t firstAdded = matrix.variableCount();
   if (!pending.commit()) return 0;
-  // The new values in the order that a saved and reopened project has.
-  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) {
-    if (!matrix.compactValues(v)) return memoryFailure();
-  }
   try {
     reportAdded(matrix, pending, firstAdded, form, console);
   } catch (const std::bad_alloc&) {

@@ -86,7 +86,7 @@ int QueryStatement::execute(const Connection& connection, const std::string& sql
     return bindColumns();
   } catch (const std::bad_alloc&) {
     columns_.clear();
-    return fail(STATUS_ODBC_ERROR);
+    return fail(STATUS_NO_MEMORY);
   }
 }
 
@@ -159,6 +159,8 @@ std::string QueryStatement::errorText() {
       return "Error: request must be a 'select'";
     case STATUS_UNHANDLED_TYPE:
       return "Error: unhandled column type";
+    case STATUS_NO_MEMORY:
+      return "Memory allocation failed";
     case STATUS_ODBC_ERROR:
       break;
   }

@@ -119,6 +119,9 @@ class Document {
   // individual count) or New by join (assertions only).
   void printSummary(bool withIndividuals);
   bool addVariables(bool setValued);
+  // Previews or applies a dependence inside the progress dialog; the
+  // step's result, -1 when it was cancelled.
+  int withRuleProgress(const std::function<int()>& step);
   // Runs an operation inside the progress dialog and reports a cancel or a
   // failure with the given texts.
   bool runLongOperation(const char* title, const char* canceledText, const char* failedText,

@@ -1,5 +1,6 @@
 // The document's file commands: close, save, save as, open.
 #include <cstdio>
+#include <new>
 
 #include "common/LastError.h"
 #include "common/SafeFiles.h"
@@ -71,6 +72,7 @@ bool Document::save(bool askForName) {
     if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Save), choice)) return false;
     record = FileRecord::fromPath(choice.path);
   }
+  std::string metadataFileName = record.path + ".xml";
   ProjectSave saved;
   {
     BusyScope busy(ui_, "Saving file...");
@@ -85,10 +87,16 @@ bool Document::save(bool askForName) {
     return false;
   }
   modified_ = false;
-  fileRecord_ = record;
-  updateTitle();
-  metadataFileName_ = record.path + ".xml";
-  if (!metadata_->write(metadataFileName_, *matrix_)) ui_.showMessage(lastError(), MessageIcon::Warning);
+  fileRecord_ = std::move(record);
+  metadataFileName_ = std::move(metadataFileName);
+  // The project is saved: from here on, running out of memory costs only
+  // the title or the metadata file, and says so.
+  try {
+    updateTitle();
+    if (!metadata_->write(metadataFileName_, *matrix_)) ui_.showMessage(lastError(), MessageIcon::Warning);
+  } catch (const std::bad_alloc&) {
+    ui_.showMessage("Memory allocation failed", MessageIcon::Warning);
+  }
   finishCommand();
   return true;
 }

@@ -1,4 +1,6 @@
 // The commands that make new data: New (extraction) and New by join.
+#include <new>
+
 #include "common/LastError.h"
 #include "common/SafeFiles.h"
 #include "db/Connection.h"
@@ -58,9 +60,18 @@ bool Document::newFromDatabase() {
     resetMetadata();
     metadata_->setOrigin(sql, source);
   };
-  const int installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
+  int installed;
+  try {
+    installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
+    if (installed) matrix_->indexAssertions();
+  } catch (const std::bad_alloc&) {
+    // Memory ran out after the new matrix was installed: the command fails
+    // as a whole and the document stays empty, as the command found it.
+    modified_ = false;
+    closeData();
+    throw;
+  }
   if (installed) {
-    matrix_->indexAssertions();
     refreshDisplays();
     updateTitle();
   }

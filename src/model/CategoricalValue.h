@@ -35,8 +35,9 @@ class CategoricalValue final : public SymbolicValue {
   // The number of modalities present in both values.
   double overlap(const SymbolicValue& other) const override;
   bool hasData() const override { return !entries.empty(); }
-  // Rehashes the entries to as many buckets as entries.
-  void rebuild() { entries.rebuild(entries.size()); }
+  // Rehashes the entries to as many buckets as entries; false, with the
+  // entries as they were, when memory runs out.
+  bool rebuild() { return entries.rebuild(entries.size()); }
 
   const CategoricalVariable& categoricalVariable() const {
     return static_cast<const CategoricalVariable&>(variable());

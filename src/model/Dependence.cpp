@@ -1,9 +1,13 @@
 #include "model/Dependence.h"
 
+#include <algorithm>
+#include <array>
 #include <new>
+#include <vector>
 
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
+#include "common/Progress.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -14,6 +18,7 @@ namespace velda {
 namespace {
 
 constexpr long kListedValues = 30;
+constexpr int kCancelled = -1;
 
 bool isVariable(const SymbolicMatrix& matrix, int32_t index) {
   return index >= 0 && static_cast<size_t>(index) < matrix.variableCount();
@@ -127,6 +132,30 @@ void writeNonApplicable(const CategoricalVariable& mother, const DependenceRule&
   }
 }
 
+// Cancel is enabled for the lifetime of a scope, however the scope ends.
+class CancelEnabled {
+ public:
+  CancelEnabled() { progressEnableCancel(true); }
+  ~CancelEnabled() { progressEnableCancel(false); }
+  CancelEnabled(const CancelEnabled&) = delete;
+  CancelEnabled& operator=(const CancelEnabled&) = delete;
+};
+
+// Calls visit on every individual the first rule of the group makes NA,
+// showing the individual's row every hundred rows and polling for Cancel
+// before each one. False when the user cancelled.
+template <typename Individuals, typename Visit>
+bool visitAffected(Individuals& individuals, const DependenceRule& rule, Visit&& visit) {
+  CancelEnabled cancelEnabled;
+  int row = 0;
+  for (auto& individual : individuals) {
+    if (cancelRequested()) return false;
+    progressRow(++row);
+    if (isAffected(individual, rule)) visit(individual);
+  }
+  return true;
+}
+
 void replaceByNA(CellValue& cell) { cell.flags = (cell.flags & ~static_cast<uint32_t>(CELL_NULL)) | CELL_NA; }
 
 void recordRule(SymbolicMatrix& matrix, const DependenceRule& rule) {
@@ -190,17 +219,27 @@ int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<c
 
 int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
   if (group.empty() || !fitsCells(matrix, group)) return 1;
-  const DependenceRule& first = *group.front();
+  // The values are listed once the walk is complete, so that a cancelled
+  // preview prints nothing.
+  struct Listed {
+    const Individual* individual;
+    const DependenceRule* rule;
+  };
+  std::array<Listed, kListedValues> listed;
   long counted = 0;
-  for (const Individual& individual : matrix.individuals) {
-    if (!isAffected(individual, first)) continue;
+  const bool complete = visitAffected(matrix.individuals, *group.front(), [&](const Individual& individual) {
     for (const auto& rule : group) {
-      const CellValue& cell = individual.cells[static_cast<size_t>(rule->daughter)];
-      if (cell.isMissing()) continue;
-      if (++counted > kListedValues) continue;
-      console.print("%s: variable '%s': value '%s' will be replaced by NA", individual.id.c_str(),
-                    matrix.variable(static_cast<size_t>(rule->daughter)).name.c_str(), cellText(cell).c_str());
+      if (individual.cells[static_cast<size_t>(rule->daughter)].isMissing()) continue;
+      if (counted < kListedValues) listed[static_cast<size_t>(counted)] = {&individual, rule.get()};
+      ++counted;
     }
+  });
+  if (!complete) return kCancelled;
+  for (long i = 0; i < std::min(counted, kListedValues); ++i) {
+    const Listed& value = listed[static_cast<size_t>(i)];
+    const auto daughter = static_cast<size_t>(value.rule->daughter);
+    console.print("%s: variable '%s': value '%s' will be replaced by NA", value.individual->id.c_str(),
+                  matrix.variable(daughter).name.c_str(), cellText(value.individual->cells[daughter]).c_str());
   }
   if (counted == 0) return 1;
   if (counted > kListedValues) console.print("...");
@@ -214,18 +253,21 @@ int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
     setError("Invalid dependence rule");
     return 0;
   }
+  // The affected individuals are found first, while Cancel can still leave
+  // the matrix as it was; then the rules are recorded without a pause.
+  std::vector<Individual*> affected;
   try {
+    if (!visitAffected(matrix.individuals, *group.front(),
+                       [&affected](Individual& individual) { affected.push_back(&individual); }))
+      return kCancelled;
     matrix.rules.reserve(matrix.rules.size() + group.size());
     if (matrix.isDaughter.size() < matrix.variableCount()) matrix.isDaughter.resize(matrix.variableCount(), 0);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
     return 0;
   }
-  const DependenceRule& first = *group.front();
-  for (Individual& individual : matrix.individuals) {
-    if (!isAffected(individual, first)) continue;
-    for (const auto& rule : group) replaceByNA(individual.cells[static_cast<size_t>(rule->daughter)]);
-  }
+  for (Individual* individual : affected)
+    for (const auto& rule : group) replaceByNA(individual->cells[static_cast<size_t>(rule->daughter)]);
   for (auto& rule : group) {
     recordRule(matrix, *rule);
     matrix.rules.push_back(std::move(rule));

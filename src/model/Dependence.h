@@ -39,7 +39,9 @@ int makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<c
 // replace by NA (the first 30, "..." when there are more, then
 // "   %d values will be replaced by NA"). Returns 1 when nothing would
 // change (or when the group is not one that applyRule accepts), 0
-// otherwise.
+// otherwise. The individuals are walked inside the progress display ("Row
+// %d" every 100 individuals) with Cancel enabled; a cancelled preview
+// prints nothing and returns -1.
 int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group);
 
 // Replaces by NA the daughter cells of every individual whose mother cell is
@@ -51,7 +53,9 @@ int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGro
 // categorical cell-holding mother (the group's) and a cell-holding daughter.
 // Returns 0 with "Memory allocation failed" when memory runs out: before any
 // cell changed when the rules cannot be recorded, after the replacement when
-// a value cannot be recomputed.
+// a value cannot be recomputed. The affected individuals are first found
+// inside the progress display, as previewRule walks them; Cancel there
+// returns -1 with the matrix unchanged.
 int applyRule(SymbolicMatrix& matrix, RuleGroup&& group);
 
 // "daughter is applicable if mother in {"m1", "m2"}"

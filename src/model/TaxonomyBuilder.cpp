@@ -9,19 +9,33 @@
 namespace velda {
 
 TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(variable) {
-  variable_.clearTaxonomy();
+  try {
+    auto previous = std::make_unique<DetachedTaxonomy>();
+    variable_.detachTaxonomy(*previous);
+    previous_ = std::move(previous);
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    failed_ = true;
+    return;
+  }
   // A query may name any number of nodes; without memory for the index the
   // lookups only walk the chains.
   variable_.indexNames();
 }
 
 TaxonomyBuilder::~TaxonomyBuilder() {
-  if (!finished_) variable_.clearTaxonomy();
+  if (!finished_) restorePrevious();
+}
+
+void TaxonomyBuilder::restorePrevious() {
+  if (!previous_) return;
+  variable_.restoreTaxonomy(*previous_);
+  previous_.reset();
 }
 
 int TaxonomyBuilder::fail() {
   failed_ = true;
-  variable_.clearTaxonomy();
+  restorePrevious();
   return 0;
 }
 
@@ -101,8 +115,7 @@ int TaxonomyBuilder::finish() {
   }
   if (tops.size() == 1) {
     variable_.taxonomyRoot = tops.front();
-    finished_ = true;
-    return 1;
+    return succeed(1);
   }
   // The root is made even when a modality or a node of the query is already
   // called "root_". Everything after this point tells nodes apart by their
@@ -123,8 +136,13 @@ int TaxonomyBuilder::finish() {
     root->firstChild = top;
   }
   variable_.taxonomyRoot = root;
+  return succeed(static_cast<int>(tops.size()));
+}
+
+int TaxonomyBuilder::succeed(int coveringNodes) {
   finished_ = true;
-  return static_cast<int>(tops.size());
+  previous_.reset();
+  return coveringNodes;
 }
 
 }  // namespace velda
