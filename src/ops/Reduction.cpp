@@ -6,7 +6,8 @@
 
 namespace velda {
 
-int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures,
+           int64_t levelCap) {
   matrix.reducedAssertions.clear();
   matrix.volumesBefore.clear();
   matrix.volumesAfter.clear();
@@ -20,7 +21,7 @@ int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::
   if (!computeVolumeMatrix(matrix, {assertions.data(), assertions.size()}, p, matrix.volumesBefore)) return 0;
 
   std::vector<std::unique_ptr<Assertion>> reduced;
-  ReductionRun run(matrix, threshold, console, figures);
+  ReductionRun run(matrix, threshold, console, figures, levelCap);
   if (!run.reduceAll(workSet, reduced)) return 0;
 
   std::vector<const Assertion*> rows;
