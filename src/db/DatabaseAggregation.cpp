@@ -77,7 +77,7 @@ bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink)
 
 bool Aggregation::checkIndividuals(long& individuals) {
   progressLine2("Checking the individuals");
-  const size_t variables = matrix_.cellCount;
+  const size_t variables = matrix_.cellCount();
   const size_t weightChecks = matrix_.weightColumn.empty() ? 0 : 2;
   TextRow row;
   if (!run(sql_.individualCheck(), 1 + variables + weightChecks, [&](const TextRow& r) {
@@ -133,7 +133,7 @@ bool Aggregation::readGroups() {
     Assertion& assertion = groupNamed(*row[0]);
     assertion.memberCount += static_cast<int32_t>(numberOf(row[1]));
     size_t field = 2;
-    for (size_t v = 0; v < matrix_.cellCount; ++v) {
+    for (size_t v = 0; v < matrix_.cellCount(); ++v) {
       if (matrix_.variable(v).isCategorical()) continue;
       const double numbered = numberOf(row[field + 2]);
       const double missing = numberOf(row[field + 3]);
@@ -211,7 +211,7 @@ std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const st
   std::unique_ptr<SymbolicMatrix> matrix = ExtractionBuilder::matrixFor(columns, options);
   if (!matrix) return nullptr;
 
-  std::vector<bool> categorical(matrix->cellCount);
+  std::vector<bool> categorical(matrix->cellCount());
   for (size_t v = 0; v < categorical.size(); ++v) categorical[v] = matrix->variable(v).isCategorical();
   const AggregateSql queries(sql, columns.size(), categorical, weighted);
   Aggregation aggregation(connection, *matrix, queries);

@@ -40,10 +40,10 @@ DocumentState Document::state() const {
   const SymbolicMatrix& m = *matrix_;
   s.hasData = true;
   s.variableCount = static_cast<int32_t>(m.variableCount());
-  s.cellCount = static_cast<int32_t>(m.cellCount);
+  s.cellCount = static_cast<int32_t>(m.cellCount());
   s.qualitativeCount = static_cast<int32_t>(m.categoricalCount());
   s.quantitativeCount = static_cast<int32_t>(m.quantitativeCount());
-  s.taxonomyCount = m.taxonomyCount;
+  s.taxonomyCount = m.taxonomyCount();
   s.possibleMothers = static_cast<int32_t>(m.motherCandidateCount());
   s.dependenceCount = static_cast<int32_t>(m.rules.size());
   s.individualCount = static_cast<int32_t>(m.individualCount());

@@ -16,7 +16,7 @@ int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::
 
   WorkSet workSet;
   if (!workSet.buildFromAssertions(matrix)) return 0;
-  const auto p = static_cast<double>(matrix.cellCount);
+  const auto p = static_cast<double>(matrix.cellCount());
   const std::vector<Assertion*>& assertions = matrix.orderedAssertions;
   if (!computeVolumeMatrix(matrix, {assertions.data(), assertions.size()}, p, matrix.volumesBefore)) return 0;
 

@@ -52,7 +52,7 @@ std::set<std::string> memberIds(const Assertion& assertion) {
 
 std::vector<std::string> variableNames(const SymbolicMatrix& matrix) {
   std::vector<std::string> names;
-  for (const auto& v : matrix.variables) names.push_back(v->name);
+  for (const auto& v : matrix.variables()) names.push_back(v->name);
   return names;
 }
 
@@ -93,7 +93,7 @@ TEST(ExtractionSqlite, RowsBecomeIndividualsGroupedIntoAssertions) {
   EXPECT_EQ(m.individualColumn, "id");
   EXPECT_EQ(m.assertionColumn, "grp");
   EXPECT_EQ(m.weightColumn, "");
-  EXPECT_EQ(m.cellCount, 3u);
+  EXPECT_EQ(m.cellCount(), 3u);
   EXPECT_EQ(m.rowsRead, 7);
   ASSERT_EQ(m.variableCount(), 3u);
   EXPECT_EQ(m.categoricalCount(), 1u);
@@ -169,7 +169,7 @@ TEST(ExtractionSqlite, WeightsAreCheckedAndAccumulated) {
   ASSERT_TRUE(result.matrix) << lastError();
   SymbolicMatrix& m = *result.matrix;
   EXPECT_EQ(m.weightColumn, "w");
-  EXPECT_EQ(m.cellCount, 2u);
+  EXPECT_EQ(m.cellCount(), 2u);
   EXPECT_EQ(m.findIndividual("c")->weight, 4.0);
   // Probabilist: each weight over the weight of non-NULL cells (9).
   EXPECT_EQ(valueOf(m, "g", 0), "(1(0.555556),2(0.444444))");

@@ -44,7 +44,7 @@ TEST(ExtractionPostgres, WeightedRowsBecomeAssertions) {
   ASSERT_TRUE(result.matrix) << lastError();
   SymbolicMatrix& m = *result.matrix;
   EXPECT_EQ(m.rowsRead, 7);
-  EXPECT_EQ(m.cellCount, 3u);
+  EXPECT_EQ(m.cellCount(), 3u);
   EXPECT_EQ(m.categoricalCount(), 1u);
   EXPECT_EQ(m.individualCount(), 3u);
   ASSERT_EQ(m.assertionCount(), 2u);

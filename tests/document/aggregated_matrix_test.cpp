@@ -29,7 +29,7 @@ ExtractionResult aggregated(long individuals) {
   ExtractionResult result;
   result.matrix = SymbolicMatrix::create(5, 3);
   result.matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
-  result.matrix->cellCount = 1;
+  EXPECT_TRUE(result.matrix->declareCellVariables(1, 1));
   result.matrix->createAssertion("a").memberCount = 5;
   result.matrix->createAssertion("b").memberCount = 2;
   result.matrix->indexAssertions();

@@ -429,10 +429,10 @@ void giveHordes(SymbolicMatrix& matrix) {
   ASSERT_TRUE(matrix.indexAssertions());
   auto row = [&](const std::string& id, std::initializer_list<const char*> members) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix.variables()) made->values.push_back(variable->newSymbolicValue());
     for (const char* member : members) {
       const Individual* individual = matrix.findIndividual(member);
-      for (size_t v = 0; v < matrix.cellCount; ++v) made->value(v).addCell(individual->cells[v], 1.0);
+      for (size_t v = 0; v < matrix.cellCount(); ++v) made->value(v).addCell(individual->cells[v], 1.0);
       ++made->memberCount;
     }
     return made;
@@ -539,7 +539,7 @@ TEST_F(DocumentFlows, TablesGoStraightToTheDestinationAndTheNextExportProposesTh
   EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = "/nonexistent-velda-dir/t.csv"; }));
   EXPECT_EQ(ui_.lastMessage(), "Can not open destination kvf file /nonexistent-velda-dir/t.csv");
   const std::string before = readFile(destination);
-  for (auto& variable : document_.matrix()->variables) variable->active = 0;
+  for (auto& variable : document_.matrix()->variables()) variable->active = 0;
   EXPECT_FALSE(exportWith([&](ExportValues& values) { values.file = destination; }));
   EXPECT_EQ(ui_.lastMessage(), "No active variable");
   EXPECT_EQ(readFile(destination), before);

@@ -111,8 +111,8 @@ TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgain) {
   setU16(bytes, kHeaderOffset + 2 * 5, 7);
   const auto matrix = projectFromBytes(bytes);
   ASSERT_TRUE(matrix) << lastError();
-  EXPECT_EQ(matrix->taxonomyCount, 0);
-  EXPECT_EQ(matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(matrix->taxonomyCount(), 0);
+  EXPECT_EQ(matrix->cellTaxonomyCount(), 0);
 }
 
 TEST(ProjectFileDamage, TheMotherCounterIsKeptAsStored) {

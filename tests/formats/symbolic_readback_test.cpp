@@ -45,7 +45,7 @@ class ReadBackTest : public symlib::test::LibraryTest, protected test::WriterMat
     for (size_t i = 0; i < model.individuals.size(); ++i)
       EXPECT_EQ(model.individuals[i].label, matrix->orderedAssertions[i]->id);
     std::vector<std::string> active;
-    for (const auto& variable : matrix->variables)
+    for (const auto& variable : matrix->variables())
       if (variable->active) active.push_back(variable->name);
     ASSERT_EQ(model.variables.size(), active.size());
     for (size_t v = 0; v < active.size(); ++v) EXPECT_EQ(model.variables[v].label, active[v]);
@@ -116,7 +116,7 @@ TEST_F(ReadBackTest, PlainMatrixOfEveryKind) {
 
 TEST_F(ReadBackTest, TaxonomyWithInnerNodes) {
   const size_t region = categorical("region", 0);
-  matrix->cellCount = matrix->variableCount();
+  ASSERT_TRUE(matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()));
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   add(a, region, "north");
@@ -148,7 +148,7 @@ TEST_F(ReadBackTest, TaxonomyWithInnerNodes) {
 TEST_F(ReadBackTest, DependenceRuleBetweenActiveVariables) {
   const size_t region = categorical("region", 0);
   const size_t size = quantitative("size", 1);
-  matrix->cellCount = matrix->variableCount();
+  ASSERT_TRUE(matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()));
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   add(a, region, "north");

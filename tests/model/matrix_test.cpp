@@ -15,11 +15,11 @@ struct SmallMatrix {
   SmallMatrix() : matrix(SymbolicMatrix::create(7, 5)) {
     matrix->appendVariable(std::make_unique<CategoricalVariable>("town", 1, 19));
     matrix->appendVariable(std::make_unique<QuantitativeVariable>("age"));
-    matrix->cellCount = 2;
+    EXPECT_TRUE(matrix->declareCellVariables(2, 1));
   }
 
   Individual& person(const char* id, const char* town, const char* age, double weight = 1.0) {
-    Individual individual(id, matrix->cellCount, weight);
+    Individual individual(id, matrix->cellCount(), weight);
     matrix->variable(0).addCell(town, individual.cells[0]);
     matrix->variable(1).addCell(age, individual.cells[1]);
     return matrix->insertIndividual(std::move(individual));
@@ -40,7 +40,7 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
   Assertion& north = matrix.createAssertion("north");
   auto row = [&](const char* id) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix.variables()) made->values.push_back(variable->newSymbolicValue());
     return made;
   };
   matrix.reducedAssertions.push_back(row("north"));

@@ -190,8 +190,8 @@ struct WeightedMatrix : test::HandMatrix {
 TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) {
   WeightedMatrix m;
   ASSERT_EQ(m.buildKind(), 2);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
   // b holds its own weight and a's (two levels down); a, under b, holds 0.
   EXPECT_EQ(m.written(*m.all, 0), "(1(0),2(5),3(1),4(4))");
   EXPECT_EQ(m.written(*m.onlyA, 0), "(1(2))");
@@ -208,8 +208,8 @@ TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) 
   EXPECT_EQ(console.lines(), (std::deque<std::string>{"1 taxonomies removed:", "   kind"}));
   auto& kind = static_cast<CategoricalVariable&>(m.matrix->variable(0));
   EXPECT_TRUE(isFlat(kind));
-  EXPECT_EQ(m.matrix->taxonomyCount, 0);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 0);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
   EXPECT_EQ(m.written(*m.all, 0), "(1(2),2(3),3(1),4(4))");
   EXPECT_EQ(m.written(*m.matrix->reducedAssertions.front(), 0), "(1(2),2(3))");
   for (const ValueEntry& entry : static_cast<CategoricalValue&>(m.all->value(0)).entries)
@@ -234,19 +234,19 @@ TEST(Taxonomy, CountersFollowTheVariablesThatHaveOne) {
   }
   ASSERT_EQ(buildFrom(kind, {{"x", "K"}, {"y", "K"}}), 1);
   settleTaxonomy(*m.matrix, 1);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
   ASSERT_EQ(buildFrom(town, {{"x", "T"}}), 2);
   settleTaxonomy(*m.matrix, 0);
-  EXPECT_EQ(m.matrix->taxonomyCount, 2);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 2);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
   EXPECT_EQ(taxonomyVariables(*m.matrix), (std::vector<int32_t>{0, 1}));
 
   // A failed rebuild leaves town without a hierarchy, and the counters say so.
   EXPECT_EQ(buildFrom(town, {{"x", "x"}}), 0);
   settleTaxonomy(*m.matrix, 0);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
 
   ConsoleLog console;
   const int32_t chosen[] = {1, 0};
