@@ -149,13 +149,6 @@ void Document::refreshDisplays() {
   if (!matrix_->rules.empty()) ui_.refreshDisplay(Display::Dependences);
 }
 
-void Document::updateAssertions() {
-  if (!assertionsOutOfDate_ || !matrix_) return;
-  BusyScope busy(ui_, "Updating assertions...");
-  for (Assertion& assertion : matrix_->assertions) matrix_->recomputeAssertion(assertion);
-  assertionsOutOfDate_ = false;
-}
-
 void Document::updateTitle() { ui_.setTitle(title()); }
 
 void Document::finishCommand() { ui_.documentChanged(); }
@@ -165,11 +158,12 @@ void Document::resetMetadata() {
   metadataLoaded_ = false;
 }
 
-void Document::installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record) {
+void Document::installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record, bool modified) {
   matrix_ = std::move(matrix);
-  assertionsOutOfDate_ = false;
   fileRecord_ = record;
-  refreshDisplays();
+  modified_ = modified;
+  // Without the assertions in number order the tables cannot be shown.
+  if (matrix_->indexAssertions()) refreshDisplays();
   updateTitle();
 }
 
