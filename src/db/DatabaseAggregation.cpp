@@ -105,7 +105,7 @@ bool Aggregation::checkIndividuals(long& individuals) {
   TextRow check;
   if (rows_ == AggregateSql::Rows::Repeated) {
     progressLine2("Checking the individuals");
-    const size_t variables = matrix_.cellCount;
+    const size_t variables = matrix_.cellCount();
     if (!runForOneRow(sql_.individualCheck(), 1 + variables + (weighted ? 1 : 0), check)) return false;
     for (size_t v = 0; v < variables; ++v) {
       if (!check[v + 1]) continue;
@@ -149,7 +149,7 @@ bool Aggregation::readGroups() {
     Assertion& assertion = groupNamed(*row[0]);
     assertion.memberCount += static_cast<int32_t>(numberOf(row[1]));
     size_t field = 2;
-    for (size_t v = 0; v < matrix_.cellCount; ++v) {
+    for (size_t v = 0; v < matrix_.cellCount(); ++v) {
       if (matrix_.variable(v).isCategorical()) continue;
       const double numbered = numberOf(row[field + 2]);
       const double missing = numberOf(row[field + 3]);
@@ -236,7 +236,7 @@ std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const st
   std::unique_ptr<SymbolicMatrix> matrix = ExtractionBuilder::matrixFor(columns, options);
   if (!matrix) return nullptr;
 
-  std::vector<bool> categorical(matrix->cellCount);
+  std::vector<bool> categorical(matrix->cellCount());
   for (size_t v = 0; v < categorical.size(); ++v) categorical[v] = matrix->variable(v).isCategorical();
   const AggregateSql queries(sql, columns.size(), categorical, weighted);
   Aggregation aggregation(connection, *matrix, queries);

@@ -47,7 +47,6 @@ bool Document::closeData() {
     if (answer == Answer::Yes && !save(false)) return false;
   }
   matrix_.reset();
-  assertionsOutOfDate_ = false;
   ui_.clearDisplay(Display::Variables);
   ui_.clearDisplay(Display::Individuals);
   ui_.clearDisplay(Display::Dependences);
@@ -128,12 +127,8 @@ bool Document::openFile(const std::string& path, bool ignoreMetadata) {
     finishCommand();
     return false;
   }
-  matrix_ = std::move(loaded);
-  assertionsOutOfDate_ = false;
-  if (matrix_->indexAssertions()) refreshDisplays();
+  installMatrix(std::move(loaded), FileRecord::fromPath(path), false);
   printSummary(true);
-  fileRecord_ = FileRecord::fromPath(path);
-  updateTitle();
   finishCommand();
   return true;
 }

@@ -187,7 +187,7 @@ bool Document::addDependence() {
 bool Document::editVariableProperties() {
   if (!matrix_) return false;
   VariablePropertiesValues values;
-  for (const auto& variable : matrix_->variables) {
+  for (const auto& variable : matrix_->variables()) {
     VariableProperty property;
     property.active = variable->active != 0;
     if (variable->isCategorical()) property.mode = static_cast<const CategoricalVariable&>(*variable).mode;

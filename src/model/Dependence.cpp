@@ -55,7 +55,7 @@ bool isAffected(const Individual& individual, const DependenceRule& rule) {
 bool fitsCells(const SymbolicMatrix& matrix, const RuleGroup& group) {
   for (const auto& rule : group) {
     if (!canBeMother(matrix, rule->mother) || rule->mother != group.front()->mother) return false;
-    if (!isVariable(matrix, rule->daughter) || static_cast<size_t>(rule->daughter) >= matrix.cellCount) return false;
+    if (!isVariable(matrix, rule->daughter) || static_cast<size_t>(rule->daughter) >= matrix.cellCount()) return false;
   }
   return true;
 }
@@ -165,21 +165,21 @@ void recordRule(SymbolicMatrix& matrix, const DependenceRule& rule) {
   daughter.motherIndex = rule.mother;
   daughter.nextDaughter = mother.firstDaughter;
   mother.firstDaughter = rule.daughter;
-  matrix.isDaughter[static_cast<size_t>(rule.daughter)] = 1;
+  matrix.markDaughter(static_cast<size_t>(rule.daughter));
 }
 
 }  // namespace
 
 bool canBeMother(const SymbolicMatrix& matrix, int32_t variableIndex) {
-  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount) return false;
+  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount()) return false;
   return matrix.variable(static_cast<size_t>(variableIndex)).isCategorical();
 }
 
 bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t variableIndex) {
   if (!canBeMother(matrix, motherIndex) || variableIndex == motherIndex) return false;
-  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount) return false;
+  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount()) return false;
   const auto daughter = static_cast<size_t>(variableIndex);
-  if (daughter < matrix.isDaughter.size() && matrix.isDaughter[daughter]) return false;
+  if (matrix.isDaughter(daughter)) return false;
   // The walk is bounded so that damaged links cannot keep it going.
   int32_t ancestor = matrix.variable(static_cast<size_t>(motherIndex)).motherIndex;
   for (size_t steps = 0; isVariable(matrix, ancestor) && steps < matrix.variableCount(); ++steps) {
@@ -261,7 +261,6 @@ int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
                        [&affected](Individual& individual) { affected.push_back(&individual); }))
       return kCancelled;
     matrix.rules.reserve(matrix.rules.size() + group.size());
-    if (matrix.isDaughter.size() < matrix.variableCount()) matrix.isDaughter.resize(matrix.variableCount(), 0);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
     return 0;

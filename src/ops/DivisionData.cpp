@@ -8,7 +8,7 @@
 namespace velda {
 
 DivisionData::DivisionData(const SymbolicMatrix& matrix, const ReductionRecord& record)
-    : variables_(matrix.cellCount) {
+    : variables_(matrix.cellCount()) {
   const auto& members = record.members();
   const size_t n = members.size();
   try {

@@ -42,9 +42,10 @@ int reduceHorde(const SymbolicMatrix& matrix, Horde& horde, ReductionRun& run) {
 
 }  // namespace
 
-int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+int ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures,
+                 int64_t levelCap) {
   if (matrix.hordes.empty()) return 0;
-  ReductionRun run(matrix, threshold, console, figures);
+  ReductionRun run(matrix, threshold, console, figures, levelCap);
   for (Horde& horde : matrix.hordes) {
     matrix.reductionThreshold = 0;
     if (!reduceHorde(matrix, horde, run)) return 0;

@@ -6,7 +6,8 @@
 
 namespace velda {
 
-int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures,
+           int64_t levelCap) {
   matrix.reducedAssertions.clear();
   matrix.volumesBefore.clear();
   matrix.volumesAfter.clear();
@@ -15,12 +16,12 @@ int Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::
 
   WorkSet workSet;
   if (!workSet.buildFromAssertions(matrix)) return 0;
-  const auto p = static_cast<double>(matrix.cellCount);
+  const auto p = static_cast<double>(matrix.cellCount());
   const std::vector<Assertion*>& assertions = matrix.orderedAssertions;
   if (!computeVolumeMatrix(matrix, {assertions.data(), assertions.size()}, p, matrix.volumesBefore)) return 0;
 
   std::vector<std::unique_ptr<Assertion>> reduced;
-  ReductionRun run(matrix, threshold, console, figures);
+  ReductionRun run(matrix, threshold, console, figures, levelCap);
   if (!run.reduceAll(workSet, reduced)) return 0;
 
   std::vector<const Assertion*> rows;

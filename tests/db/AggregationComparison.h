@@ -67,7 +67,7 @@ inline std::map<std::string, std::string> exportsByName(const SymbolicMatrix& ma
 // sorted list (their numbering differs between the two ways).
 inline std::vector<std::string> variablesByName(const SymbolicMatrix& matrix) {
   std::vector<std::string> described;
-  for (const auto& variable : matrix.variables) {
+  for (const auto& variable : matrix.variables()) {
     std::ostringstream out;
     if (!variable->isCategorical()) {
       variable->writeDescription(out);
@@ -87,7 +87,7 @@ inline std::vector<std::string> variablesByName(const SymbolicMatrix& matrix) {
 // Whether each categorical variable numbers its categories in ascending
 // byte order of their names.
 inline bool categoriesInByteOrder(const SymbolicMatrix& matrix) {
-  for (const auto& variable : matrix.variables) {
+  for (const auto& variable : matrix.variables()) {
     if (!variable->isCategorical()) continue;
     const auto& categorical = static_cast<const CategoricalVariable&>(*variable);
     for (size_t i = 1; i < categorical.modalityCount(); ++i) {

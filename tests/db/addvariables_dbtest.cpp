@@ -40,8 +40,8 @@ std::string valueText(const SymbolicValue& value) {
 // Everything a failed command must leave as it was.
 std::string snapshot(const SymbolicMatrix& m) {
   std::ostringstream out;
-  for (const auto& v : m.variables) out << v->name << ' ';
-  out << '|' << m.categoricalCount() << '|' << m.isDaughter.size() << '|' << m.cellCount << '\n';
+  for (const auto& v : m.variables()) out << v->name << ' ';
+  out << '|' << m.categoricalCount() << '|' << m.cellCount() << '\n';
   for (const Assertion& a : m.assertions) {
     out << a.id << ':';
     for (const auto& value : a.values) out << ' ' << valueText(*value);
@@ -151,8 +151,7 @@ TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
             }));
   SymbolicMatrix& m = *matrix;
   ASSERT_EQ(m.variableCount(), 4u);
-  EXPECT_EQ(m.cellCount, 1u);
-  EXPECT_EQ(m.isDaughter.size(), 4u);
+  EXPECT_EQ(m.cellCount(), 1u);
   EXPECT_EQ(m.variable(1).multiple, 0);
   EXPECT_EQ(m.variable(2).multiple, 0);
   // Rows of unknown assertions leave the new variable's domain alone.

@@ -44,7 +44,7 @@ inline std::unique_ptr<SymbolicMatrix> projectFromBytes(std::string_view bytes) 
 inline Individual& addIndividual(SymbolicMatrix& matrix, const char* id, double weight,
                                  std::initializer_list<const char*> texts,
                                  std::initializer_list<Assertion*> assertions) {
-  Individual& individual = matrix.insertIndividual(Individual(id, matrix.cellCount, weight));
+  Individual& individual = matrix.insertIndividual(Individual(id, matrix.cellCount(), weight));
   size_t v = 0;
   for (const char* text : texts) {
     matrix.variable(v).addCell(text, individual.cells[v]);
@@ -67,8 +67,7 @@ inline std::unique_ptr<SymbolicMatrix> smallProject() {
   matrix->title = "T";
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("x", 1));
   matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 0, 1));
-  matrix->cellCount = 2;
-  matrix->motherCandidates = 1;
+  if (!matrix->declareCellVariables(2, 1)) return nullptr;
   Assertion& g = matrix->createAssertion("g");
   addIndividual(*matrix, "i1", 1.0, {"2", "a"}, {&g});
   CellValue unused;
@@ -96,8 +95,7 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   sports->mode = MODE_CARDINALITY;
   matrix->appendVariable(std::move(sports));
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("height", 1));
-  matrix->cellCount = 4;
-  matrix->motherCandidates = 2;
+  if (!matrix->declareCellVariables(4, 2)) return nullptr;
   matrix->variable(3).active = 0;
 
   Assertion& a = matrix->createAssertion("red");

@@ -75,8 +75,8 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
   }
   for (uint32_t i = 0; i < people; ++i) {
     Individual& person = matrix.insertIndividual(
-        Individual(uniqueText(choose, i), matrix.cellCount, randomWeight(choose)));
-    for (size_t v = 0; v < matrix.cellCount; ++v) {
+        Individual(uniqueText(choose, i), matrix.cellCount(), randomWeight(choose)));
+    for (size_t v = 0; v < matrix.cellCount(); ++v) {
       const bool null = choose(5) == 0;
       const std::string text = matrix.variable(v).isCategorical() ? categories[choose(static_cast<uint32_t>(categories.size()))]
                                                                  : randomNumber(choose);
@@ -89,7 +89,7 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
   }
   // Categories no individual has still belong to the first categorical
   // variable, as after a taxonomy query.
-  for (size_t v = 0; v < matrix.cellCount; ++v) {
+  for (size_t v = 0; v < matrix.cellCount(); ++v) {
     if (!matrix.variable(v).isCategorical()) continue;
     CellValue unused;
     for (const std::string& category : categories) matrix.variable(v).addCell(category.c_str(), unused);
@@ -98,7 +98,7 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
   if (matrix.finish(false) != 1) return nullptr;
   // A dependence between two categorical variables, when there are two.
   std::vector<int32_t> categorical;
-  for (size_t v = 0; v < matrix.cellCount; ++v)
+  for (size_t v = 0; v < matrix.cellCount(); ++v)
     if (matrix.variable(v).isCategorical()) categorical.push_back(static_cast<int32_t>(v));
   if (categorical.size() >= 2 && choose(2)) {
     RuleGroup group;

@@ -35,7 +35,7 @@ ExtractionResult extracted(milliseconds elapsed, size_t smallGroup = 1) {
   SymbolicMatrix& m = *result.matrix;
   m.appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
   m.appendVariable(std::make_unique<QuantitativeVariable>("x", 1));
-  m.cellCount = 2;
+  EXPECT_TRUE(m.declareCellVariables(2, 1));
   const std::vector<std::pair<std::string, size_t>> groups = {{"g0", 3}, {"g1", smallGroup}};
   for (const auto& [id, size] : groups) {
     Assertion& assertion = m.createAssertion(id);

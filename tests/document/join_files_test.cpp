@@ -105,7 +105,7 @@ TEST(JoinFiles, AJoinedProjectWithMovedRulesAndTaxonomiesReopens) {
   ASSERT_TRUE(joined) << lastError();
   // [age, region, job, firm] with P = 1 + 2: the rule and the taxonomy now
   // sit on variables 2 and 3, firm past P.
-  ASSERT_EQ(joined->cellCount, 3u);
+  ASSERT_EQ(joined->cellCount(), 3u);
   ASSERT_EQ(joined->rules.size(), 1u);
   EXPECT_EQ(joined->rules[0]->daughter, 3);
 
@@ -117,8 +117,8 @@ TEST(JoinFiles, AJoinedProjectWithMovedRulesAndTaxonomiesReopens) {
   EXPECT_EQ(reopened->rules[0]->daughter, 3);
   EXPECT_EQ(reopened->variable(3).motherIndex, 2);
   EXPECT_TRUE(static_cast<const CategoricalVariable&>(reopened->variable(3)).hasTaxonomy());
-  EXPECT_EQ(reopened->taxonomyCount, 1);
-  EXPECT_EQ(reopened->cellTaxonomyCount, 0) << "firm is not among the first P";
+  EXPECT_EQ(reopened->taxonomyCount(), 1);
+  EXPECT_EQ(reopened->cellTaxonomyCount(), 0) << "firm is not among the first P";
   EXPECT_EQ(reopened->motherCandidateCount(), 2u) << "0 + 2, as the join summed them";
   EXPECT_TRUE(reopened->findAssertion("Paris"));
 }

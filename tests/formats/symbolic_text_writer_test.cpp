@@ -173,7 +173,7 @@ TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
   const size_t region = categorical("region", 0);
   const size_t hidden = categorical("hidden", 0);
   const size_t size = quantitative("size", 1);
-  matrix->cellCount = matrix->variableCount();
+  ASSERT_TRUE(matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()));
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   add(a, region, "north");

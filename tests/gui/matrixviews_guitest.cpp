@@ -50,7 +50,7 @@ std::unique_ptr<SymbolicMatrix> smallMatrix() {
   matrix->appendVariable(std::move(jobs));
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("age", 1));
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("income", 0));
-  matrix->cellCount = 3;
+  EXPECT_TRUE(matrix->declareCellVariables(3, 0));
   return matrix;
 }
 
@@ -288,7 +288,7 @@ TEST_F(MatrixViewTest, ViewDependencesShowsLongRulesWhole) {
   }
   matrix->appendVariable(std::move(region));
   matrix->appendVariable(std::make_unique<QuantitativeVariable>("income", 0));
-  matrix->cellCount = 2;
+  EXPECT_TRUE(matrix->declareCellVariables(2, 0));
   RuleGroup group;
   const std::vector<int32_t> income{1};
   ASSERT_EQ(makeRuleGroup(*matrix, 0, applicable, income, group), 1);

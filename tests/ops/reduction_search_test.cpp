@@ -41,7 +41,7 @@ class LiteralReduction {
     k_ = (100 - threshold_) * n_ / 100;
     if (k_ == n_) k_ = n_ - 1;
     std::vector<RemovalCandidate> made;
-    for (size_t v = 0; v < matrix_.cellCount; ++v) record_.gather(made, v, k_);
+    for (size_t v = 0; v < matrix_.cellCount(); ++v) record_.gather(made, v, k_);
     for (const RemovalCandidate& candidate : made) list_.insert(list_.begin(), Step{candidate, 1});
     if (list_.empty()) return;
     std::stable_sort(list_.begin(), list_.end(), [](const Step& x, const Step& y) { return x.c.cost < y.c.cost; });
@@ -198,7 +198,7 @@ struct RandomCase {
 
   Individual& addPerson(const std::string& id, const std::vector<std::string>& texts) {
     SymbolicMatrix& m = *data.matrix;
-    Individual individual(id, m.cellCount);
+    Individual individual(id, m.cellCount());
     for (size_t v = 0; v < texts.size(); ++v)
       m.variable(v).addCell(texts[v].empty() ? nullptr : texts[v].c_str(), individual.cells[v]);
     return m.insertIndividual(std::move(individual));

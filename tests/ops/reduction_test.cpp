@@ -197,7 +197,7 @@ TEST(VolumeMatrix, MotherSumsTheApplicableDaughtersPerPresentCategory) {
   m.variable(2).nextDaughter = 1;
   for (size_t d : {1, 2}) {
     m.variable(d).motherIndex = 0;
-    m.isDaughter[d] = 1;
+    m.markDaughter(d);
   }
   m.variable(1).rule = &ruleD;
   m.variable(2).rule = &ruleE;

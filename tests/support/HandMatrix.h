@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstdlib>
 #include <initializer_list>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
@@ -29,13 +31,12 @@ struct HandMatrix {
   // Every variable made so far holds its cells in the individuals, as after
   // an extraction.
   void holdCells() {
-    matrix->cellCount = matrix->variableCount();
-    matrix->motherCandidates = matrix->categoricalCount();
+    if (!matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount())) std::abort();
   }
 
   // An individual with one text per cell-holding variable (null: NULL).
   Individual& person(const char* id, std::initializer_list<const char*> texts, double weight = 1.0) {
-    Individual individual(id, matrix->cellCount, weight);
+    Individual individual(id, matrix->cellCount(), weight);
     size_t v = 0;
     for (const char* text : texts) {
       matrix->variable(v).addCell(text, individual.cells[v]);
@@ -58,9 +59,9 @@ struct HandMatrix {
   // with an empty value per variable and the given members' cells added.
   std::unique_ptr<Assertion> row(const char* id, std::initializer_list<Individual*> members) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix->variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix->variables()) made->values.push_back(variable->newSymbolicValue());
     for (Individual* member : members)
-      for (size_t v = 0; v < matrix->cellCount; ++v) made->value(v).addCell(member->cells[v], member->weight);
+      for (size_t v = 0; v < matrix->cellCount(); ++v) made->value(v).addCell(member->cells[v], member->weight);
     return made;
   }
 
@@ -73,5 +74,12 @@ struct HandMatrix {
 
   std::unique_ptr<SymbolicMatrix> matrix;
 };
+
+// Whether each variable, in order, is marked as a rule's daughter.
+inline std::vector<bool> daughterMarks(const SymbolicMatrix& matrix) {
+  std::vector<bool> marks;
+  for (size_t v = 0; v < matrix.variableCount(); ++v) marks.push_back(matrix.isDaughter(v));
+  return marks;
+}
 
 }  // namespace velda::test
