@@ -28,11 +28,11 @@
 #include <vector>
 
 #include "common/LastError.h"
-#include "db/AggregateSql.h"
 #include "db/Connection.h"
-#include "db/DatabaseAggregation.h"
-#include "db/Extraction.h"
 #include "db/QueryStatement.h"
+#include "db/aggregation/AggregateSql.h"
+#include "db/aggregation/DatabaseAggregation.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalValue.h"
 #include "model/SymbolicMatrix.h"
 

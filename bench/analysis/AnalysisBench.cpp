@@ -8,9 +8,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <ctime>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <memory>
 #include <random>
 #include <string>
@@ -21,9 +21,9 @@
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
-#include "ops/AssertionReduction.h"
-#include "ops/Division.h"
-#include "ops/Reduction.h"
+#include "ops/division/Division.h"
+#include "ops/reduction/AssertionReduction.h"
+#include "ops/reduction/Reduction.h"
 
 namespace {
 
@@ -99,10 +99,11 @@ int reduce(int size, int groups) {
     levels = std::max(levels, f.levels);
     capped += f.capped ? 1 : 0;
   }
-  std::printf("reduce n=%d groups=%d: %.4f s per assertion (cpu %.4f s; slowest %.4f s), most levels %lld "
-              "(cap %lld), %d of %d reached the cap, peak %ld kB\n",
-              size, groups, total.count() / groups, cpuSecondsSince(cpuStarted) / groups, slowest, static_cast<long long>(levels),
-              static_cast<long long>(velda::kSearchLevelCap), capped, groups, peakKilobytes());
+  std::printf(
+      "reduce n=%d groups=%d: %.4f s per assertion (cpu %.4f s; slowest %.4f s), most levels %lld "
+      "(cap %lld), %d of %d reached the cap, peak %ld kB\n",
+      size, groups, total.count() / groups, cpuSecondsSince(cpuStarted) / groups, slowest,
+      static_cast<long long>(levels), static_cast<long long>(velda::kSearchLevelCap), capped, groups, peakKilobytes());
   return 0;
 }
 
@@ -111,7 +112,7 @@ int divide(Kind kind, int size, int groups) {
   if (kind == Kind::Quantitative)
     variables.assign(6, {Kind::Quantitative, 1000000});
   else
-    variables = {{Kind::Categorical, 3}, {Kind::Categorical, 5},  {Kind::Categorical, 8},
+    variables = {{Kind::Categorical, 3},  {Kind::Categorical, 5},  {Kind::Categorical, 8},
                  {Kind::Categorical, 10}, {Kind::Categorical, 12}, {Kind::Categorical, 12}};
   auto matrix = generate(variables, size, groups);
   const auto started = std::chrono::steady_clock::now();

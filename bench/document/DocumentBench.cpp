@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <fstream>
 
-#include "document/ProjectFile.h"
+#include "document/project/ProjectFile.h"
 #include "formats/SymbolicTextWriter.h"
 #include "model/SymbolicMatrix.h"
 

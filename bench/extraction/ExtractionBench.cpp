@@ -25,8 +25,8 @@
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
 #include "db/QueryStatement.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -36,9 +36,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-double secondsSince(Clock::time_point start) {
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
+double secondsSince(Clock::time_point start) { return std::chrono::duration<double>(Clock::now() - start).count(); }
 
 long peakKilobytes() {
   rusage usage{};

@@ -28,11 +28,12 @@ std::string variableItem(int v) {
   const std::string kind = kindOf(v);
   const char letter = static_cast<char>('B' + v);
   if (kind == "continue" || kind == "inter_continue") {
-    std::snprintf(text, sizeof text, "  (%d, %s, \"\", \"A%c00\", \"v%d\", 0, 0, 0, 1000)", v + 1, kind.c_str(), letter, v);
+    std::snprintf(text, sizeof text, "  (%d, %s, \"\", \"A%c00\", \"v%d\", 0, 0, 0, 1000)", v + 1, kind.c_str(), letter,
+                  v);
     return text;
   }
-  std::snprintf(text, sizeof text, "  (%d, %s, \"\", \"A%c00\", \"v%d\", %s0, 0, 5,\n     (", v + 1, kind.c_str(), letter,
-                v, kind == "mult_nominal_Modif" ? "proba, " : "");
+  std::snprintf(text, sizeof text, "  (%d, %s, \"\", \"A%c00\", \"v%d\", %s0, 0, 5,\n     (", v + 1, kind.c_str(),
+                letter, v, kind == "mult_nominal_Modif" ? "proba, " : "");
   std::string item = text;
   for (int c = 1; c <= 5; ++c) {
     std::snprintf(text, sizeof text, "%s(%d, \"A%c%02d\", \"c%d\", 1 )", c > 1 ? ", \n      " : "", c, letter, c, c);
@@ -90,9 +91,7 @@ std::string generate(int assertions) {
 struct Clock {
   std::chrono::steady_clock::time_point wall = std::chrono::steady_clock::now();
   std::clock_t cpu = std::clock();
-  double wallSeconds() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - wall).count();
-  }
+  double wallSeconds() const { return std::chrono::duration<double>(std::chrono::steady_clock::now() - wall).count(); }
   double cpuSeconds() const { return static_cast<double>(std::clock() - cpu) / CLOCKS_PER_SEC; }
 };
 

@@ -57,8 +57,9 @@ bool AtomicFile::open(const std::string& path) {
   target_ = followLinks(path);
   struct stat status;
   existed_ = !target_.empty() && stat(target_.c_str(), &status) == 0;
-  const bool refused = target_.empty() || (existed_ && (!S_ISREG(status.st_mode) || (status.st_mode & 0222) == 0 ||
-                                                        access(target_.c_str(), W_OK) != 0));
+  const bool refused =
+      target_.empty() ||
+      (existed_ && (!S_ISREG(status.st_mode) || (status.st_mode & 0222) == 0 || access(target_.c_str(), W_OK) != 0));
   if (refused) {
     setError("Can not open file %s", path.c_str());
     return false;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <cstddef>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <memory>
@@ -347,8 +347,8 @@ class ChainedHashTable {
   }
 
   std::vector<Node*> buckets_;
-  std::vector<Node*> tails_;        // the last node of every chain, or empty
-  std::vector<IndexSlot> index_;    // every node by its key's hash, or empty
+  std::vector<Node*> tails_;      // the last node of every chain, or empty
+  std::vector<IndexSlot> index_;  // every node by its key's hash, or empty
   size_t count_ = 0;
 };
 

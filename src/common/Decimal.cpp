@@ -1,10 +1,10 @@
 #include "common/Decimal.h"
 
+#include <locale.h>
 #include <charconv>
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <locale.h>
 
 namespace velda {
 

@@ -8,9 +8,9 @@
 #include "common/Decimal.h"
 #include "common/LastError.h"
 #include "common/Progress.h"
-#include "db/PendingVariables.h"
 #include "db/QueryStatement.h"
-#include "db/VariableNamer.h"
+#include "db/extraction/PendingVariables.h"
+#include "db/extraction/VariableNamer.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
@@ -64,8 +64,7 @@ std::unique_ptr<CategoricalVariable> newCategoricalVariable(std::string name, in
   return variable;
 }
 
-void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix,
-                           PendingVariables& pending) {
+void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix& matrix, PendingVariables& pending) {
   VariableNamer namer(matrix);
   for (int i = 1; i < statement.columnCount(); ++i) {
     std::string name = namer.nameFor(statement.columnName(i));

@@ -12,9 +12,9 @@
 #include "common/LastError.h"
 #include "common/Progress.h"
 #include "db/Connection.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
 #include "db/StatementHandle.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -43,8 +43,7 @@ enum class Ending { Done, DriverError, Refused };
 
 // Executes the statement and hands every row to the sink; runs beside the
 // user-interface thread. A driver error is left in the statement.
-Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sink,
-                       const std::atomic<bool>& cancelled) {
+Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sink, const std::atomic<bool>& cancelled) {
   if (!SQL_SUCCEEDED(SQLExecDirect(stmt, reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.c_str())),
                                    static_cast<SQLINTEGER>(sql.size()))))
     return Ending::DriverError;

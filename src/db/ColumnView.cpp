@@ -8,9 +8,9 @@
 
 #include "common/Format.h"
 #include "db/Connection.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
 #include "db/StatementHandle.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -22,26 +22,26 @@ namespace {
 constexpr SQLSMALLINT kNameBufferSize = 30;
 
 const char* const kTypeNames[] = {
-    "SQL_BIT",          // -7
-    "SQL_TINYINT",      // -6
-    "SQL_BIGINT",       // -5
-    "SQL_LONGVARBINARY",// -4
-    "SQL_VARBINARY",    // -3
-    "SQL_BINARY",       // -2
-    "SQL_LONGVARCHAR",  // -1
-    "SQL_UNKNOUN",      // 0
-    "SQL_CHAR",         // 1
-    "SQL_NUMERIC",      // 2
-    "SQL_DECIMAL",      // 3
-    "SQL_INTEGER",      // 4
-    "SQL_SMALLINT",     // 5
-    "SQL_FLOAT",        // 6
-    "SQL_REAL",         // 7
-    "SQL_DOUBLE",       // 8
-    "SQL_DATETIME",     // 9
-    "SQL_TIME",         // 10
-    "SQL_TIMESTAMP",    // 11
-    "SQL_VARCHAR",      // 12
+    "SQL_BIT",            // -7
+    "SQL_TINYINT",        // -6
+    "SQL_BIGINT",         // -5
+    "SQL_LONGVARBINARY",  // -4
+    "SQL_VARBINARY",      // -3
+    "SQL_BINARY",         // -2
+    "SQL_LONGVARCHAR",    // -1
+    "SQL_UNKNOUN",        // 0
+    "SQL_CHAR",           // 1
+    "SQL_NUMERIC",        // 2
+    "SQL_DECIMAL",        // 3
+    "SQL_INTEGER",        // 4
+    "SQL_SMALLINT",       // 5
+    "SQL_FLOAT",          // 6
+    "SQL_REAL",           // 7
+    "SQL_DOUBLE",         // 8
+    "SQL_DATETIME",       // 9
+    "SQL_TIME",           // 10
+    "SQL_TIMESTAMP",      // 11
+    "SQL_VARCHAR",        // 12
 };
 constexpr int kFirstTypeCode = -7;
 constexpr int kLastTypeCode = 12;
@@ -53,8 +53,8 @@ ColumnDescription describeColumn(SQLHSTMT stmt, SQLUSMALLINT number) {
   SQLULEN size = 0;
   SQLSMALLINT digits = 0;
   SQLSMALLINT nullable = SQL_NULLABLE_UNKNOWN;
-  SQLDescribeCol(stmt, number, reinterpret_cast<SQLCHAR*>(name), kNameBufferSize, &nameLength, &sqlType,
-                 &size, &digits, &nullable);
+  SQLDescribeCol(stmt, number, reinterpret_cast<SQLCHAR*>(name), kNameBufferSize, &nameLength, &sqlType, &size, &digits,
+                 &nullable);
   name[kNameBufferSize - 1] = '\0';
   const size_t length = strlen(name);
   ColumnDescription column;

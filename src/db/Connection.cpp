@@ -8,8 +8,8 @@
 #include <new>
 
 #include "common/LastError.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -88,8 +88,6 @@ std::string dataSourceName(const Connection& connection) {
   return name.empty() ? "not available" : name;
 }
 
-std::string databaseName(const Connection& connection) {
-  return infoText(connection, SQL_DATABASE_NAME);
-}
+std::string databaseName(const Connection& connection) { return infoText(connection, SQL_DATABASE_NAME); }
 
 }  // namespace velda

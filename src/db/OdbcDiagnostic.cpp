@@ -5,7 +5,7 @@
 
 #include <cstring>
 
-#include "db/FetchedText.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -15,8 +15,7 @@ bool readDiagnostic(short handleType, void* handle, OdbcDiagnostic& diagnostic) 
   SQLCHAR message[512] = {};
   SQLINTEGER nativeCode = 0;
   SQLSMALLINT length = 0;
-  const SQLRETURN rc =
-      SQLGetDiagRec(handleType, handle, 1, state, &nativeCode, message, sizeof message, &length);
+  const SQLRETURN rc = SQLGetDiagRec(handleType, handle, 1, state, &nativeCode, message, sizeof message, &length);
   if (!SQL_SUCCEEDED(rc)) return false;
   char* text = reinterpret_cast<char*>(message);
   text[sizeof message - 1] = '\0';

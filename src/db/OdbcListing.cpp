@@ -42,8 +42,8 @@ std::vector<std::string> listedNames(OdbcListing list) {
   SQLSMALLINT nameLength = 0;
   SQLSMALLINT detailsLength = 0;
   SQLUSMALLINT direction = SQL_FETCH_FIRST;
-  while (SQL_SUCCEEDED(list(env.handle(), direction, name, sizeof name, &nameLength, details, sizeof details,
-                            &detailsLength))) {
+  while (SQL_SUCCEEDED(
+      list(env.handle(), direction, name, sizeof name, &nameLength, details, sizeof details, &detailsLength))) {
     names.emplace_back(reinterpret_cast<const char*>(name));
     direction = SQL_FETCH_NEXT;
   }

@@ -10,8 +10,8 @@
 #include "common/Decimal.h"
 #include "common/Format.h"
 #include "db/Connection.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 
@@ -102,8 +102,8 @@ int QueryStatement::bindColumns() {
     SQLULEN size = 0;
     SQLSMALLINT digits = 0;
     SQLSMALLINT nullable = 0;
-    if (!SQL_SUCCEEDED(SQLDescribeCol(stmt_, i, reinterpret_cast<SQLCHAR*>(name), sizeof name,
-                                      &nameLength, &sqlType, &size, &digits, &nullable))) {
+    if (!SQL_SUCCEEDED(SQLDescribeCol(stmt_, i, reinterpret_cast<SQLCHAR*>(name), sizeof name, &nameLength, &sqlType,
+                                      &size, &digits, &nullable))) {
       return fail(STATUS_ODBC_ERROR);
     }
     name[sizeof name - 1] = '\0';
@@ -165,8 +165,8 @@ std::string QueryStatement::errorText() {
       break;
   }
   OdbcDiagnostic diagnostic;
-  const bool read = stmt_ ? readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic)
-                          : readDiagnostic(SQL_HANDLE_DBC, dbc_, diagnostic);
+  const bool read =
+      stmt_ ? readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic) : readDiagnostic(SQL_HANDLE_DBC, dbc_, diagnostic);
   if (!read) return "";
   if (diagnostic.state == "22005") {
     return format("Error %s: %s\n%s", diagnostic.state.c_str(), diagnostic.message.c_str(), kOracleNumberHint);

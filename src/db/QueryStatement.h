@@ -29,7 +29,7 @@ struct ResultColumn {
   static constexpr size_t kValueCapacity = 254;
   std::string name;
   ColumnKind kind = COLUMN_CHARACTER;
-  long indicator = 0;   // -1: the value is NULL
+  long indicator = 0;     // -1: the value is NULL
   char buffer[256] = {};  // the current value, trimmed, at most 254 bytes
 };
 
@@ -64,7 +64,7 @@ class QueryStatement {
   int fail(StatementStatus status);
   int bindColumns();
 
-  void* dbc_ = nullptr;   // the connection's handle, not owned
+  void* dbc_ = nullptr;  // the connection's handle, not owned
   void* stmt_ = nullptr;
   std::vector<ResultColumn> columns_;
   StatementStatus status_ = STATUS_OK;

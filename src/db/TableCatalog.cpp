@@ -9,9 +9,9 @@
 
 #include "common/LastError.h"
 #include "db/Connection.h"
-#include "db/FetchedText.h"
 #include "db/OdbcDiagnostic.h"
 #include "db/StatementHandle.h"
+#include "db/extraction/FetchedText.h"
 
 namespace velda {
 

@@ -62,11 +62,11 @@ struct DocumentState {
   bool hasData = false;
   bool connectionOpen = false;
   int32_t variableCount = 0;
-  int32_t cellCount = 0;            // values stored with each individual
+  int32_t cellCount = 0;  // values stored with each individual
   int32_t qualitativeCount = 0;
   int32_t quantitativeCount = 0;
   int32_t taxonomyCount = 0;
-  int32_t possibleMothers = 0;      // qualitative variables among the cell ones
+  int32_t possibleMothers = 0;  // qualitative variables among the cell ones
   int32_t dependenceCount = 0;
   int32_t individualCount = 0;
   int32_t reducedAssertionCount = 0;

@@ -93,8 +93,8 @@ struct FileRequest {
   enum class Mode { Open, Save };
   Mode mode = Mode::Open;
   std::string title;
-  std::string filter;         // shown text, e.g. "VELDA file (*.gaj)"
-  std::string defaultSuffix;  // e.g. "gaj"
+  std::string filter;                // shown text, e.g. "VELDA file (*.gaj)"
+  std::string defaultSuffix;         // e.g. "gaj"
   bool offerIgnoreMetadata = false;  // the "Ignore MetaData" box of Open
 };
 struct FileChoice {

@@ -8,8 +8,8 @@
 #include "common/ConsoleLog.h"
 #include "document/CommandTable.h"
 #include "document/DialogChecks.h"
-#include "document/FileRecord.h"
 #include "document/UserInterface.h"
+#include "document/project/FileRecord.h"
 
 namespace velda {
 

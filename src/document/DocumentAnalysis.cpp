@@ -1,9 +1,9 @@
 // The long operations: Reduce assertions, Divide assertions, Reduce Hordes.
 #include "document/Document.h"
 #include "model/SymbolicMatrix.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
-#include "ops/Reduction.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
+#include "ops/reduction/Reduction.h"
 
 namespace velda {
 

@@ -6,8 +6,8 @@
 #include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
-#include "document/DocumentMetadata.h"
-#include "document/ProjectFile.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/project/ProjectFile.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {
@@ -41,8 +41,8 @@ void Document::printSummary(bool withIndividuals) {
 bool Document::closeData() {
   if (!matrix_) return true;
   if (modified_) {
-    const Answer answer = ui_.ask("Do you want to save current data ?", QuestionButtons::YesNoCancel,
-                                  MessageIcon::Warning);
+    const Answer answer =
+        ui_.ask("Do you want to save current data ?", QuestionButtons::YesNoCancel, MessageIcon::Warning);
     if (answer == Answer::Cancel) return false;
     if (answer == Answer::Yes && !save(false)) return false;
   }

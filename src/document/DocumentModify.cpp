@@ -4,7 +4,12 @@
 
 #include "common/LastError.h"
 #include "common/Progress.h"
+#include "db/AddVariables.h"
+#include "db/Connection.h"
+#include "db/QueryStatement.h"
+#include "db/TaxonomyQuery.h"
 #include "document/BusyScope.h"
+#include "document/DialogChecks.h"
 #include "document/Document.h"
 #include "model/CategoricalVariable.h"
 #include "model/Dependence.h"
@@ -12,11 +17,6 @@
 #include "model/Taxonomy.h"
 #include "model/VariableRemoval.h"
 #include "model/VariableSelection.h"
-#include "db/AddVariables.h"
-#include "db/Connection.h"
-#include "db/QueryStatement.h"
-#include "db/TaxonomyQuery.h"
-#include "document/DialogChecks.h"
 
 namespace velda {
 

@@ -4,14 +4,14 @@
 #include "common/LastError.h"
 #include "common/SafeFiles.h"
 #include "db/Connection.h"
-#include "db/DatabaseAggregation.h"
-#include "db/Extraction.h"
+#include "db/aggregation/DatabaseAggregation.h"
+#include "db/extraction/Extraction.h"
 #include "document/BusyScope.h"
 #include "document/DialogChecks.h"
 #include "document/Document.h"
-#include "document/DocumentMetadata.h"
 #include "document/ExtractionEnding.h"
-#include "document/JoinFiles.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/project/JoinFiles.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 
 namespace velda {
 

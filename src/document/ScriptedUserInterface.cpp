@@ -25,9 +25,7 @@ Answer ScriptedUserInterface::ask(const std::string& question, QuestionButtons, 
   return onAsk ? onAsk(question) : Answer::No;
 }
 
-void ScriptedUserInterface::showMessage(const std::string& text, MessageIcon icon) {
-  messages.push_back({text, icon});
-}
+void ScriptedUserInterface::showMessage(const std::string& text, MessageIcon icon) { messages.push_back({text, icon}); }
 
 bool ScriptedUserInterface::chooseFile(const FileRequest& request, FileChoice& choice) {
   return onChooseFile && onChooseFile(request, choice);

@@ -57,9 +57,7 @@ class ScriptedUserInterface : public UserInterface, private ProgressTarget {
   bool askDependence(DependenceValues& values) override { return answer(onDependence, values); }
   bool askRemoveVariables(VariableSelection& values) override { return answer(onRemoveVariables, values); }
   bool askRemoveTaxonomies(VariableSelection& values) override { return answer(onRemoveTaxonomies, values); }
-  bool askVariableProperties(VariablePropertiesValues& values) override {
-    return answer(onVariableProperties, values);
-  }
+  bool askVariableProperties(VariablePropertiesValues& values) override { return answer(onVariableProperties, values); }
   bool askReduction(ReductionValues& values) override { return answer(onReduction, values); }
   bool askDivision(DivisionValues& values) override { return answer(onDivision, values); }
   bool askExport(ExportValues& values) override { return answer(onExport, values); }

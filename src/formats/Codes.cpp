@@ -11,9 +11,7 @@ constexpr uint32_t kSecondDigits = 52;
 
 }  // namespace
 
-std::string letterPair(uint32_t x) {
-  return {static_cast<char>('A' + (x / 26) % 26), static_cast<char>('A' + x % 26)};
-}
+std::string letterPair(uint32_t x) { return {static_cast<char>('A' + (x / 26) % 26), static_cast<char>('A' + x % 26)}; }
 
 std::string codeSuffix(uint32_t x) {
   if (x < kFirstRange) return {kSymbols[x / 10], kSymbols[x % 10]};

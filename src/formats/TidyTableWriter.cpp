@@ -68,7 +68,8 @@ class TidyTableWriter {
     std::vector<const ValueEntry*> entries;
     entries.reserve(value.entries.size());
     for (const ValueEntry& entry : value.entries) entries.push_back(&entry);
-    std::sort(entries.begin(), entries.end(), [](const ValueEntry* a, const ValueEntry* b) { return a->index < b->index; });
+    std::sort(entries.begin(), entries.end(),
+              [](const ValueEntry* a, const ValueEntry* b) { return a->index < b->index; });
     for (const ValueEntry* entry : entries) {
       writeStart(label, v, "value");
       out_ << ",,,";

@@ -21,8 +21,8 @@ class Assertion {
 
   std::string id;
   int32_t number;
-  int32_t memberCount = 0;              // individuals added to the values
-  std::vector<Individual*> members;     // linked individuals, in link order
+  int32_t memberCount = 0;           // individuals added to the values
+  std::vector<Individual*> members;  // linked individuals, in link order
   std::vector<std::unique_ptr<SymbolicValue>> values;
 };
 

@@ -39,9 +39,7 @@ class CategoricalValue final : public SymbolicValue {
   // entries as they were, when memory runs out.
   bool rebuild() { return entries.rebuild(entries.size()); }
 
-  const CategoricalVariable& categoricalVariable() const {
-    return static_cast<const CategoricalVariable&>(variable());
-  }
+  const CategoricalVariable& categoricalVariable() const { return static_cast<const CategoricalVariable&>(variable()); }
   // The weight that renderings read: the subtree weight under a taxonomy.
   double shownWeight(const ValueEntry& entry) const {
     return categoricalVariable().hasTaxonomy() ? entry.subtreeWeight : entry.weight;

@@ -18,7 +18,8 @@ using ApplicableSet = ChainedHashTable<ApplicableModality, ModalityIndexTraits<A
 // "daughter is applicable if mother in {set}". Rules made together form a
 // group: same mother and set, one daughter each, chained through next.
 struct DependenceRule {
-  DependenceRule(int32_t mother, int32_t daughter, size_t buckets) : mother(mother), daughter(daughter), applicable(buckets) {}
+  DependenceRule(int32_t mother, int32_t daughter, size_t buckets)
+      : mother(mother), daughter(daughter), applicable(buckets) {}
 
   int32_t mother;
   int32_t daughter;

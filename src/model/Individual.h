@@ -36,8 +36,8 @@ class Individual {
   std::string id;
   double weight;
   std::unique_ptr<CellValue[]> cells;
-  Assertion* direct = nullptr;            // the newest assertion linked
-  std::forward_list<Assertion*> others;   // the earlier ones, newest first
+  Assertion* direct = nullptr;           // the newest assertion linked
+  std::forward_list<Assertion*> others;  // the earlier ones, newest first
 };
 
 }  // namespace velda

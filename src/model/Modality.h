@@ -13,10 +13,10 @@ class Modality {
  public:
   Modality(std::string name, int32_t index) : index(index), name(std::move(name)) {}
 
-  Modality* parent = nullptr;       // taxonomy node above, or none
-  Modality* firstChild = nullptr;   // taxonomy children, newest first
+  Modality* parent = nullptr;      // taxonomy node above, or none
+  Modality* firstChild = nullptr;  // taxonomy children, newest first
   Modality* nextSibling = nullptr;
-  int32_t index;                    // 0-based, in order of first appearance
+  int32_t index;  // 0-based, in order of first appearance
   std::string name;
 };
 

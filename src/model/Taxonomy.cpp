@@ -90,8 +90,7 @@ int removeTaxonomies(SymbolicMatrix& matrix, std::span<const int32_t> variableIn
 }
 
 void printTaxonomyCoverage(ConsoleLog& console, const SymbolicVariable& variable, int coveringNodes) {
-  console.print("taxonomy variable '%s': initial domain is covered by %d nodes", variable.name.c_str(),
-                coveringNodes);
+  console.print("taxonomy variable '%s': initial domain is covered by %d nodes", variable.name.c_str(), coveringNodes);
 }
 
 }  // namespace velda

@@ -47,8 +47,7 @@ bool accumulateMember(Assertion& assertion, const Individual& individual, size_t
   return true;
 }
 
-std::unique_ptr<Assertion> derivedAssertion(const Assertion& source, std::string id, int32_t number,
-                                            size_t cellCount) {
+std::unique_ptr<Assertion> derivedAssertion(const Assertion& source, std::string id, int32_t number, size_t cellCount) {
   auto derived = std::make_unique<Assertion>(std::move(id), number);
   derived->values.reserve(source.values.size());
   for (size_t v = 0; v < source.values.size(); ++v) {

@@ -22,7 +22,6 @@ bool accumulateMember(Assertion& assertion, const Individual& individual, size_t
 // A fresh assertion (in no table) named `id`, with an empty value for each
 // of the first cellCount variables of `source` and a copy of the others.
 // Throws std::bad_alloc.
-std::unique_ptr<Assertion> derivedAssertion(const Assertion& source, std::string id, int32_t number,
-                                            size_t cellCount);
+std::unique_ptr<Assertion> derivedAssertion(const Assertion& source, std::string id, int32_t number, size_t cellCount);
 
 }  // namespace velda

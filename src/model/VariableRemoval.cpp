@@ -39,7 +39,7 @@ std::vector<int32_t> newIndexes(size_t variableCount, const std::vector<int32_t>
 
 // The individuals' cells without the removed columns, in table order.
 std::vector<std::unique_ptr<CellValue[]>> keptCells(const SymbolicMatrix& matrix, const std::vector<int32_t>& moved,
-                                                   size_t keptCellCount) {
+                                                    size_t keptCellCount) {
   std::vector<std::unique_ptr<CellValue[]>> kept;
   kept.reserve(matrix.individualCount());
   for (const Individual& individual : matrix.individuals) {

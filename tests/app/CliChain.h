@@ -25,33 +25,70 @@ inline const char* chainDatabaseSql() {
 // Runs the whole chain from connect to export on the database and checks
 // what every step printed and wrote.
 inline void checkChain(const std::string& connection, const std::string& dir) {
-  const CliResult result = runCli(
-      {"--seed", "7", "connect", connection,
-       "then", "new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2",
-       "then", "taxonomy", "job", "--table", "jobs",
-       "then", "dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes",
-       "then", "add-variables", "--table", "facts",
-       "then", "save", "chain.gaj",
-       "then", "export", "chain.kvf", "--title", "People",
-       "then", "export", "chain.xml",
-       "then", "export", "chain.csv", "--format", "rsda",
-       "then", "view", "assertions"},
-      dir);
+  const CliResult result = runCli({"--seed",
+                                   "7",
+                                   "connect",
+                                   connection,
+                                   "then",
+                                   "new",
+                                   "--query",
+                                   "select id, town, job, income, w from people",
+                                   "--weight",
+                                   "--min",
+                                   "2",
+                                   "then",
+                                   "taxonomy",
+                                   "job",
+                                   "--table",
+                                   "jobs",
+                                   "then",
+                                   "dependence",
+                                   "--mother",
+                                   "job",
+                                   "--applicable",
+                                   "clerk,farmer",
+                                   "--daughters",
+                                   "income",
+                                   "--yes",
+                                   "then",
+                                   "add-variables",
+                                   "--table",
+                                   "facts",
+                                   "then",
+                                   "save",
+                                   "chain.gaj",
+                                   "then",
+                                   "export",
+                                   "chain.kvf",
+                                   "--title",
+                                   "People",
+                                   "then",
+                                   "export",
+                                   "chain.xml",
+                                   "then",
+                                   "export",
+                                   "chain.csv",
+                                   "--format",
+                                   "rsda",
+                                   "then",
+                                   "view",
+                                   "assertions"},
+                                  dir);
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::string> lines = linesOf(result.out);
   ASSERT_GE(lines.size(), 12u) << result.out;
   EXPECT_EQ(lines[0].rfind("Extraction done in ", 0), 0u);
   const std::vector<std::string> summary(lines.begin() + 1, lines.begin() + 4);
-  EXPECT_EQ(summary, (std::vector<std::string>{"Symbolic data matrix is composed by:",
-                                               "2 variables (1 qualitatives, 1 quantitatives)",
-                                               "3 assertions build from 6 individuals"}));
+  EXPECT_EQ(summary, (std::vector<std::string>{
+                         "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
+                         "3 assertions build from 6 individuals"}));
   // Rome has one individual, below the minimum of 2.
-  for (const char* line : {"::Individuals per group threshold: 2",
-                           "taxonomy variable 'job': initial domain is covered by 2 nodes",
-                           "2: variable 'income': value '50.00' will be replaced by NA", "1 rules added:",
-                           "  income is applicable if job in {\"clerk\", \"farmer\"}", "1 unique variables added:",
-                           "   sea", "saving KVF file chain.kvf ...", "saving XML file chain.xml ...",
-                           "saving RSDA table chain.csv ...", "Assertion\tIndividuals\tjob\tincome\tsea"})
+  for (const char* line :
+       {"::Individuals per group threshold: 2", "taxonomy variable 'job': initial domain is covered by 2 nodes",
+        "2: variable 'income': value '50.00' will be replaced by NA",
+        "1 rules added:", "  income is applicable if job in {\"clerk\", \"farmer\"}",
+        "1 unique variables added:", "   sea", "saving KVF file chain.kvf ...", "saving XML file chain.xml ...",
+        "saving RSDA table chain.csv ...", "Assertion\tIndividuals\tjob\tincome\tsea"})
     EXPECT_TRUE(hasLine(lines, line)) << line;
 
   EXPECT_EQ(readFile(dir + "/chain.kvf").rfind("KORVA = (", 0), 0u);
@@ -63,13 +100,13 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
 
   // The saved project opens again with its metadata; the reader checks the
   // exported file.
-  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check",
-                                     "chain.kvf", "then", "dependences", "then", "taxonomies"},
+  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check", "chain.kvf",
+                                     "then", "dependences", "then", "taxonomies"},
                                     dir);
   ASSERT_EQ(reopened.status, 0) << reopened.err;
-  for (const char* line : {"MetaData Loaded and transfered", "2 assertions build from 5 individuals",
-                           "2\t2\tstudent\tNA\tLyon", "  income is applicable if job in {\"clerk\", \"farmer\"}",
-                           "Taxonomy of job:", "  root_"})
+  for (const char* line :
+       {"MetaData Loaded and transfered", "2 assertions build from 5 individuals", "2\t2\tstudent\tNA\tLyon",
+        "  income is applicable if job in {\"clerk\", \"farmer\"}", "Taxonomy of job:", "  root_"})
     EXPECT_TRUE(hasLine(linesOf(reopened.out), line)) << line;
 }
 

@@ -35,8 +35,7 @@ inline std::vector<std::string> environmentWithLocale(const std::string& locale)
 // standard input from /dev/null, both outputs captured in files of that
 // folder. The locale is C unless given, so bytes pass unchanged. Returns the
 // child's process id, or -1 when it could not be started.
-inline pid_t startCli(const std::vector<std::string>& args, const std::string& dir,
-                      const std::string& locale = "C") {
+inline pid_t startCli(const std::vector<std::string>& args, const std::string& dir, const std::string& locale = "C") {
   const char* binaryDir = std::getenv("VELDA_BINARY_DIR");
   const std::string program = std::string(binaryDir ? binaryDir : ".") + "/bin/velda-cli";
   const std::string outPath = dir + "/cli.out";
@@ -75,8 +74,7 @@ inline CliResult finishCli(pid_t pid, const std::string& dir) {
   return result;
 }
 
-inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir,
-                        const std::string& locale = "C") {
+inline CliResult runCli(const std::vector<std::string>& args, const std::string& dir, const std::string& locale = "C") {
   return finishCli(startCli(args, dir, locale), dir);
 }
 

@@ -17,20 +17,50 @@ const char* kQuery = "select id, town, job, income, w from people order by job, 
 TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
   SqliteDatabase database(chainDatabaseSql());
   TempDir dir;
-  CliResult result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight",
-                             "--min", "2", "--in-database", "then", "taxonomy", "job", "--table", "jobs", "then",
-                             "add-variables", "--table", "facts", "then", "export", "aggregated.kvf", "then", "save",
+  CliResult result = runCli({"connect",
+                             database.connectionString(),
+                             "then",
+                             "new",
+                             "--query",
+                             kQuery,
+                             "--weight",
+                             "--min",
+                             "2",
+                             "--in-database",
+                             "then",
+                             "taxonomy",
+                             "job",
+                             "--table",
+                             "jobs",
+                             "then",
+                             "add-variables",
+                             "--table",
+                             "facts",
+                             "then",
+                             "export",
+                             "aggregated.kvf",
+                             "then",
+                             "save",
                              "aggregated.gaj"},
                             dir.path());
   ASSERT_EQ(result.status, 0) << result.err;
-  for (const char* line : {"3 assertions build from 6 individuals aggregated in the database",
-                           "::Individuals per group threshold: 2", "::1 assertion deleted, correcting indexes...",
-                           "taxonomy variable 'job': initial domain is covered by 2 nodes", "1 unique variables added:"})
+  for (const char* line :
+       {"3 assertions build from 6 individuals aggregated in the database", "::Individuals per group threshold: 2",
+        "::1 assertion deleted, correcting indexes...", "taxonomy variable 'job': initial domain is covered by 2 nodes",
+        "1 unique variables added:"})
     EXPECT_TRUE(hasLine(linesOf(result.out), line)) << line;
 
-  result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight", "--min",
-                   "2", "then", "taxonomy", "job", "--table", "jobs", "then", "add-variables", "--table", "facts",
-                   "then", "export", "client.kvf"},
+  result = runCli({"connect",   database.connectionString(),
+                   "then",      "new",
+                   "--query",   kQuery,
+                   "--weight",  "--min",
+                   "2",         "then",
+                   "taxonomy",  "job",
+                   "--table",   "jobs",
+                   "then",      "add-variables",
+                   "--table",   "facts",
+                   "then",      "export",
+                   "client.kvf"},
                   dir.path());
   ASSERT_EQ(result.status, 0) << result.err;
   const std::string exported = readFile(dir.file("aggregated.kvf"));
@@ -38,8 +68,8 @@ TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
   EXPECT_EQ(exported, readFile(dir.file("client.kvf")));
 
   // The project keeps the assertions without any individual record.
-  result = runCli({"open", "aggregated.gaj", "then", "export", "reopened.kvf", "then", "view", "assertions"},
-                  dir.path());
+  result =
+      runCli({"open", "aggregated.gaj", "then", "export", "reopened.kvf", "then", "view", "assertions"}, dir.path());
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_TRUE(hasLine(linesOf(result.out), "2 assertions build from 0 individuals")) << result.out;
   EXPECT_EQ(readFile(dir.file("reopened.kvf")), exported);
@@ -77,9 +107,9 @@ TEST(CliAggregationSqlite, CommandsThatNeedIndividualsAreRefused) {
               what + " is not possible: the matrix holds no individuals (the database aggregated them)");
   }
   // The commands on the assertions and variables still run.
-  result = runCli({"open", "aggregated.gaj", "then", "properties", "job", "--mode", "cardinality", "then", "view",
-                   "assertions"},
-                  dir.path());
+  result = runCli(
+      {"open", "aggregated.gaj", "then", "properties", "job", "--mode", "cardinality", "then", "view", "assertions"},
+      dir.path());
   EXPECT_EQ(result.status, 0) << result.err;
 }
 

@@ -25,22 +25,21 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(linesOf(result.out), (std::vector<std::string>{"facts\tTABLE", "jobs\tTABLE", "people\tTABLE",
                                                            "Column name\tType\tPrecision\tNullable",
-                                                           "town\tSQL_VARCHAR\t20\tYes",
-                                                           "sea\tSQL_VARCHAR\t3\tYes"}));
+                                                           "town\tSQL_VARCHAR\t20\tYes", "sea\tSQL_VARCHAR\t3\tYes"}));
 
   for (const auto& [option, value, message] :
        {std::array<std::string, 3>{"--sample", "9", "Number of individuals must be between 100 and 10000"},
         std::array<std::string, 3>{"--min", "0", "Minimum of individuals must be more than 0"}}) {
-    result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", option, value},
-                    dir.path());
+    result =
+        runCli({"connect", database.connectionString(), "then", "new", "--table", "people", option, value}, dir.path());
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(linesOf(result.err)[0], message);
   }
 
   // Without --yes the dependence is only previewed: No brings the dialog
   // back once, and the second time it is cancelled with the reason.
-  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then",
-                   "dependence", "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
+  result = runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "then", "dependence",
+                   "--mother", "job", "--applicable", "clerk", "--daughters", "income"},
                   dir.path());
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err),

@@ -136,8 +136,7 @@ TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
   Colliding moved = std::move(indexed);
   ASSERT_TRUE(moved.keysIndexed());
   EXPECT_EQ(keysInOrder(moved), keysInOrder(walked)) << "the index does not change the order";
-  for (int key = -5; key < 610; ++key)
-    EXPECT_EQ(moved.find(key) != nullptr, present.count(key) == 1) << "key " << key;
+  for (int key = -5; key < 610; ++key) EXPECT_EQ(moved.find(key) != nullptr, present.count(key) == 1) << "key " << key;
   moved.clear();
   EXPECT_EQ(moved.find(1), nullptr);
   moved.insert(1, "one");
@@ -162,7 +161,8 @@ TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
 TEST(ConsoleLog, DropsTheOldestBlockWhenFullAndNotifies) {
   ConsoleLog console;
   int added = 0, cleared = 0;
-  console.setListener([&](ConsoleLog::Change change) { (change == ConsoleLog::Change::LineAdded ? added : cleared)++; });
+  console.setListener(
+      [&](ConsoleLog::Change change) { (change == ConsoleLog::Change::LineAdded ? added : cleared)++; });
   for (int i = 0; i < 4800; ++i) console.print("line %d", i);
   EXPECT_EQ(console.count(), 4800u);
   console.print("line %d", 4800);

@@ -61,8 +61,9 @@ void expectAggregationOnDriver(Db& db, const std::string& unhandledQuery) {
   ExtractionResult client = extractIndividuals(*connection, "select id, grp, c, x, n, w from t", byWeight);
   ASSERT_TRUE(client.matrix) << lastError();
   EXPECT_EQ(client.matrix->rowsRead, 7);
-  EXPECT_EQ(groupsText(*client.matrix), "g: 1 2 3 = (1(0.666667),2(0.333333)) (0.5:2.5) (1.25:2)\n"
-                                        "h: 1 = (1(1)) (1.5:1.5) (1.25:1.25)\n");
+  EXPECT_EQ(groupsText(*client.matrix),
+            "g: 1 2 3 = (1(0.666667),2(0.333333)) (0.5:2.5) (1.25:2)\n"
+            "h: 1 = (1(1)) (1.5:1.5) (1.25:1.25)\n");
   EXPECT_EQ(client.matrix->findIndividual("3")->weight, 4.0);
 
   AggregateLines progress;
@@ -70,9 +71,9 @@ void expectAggregationOnDriver(Db& db, const std::string& unhandledQuery) {
     ScopedProgressTarget scope(&progress);
     ASSERT_TRUE(aggregateInDatabase(*connection, "select ind, grp, shape, colour, n from gen", false).matrix);
   }
-  for (const char* line : {"Checking the individuals",
-                           "Counting the individuals of each group and the bounds of the numbers",
-                           "Weighing the categories of 'shape'", "Weighing the categories of 'colour'"})
+  for (const char* line :
+       {"Checking the individuals", "Counting the individuals of each group and the bounds of the numbers",
+        "Weighing the categories of 'shape'", "Weighing the categories of 'colour'"})
     EXPECT_NE(std::find(progress.lines.begin(), progress.lines.end(), line), progress.lines.end()) << line;
 
   auto failureOf = [&](const std::string& sql, bool weighted) {
@@ -100,8 +101,9 @@ void expectAggregationOnDriver(Db& db, const std::string& unhandledQuery) {
       {"('7','h','red',1,NULL)", "Ponderation of individual '7' is null or negative"},
       {"('8','h','red',1,1), ('8','g','red',1,3)", "Ponderation differ from previous definition of '8'"},
   };
-  const std::string table = "drop table if exists r; create table r(id varchar(5), grp varchar(5), c varchar(8), x real, w real);"
-                            "insert into r values('1','g','red',1.5,2), ('1','h','red',1.5,2), ";
+  const std::string table =
+      "drop table if exists r; create table r(id varchar(5), grp varchar(5), c varchar(8), x real, w real);"
+      "insert into r values('1','g','red',1.5,2), ('1','h','red',1.5,2), ";
   for (const auto& bad : refused) {
     ASSERT_TRUE(db.run(table + bad.rows + ";"));
     EXPECT_EQ(failureOf("select id, grp, c, x, w from r", true), bad.message) << bad.rows;

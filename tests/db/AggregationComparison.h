@@ -13,8 +13,8 @@
 
 #include "common/LastError.h"
 #include "db/Connection.h"
-#include "db/DatabaseAggregation.h"
-#include "db/Extraction.h"
+#include "db/aggregation/DatabaseAggregation.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -145,8 +145,11 @@ inline std::string generatedTableSql() {
       sql << "NULL";
     else
       sql << (p % 17) - 5;
-    sql << ", " << (p / 2 % 3 == 0 ? "'round'" : p / 2 % 3 == 1 ? "'square'" : "NULL") << ", " << 0.5 + (p % 4) * 0.25
-        << ");";
+    sql << ", "
+        << (p / 2 % 3 == 0   ? "'round'"
+            : p / 2 % 3 == 1 ? "'square'"
+                             : "NULL")
+        << ", " << 0.5 + (p % 4) * 0.25 << ");";
   };
   for (int r = 0; r < 400; ++r) {
     const int p = r % 120;

@@ -9,7 +9,7 @@
 #include "common/Progress.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
@@ -95,10 +95,14 @@ class AddVariablesSqlite : public ::testing::Test {
 // assertions too; unknown assertions are checked as well, the modality
 // before the weight; a repeated modality matters only for a known assertion.
 TEST_F(AddVariablesSqlite, BothFormsCheckTheirQueryOnEveryRow) {
-  const std::string unique = "(1,'g1','north',10,5,1), (2,'zz','north',10,5,1), (3,NULL,'north',10,5,1), (4,'g1','south',11,6,1)";
+  const std::string unique =
+      "(1,'g1','north',10,5,1), (2,'zz','north',10,5,1), (3,NULL,'north',10,5,1), (4,'g1','south',11,6,1)";
   const std::string multiple = "(1,'g1','red',0,0,2), (2,'zz','red',0,0,1), (3,'g1','blue',0,0,1)";
-  const std::string repeated = "(1,'zz','red',0,0,1), (2,'zz','red',0,0,1), (3,'g1','red',0,0,2), (4,'g1','blue',0,0,2), (5,'g1','red',0,0,3)";
-  const auto unknownWeight = [](const char* w) { return "(1,'g1','red',0,0,2), (2,'zz','red',0,0," + std::string(w) + ")"; };
+  const std::string repeated =
+      "(1,'zz','red',0,0,1), (2,'zz','red',0,0,1), (3,'g1','red',0,0,2), (4,'g1','blue',0,0,2), (5,'g1','red',0,0,3)";
+  const auto unknownWeight = [](const char* w) {
+    return "(1,'g1','red',0,0,2), (2,'zz','red',0,0," + std::string(w) + ")";
+  };
   const std::string refused = "Error at line 2: invalid ponderation value";
   const struct {
     std::string rows;
@@ -111,7 +115,8 @@ TEST_F(AddVariablesSqlite, BothFormsCheckTheirQueryOnEveryRow) {
       {unique, addUniqueVariables, " select grp, area from facts", "Error: request must be a 'select'"},
       {unique, addUniqueVariables, "select grp, region, area from facts order by n",
        "Error at line 4: query generates more than one value\nfor assertion 'g1'"},
-      {unique, addUniqueVariables, "select grp, region from facts where grp = 'zz'", "No assertions covered by the query"},
+      {unique, addUniqueVariables, "select grp, region from facts where grp = 'zz'",
+       "No assertions covered by the query"},
       {unique, addUniqueVariables, "select grp, region from facts where n > 10", "No assertions covered by the query"},
       {multiple, addMultipleVariable, "select grp, region, w, area from facts", "Incorrect number of column"},
       {multiple, addMultipleVariable, "select grp, region from facts", "Incorrect number of column"},
@@ -136,10 +141,11 @@ TEST_F(AddVariablesSqlite, BothFormsCheckTheirQueryOnEveryRow) {
 }
 
 TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
-  facts("insert into facts values(1,'g1','north',10.5,100,1);"
-        "insert into facts values(2,'zz','south',1,1,1);"
-        "insert into facts values(3,'g3',NULL,7,NULL,1);"
-        "insert into facts values(4,NULL,'east',1,1,1);");
+  facts(
+      "insert into facts values(1,'g1','north',10.5,100,1);"
+      "insert into facts values(2,'zz','south',1,1,1);"
+      "insert into facts values(3,'g3',NULL,7,NULL,1);"
+      "insert into facts values(4,NULL,'east',1,1,1);");
   EXPECT_EQ(success(addUniqueVariables, "select grp, region, area, pop as x from facts order by n"),
             (std::vector<std::string>{
                 "Warning: assertion 'g2' is not covered by the query",
@@ -168,9 +174,10 @@ TEST_F(AddVariablesSqlite, UniqueFormAddsOneValuePerAssertion) {
 }
 
 TEST_F(AddVariablesSqlite, MultipleFormAddsWeightedCategories) {
-  facts("insert into facts values(1,'g1','red',0,0,2);"
-        "insert into facts values(2,'zz','green',0,0,1);"
-        "insert into facts values(3,'g1','blue',0,0,6);");
+  facts(
+      "insert into facts values(1,'g1','red',0,0,2);"
+      "insert into facts values(2,'zz','green',0,0,1);"
+      "insert into facts values(3,'g1','blue',0,0,6);");
   EXPECT_EQ(success(addMultipleVariable, "select grp, region as x, w from facts order by n"),
             (std::vector<std::string>{
                 "Warning: assertion 'g3' is not covered by the query",

@@ -7,9 +7,9 @@
 #include "common/LastError.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
-#include "model/SymbolicMatrix.h"
 #include "db/GroupsText.h"
+#include "db/extraction/Extraction.h"
+#include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
 #include "support/PgDatabase.h"
 
@@ -26,10 +26,11 @@ std::vector<std::string> linesOf(const ConsoleLog& console) {
 TEST(AddVariablesPostgres, BothFormsOnAServer) {
   PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run("create table people(id varchar(5), grp varchar(5), x integer);"
-                     "insert into people values('a','g1',1), ('b','g1',2), ('c','g2',3);"
-                     "create table facts(grp varchar(5), region varchar(10), area numeric(8,2), w integer);"
-                     "insert into facts values('g1','north',10.5,3), ('g2','south',NULL,1), ('g2','north',2,1);"));
+  ASSERT_TRUE(
+      db.run("create table people(id varchar(5), grp varchar(5), x integer);"
+             "insert into people values('a','g1',1), ('b','g1',2), ('c','g2',3);"
+             "create table facts(grp varchar(5), region varchar(10), area numeric(8,2), w integer);"
+             "insert into facts values('g1','north',10.5,3), ('g2','south',NULL,1), ('g2','north',2,1);"));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   ExtractionResult result = extractIndividuals(*connection, "select id, grp, x from people", {});

@@ -39,8 +39,8 @@ TEST(TableCatalog, ListsTablesThenViewsButNoIndexes) {
   std::vector<CatalogEntry> entries = {{"stale", "TABLE"}};
   ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
   // Sorted by type then name, whatever order the driver keeps.
-  EXPECT_EQ(describe(entries), (std::vector<std::string>{"TABLE people list", "TABLE towns", "VIEW a-view",
-                                                         "VIEW big_towns"}));
+  EXPECT_EQ(describe(entries),
+            (std::vector<std::string>{"TABLE people list", "TABLE towns", "VIEW a-view", "VIEW big_towns"}));
 
   // An empty database lists nothing, and what the list held goes.
   SqliteDatabase empty;

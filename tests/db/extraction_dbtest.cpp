@@ -8,11 +8,11 @@
 #include "common/Progress.h"
 #include "common/Random15.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/GroupsText.h"
+#include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
-#include "db/GroupsText.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
 
@@ -75,7 +75,7 @@ TEST(ExtractionSqlite, RowsBecomeIndividualsGroupedIntoAssertions) {
   EXPECT_FALSE(result.stopped);
   EXPECT_EQ((std::vector<std::string>{m.individualColumn, m.assertionColumn, m.weightColumn}),
             (std::vector<std::string>{"id", "grp", ""}));
-  EXPECT_EQ(m.cellCount, 3u);
+  EXPECT_EQ(m.cellCount(), 3u);
   EXPECT_EQ(m.rowsRead, 7);
   ASSERT_EQ(m.variableCount(), 3u);
   EXPECT_EQ(m.motherCandidateCount(), 1u);
@@ -117,9 +117,11 @@ TEST(ExtractionSqlite, RepeatedIndividualsMustKeepTheirValues) {
   } cases[] = {
       {"('a','g3',2,'u')", "select id, grp, x as \"a b\", c from t",
        "Value of column 'a_b' differ from previous definition of 'a'"},
-      {"('b','g3',NULL,'v')", "select id, grp, x, c from t", "Value of column 'c' differ from previous definition of 'b'"},
+      {"('b','g3',NULL,'v')", "select id, grp, x, c from t",
+       "Value of column 'c' differ from previous definition of 'b'"},
       // A NULL after a value differs as well.
-      {"('a','g3',NULL,'u')", "select id, grp, x, c from t", "Value of column 'x' differ from previous definition of 'a'"},
+      {"('a','g3',NULL,'u')", "select id, grp, x, c from t",
+       "Value of column 'x' differ from previous definition of 'a'"},
   };
   for (const auto& c : cases) {
     ASSERT_TRUE(db.run(std::string("delete from t where grp = 'g3'; insert into t values") + c.rows + ";"));
@@ -142,7 +144,7 @@ TEST(ExtractionSqlite, WeightsAreCheckedAndAccumulated) {
   ASSERT_TRUE(result.matrix) << lastError();
   SymbolicMatrix& m = *result.matrix;
   EXPECT_EQ(m.weightColumn, "w");
-  EXPECT_EQ(m.cellCount, 2u);
+  EXPECT_EQ(m.cellCount(), 2u);
   EXPECT_EQ(m.findIndividual("c")->weight, 4.0);
   // Probabilist: each weight over the weight of non-NULL cells (9).
   EXPECT_EQ(test::groupsText(m), "g: a b c d = (1(0.555556),2(0.444444)) (1:4)\nh: a = (1(1)) (1:1)\n");
@@ -181,8 +183,8 @@ TEST(ExtractionSqlite, VariableNamesAvoidClashesInOnePass) {
       "create table t(id varchar(5), grp varchar(5), x real, y real, z real, v real, p real, q real);"
       "insert into t values('a','g',1,2,3,4,5,6);");
   ExtractionResult result = extract(db,
-                                     "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp,"
-                                     " q as v_1, x as v, y as v from t");
+                                    "select id, grp, x as \"a b\", y as a_b, z as id, v as \"a b\", p as grp,"
+                                    " q as v_1, x as v, y as v from t");
   ASSERT_TRUE(result.matrix) << lastError();
   // "a b" -> a_b; a_b clashes with it -> a_b_1; id clashes with the individual
   // column -> id_1; the second "a b" clashes with a_b -> "a b_1" (blanks
@@ -190,7 +192,7 @@ TEST(ExtractionSqlite, VariableNamesAvoidClashesInOnePass) {
   // with v and becomes v_1, which is not compared again with the v_1 passed
   // before: the duplicate is the one-pass rule's own result.
   std::vector<std::string> names;
-  for (const auto& v : result.matrix->variables) names.push_back(v->name);
+  for (const auto& v : result.matrix->variables()) names.push_back(v->name);
   EXPECT_EQ(names, (std::vector<std::string>{"a_b", "a_b_1", "id_1", "a b_1", "grp_1", "v_1", "v", "v_1"}));
 }
 
@@ -212,10 +214,11 @@ class RecordingProgress : public ProgressTarget {
 };
 
 TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "with recursive c(n) as (select 1 union all select n + 1 from c where n < 250)"
-                    " insert into t select 'i' || n, 'g' || (n % 3), n from c;"
-                    "update t set id = NULL where x = 1;");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "with recursive c(n) as (select 1 union all select n + 1 from c where n < 250)"
+      " insert into t select 'i' || n, 'g' || (n % 3), n from c;"
+      "update t set id = NULL where x = 1;");
   const std::string query = "select id, grp, x from t order by x";
   {
     RecordingProgress progress;
@@ -245,17 +248,19 @@ TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
 
 TEST(ExtractionSqlite, AnErrorWhileFetchingEndsTheExtraction) {
   // The last row makes the filter overflow while it is being fetched.
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1), ('b','g',2), ('c','g',-9223372036854775808);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1), ('b','g',2), ('c','g',-9223372036854775808);");
   EXPECT_FALSE(extract(db, "select id, grp, x from t where abs(x) > 0 order by id").matrix);
   EXPECT_EQ(lastError().substr(0, 6), "Error ");
   EXPECT_NE(lastError().find("integer overflow"), std::string::npos) << lastError();
 }
 
 TEST(ExtractionSqlite, SamplingKeepsAtMostNPerGroupChosenByTheReservoirRule) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1), ('b','g',2), ('c','g',3), ('d','g',4), ('e','g',5),"
-                    " ('p','h',10), ('q','h',20);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1), ('b','g',2), ('c','g',3), ('d','g',4), ('e','g',5),"
+      " ('p','h',10), ('q','h',20);");
   const std::string query = "select id, grp, x from t order by grp, id";
   // Seed 1 draws 41, 18467, 6334, 26500, 19169, ...: c replaces slot 1 (b),
   // d replaces slot 0 (a), e is refused (2/5 < 19169/32767). Values come
@@ -292,8 +297,9 @@ TEST(ExtractionSqlite, SamplingKeepsAtMostNPerGroupChosenByTheReservoirRule) {
 }
 
 TEST(ExtractionSqlite, SampledOutIndividualsStayWhileAnotherGroupHoldsThem) {
-  SqliteDatabase db("create table t(id varchar(8), grp varchar(5), x integer);"
-                    "insert into t values('a','g',1), ('b','g',2), ('c','g',3), ('a','h',1), ('b','h',2), ('c','h',3);");
+  SqliteDatabase db(
+      "create table t(id varchar(8), grp varchar(5), x integer);"
+      "insert into t values('a','g',1), ('b','g',2), ('c','g',3), ('a','h',1), ('b','h',2), ('c','h',3);");
   seedRandom15(1);
   // g: a kept; b replaces a (u = 41/32767, slot 0) and a goes; c replaces b
   // (u = 6334/32767) and b goes. h: a is new again and kept; b is refused

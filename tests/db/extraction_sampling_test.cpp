@@ -5,7 +5,7 @@
 
 #include "common/LastError.h"
 #include "common/Random15.h"
-#include "db/ExtractionBuilder.h"
+#include "db/extraction/ExtractionBuilder.h"
 
 namespace velda {
 namespace {
@@ -49,8 +49,8 @@ TEST(ExtractionSampling, EveryIndividualIsKeptWithEqualFrequency) {
 }
 
 TEST(ExtractionSampling, NegativeSampleSizeKeepsEveryone) {
-  auto builder = ExtractionBuilder::prepare({{"id", COLUMN_INTEGER}, {"grp", COLUMN_CHARACTER}, {"c", COLUMN_CHARACTER}},
-                                            {false, -2});
+  auto builder = ExtractionBuilder::prepare(
+      {{"id", COLUMN_INTEGER}, {"grp", COLUMN_CHARACTER}, {"c", COLUMN_CHARACTER}}, {false, -2});
   ASSERT_TRUE(builder);
   for (const char* id : {"1", "2", "3"}) {
     const char* texts[] = {id, "g", "v"};

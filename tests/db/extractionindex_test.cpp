@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "db/ExtractionCellCache.h"
-#include "db/ExtractionFilter.h"
-#include "db/ExtractionIndex.h"
+#include "db/extraction/ExtractionCellCache.h"
+#include "db/extraction/ExtractionFilter.h"
+#include "db/extraction/ExtractionIndex.h"
 #include "model/CategoricalVariable.h"
 
 namespace velda {

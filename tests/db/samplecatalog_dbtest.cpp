@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "common/LastError.h"
+#include "db/AggregationComparison.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
 #include "db/TableCatalog.h"
-#include "db/AggregationComparison.h"
 #include "support/FileText.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
@@ -31,8 +31,8 @@ TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypesAndTheSurveyAggregat
   ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
   std::vector<std::string> names;
   for (const CatalogEntry& entry : entries) names.push_back(entry.type + " " + entry.name);
-  EXPECT_EQ(names, (std::vector<std::string>{"TABLE survey", "TABLE town_facts", "TABLE town_industries",
-                                             "TABLE towns", "VIEW survey_by_town"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"TABLE survey", "TABLE town_facts", "TABLE town_industries", "TABLE towns",
+                                             "VIEW survey_by_town"}));
   for (const CatalogEntry& entry : entries) {
     QueryStatement statement;
     EXPECT_EQ(statement.execute(*connection, "select * from " + entry.name), 1)
@@ -64,8 +64,8 @@ TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypesAndTheSurveyAggregat
 
   test::expectSameAsClientSide(
       *connection, "select person_id, town, sex, age, income, occupation, marital_status, weight from survey", true);
-  test::expectSameAsClientSide(*connection, "select person_id, region, occupation, income, sex from survey order by age;\n",
-                               false);
+  test::expectSameAsClientSide(*connection,
+                               "select person_id, region, occupation, income, sex from survey order by age;\n", false);
   // The same person in every group of her region and of her sex.
   test::expectSameAsClientSide(*connection,
                                "select person_id, region, marital_status, age from survey union all "

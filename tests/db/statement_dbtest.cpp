@@ -39,10 +39,10 @@ TEST(QueryStatementSqlite, AcceptedColumnTypesGetTheirKinds) {
   QueryStatement statement;
   ASSERT_EQ(statement.execute(*connection, "select * from t"), 1) << statement.errorText();
   const std::vector<std::string> names = {"v", "c", "d", "tm", "ts", "dt", "i", "s", "b", "bo", "r", "f", "db", "n"};
-  const std::vector<ColumnKind> kinds = {
-      COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER,
-      COLUMN_CHARACTER, COLUMN_INTEGER,   COLUMN_INTEGER,   COLUMN_INTEGER,   COLUMN_INTEGER,
-      COLUMN_REAL,      COLUMN_REAL,      COLUMN_REAL,      COLUMN_REAL};
+  const std::vector<ColumnKind> kinds = {COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER,
+                                         COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_INTEGER,   COLUMN_INTEGER,
+                                         COLUMN_INTEGER,   COLUMN_INTEGER,   COLUMN_REAL,      COLUMN_REAL,
+                                         COLUMN_REAL,      COLUMN_REAL};
   ASSERT_EQ(statement.columnCount(), 14);
   for (int i = 0; i < 14; ++i) {
     EXPECT_EQ(statement.columnName(i), names[static_cast<size_t>(i)]);
@@ -66,7 +66,8 @@ TEST(QueryStatementSqlite, AcceptedColumnTypesGetTheirKinds) {
 
 TEST(QueryStatementSqlite, UnhandledColumnTypesAreRefused) {
   SqliteDatabase db(
-      "create table t(ok integer, tx text, bi bigint, ti tinyint, bl blob, vb varbinary(8), lv longvarchar, wide varchar(256));"
+      "create table t(ok integer, tx text, bi bigint, ti tinyint, bl blob, vb varbinary(8), lv longvarchar, wide "
+      "varchar(256));"
       "insert into t values(1, 'a', 2, 3, x'00', x'01', 'b', 'c');");
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
@@ -95,8 +96,8 @@ TEST(QueryStatementSqlite, OnlyRequestsStartingWithSelectAreRun) {
     ASSERT_EQ(statement.fetch(), 1) << sql;
     EXPECT_STREQ(statement.text(0), "5") << sql;
   }
-  for (const char* sql : {" select a from t", "\nselect a from t", "with x as (select 1) select * from x",
-                          "selec", "", "update t set a = 1", "(select a from t)"}) {
+  for (const char* sql : {" select a from t", "\nselect a from t", "with x as (select 1) select * from x", "selec", "",
+                          "update t set a = 1", "(select a from t)"}) {
     const auto [status, text] = failure(*connection, sql);
     EXPECT_EQ(status, STATUS_NOT_SELECT) << sql;
     EXPECT_EQ(text, "Error: request must be a 'select'") << sql;
@@ -145,9 +146,14 @@ TEST(QueryStatementSqlite, ValuesAreTrimmedCutAndNullsTold) {
       "insert into t values(4, '');"
       "insert into t values(5, NULL);"
       "insert into t values(6, '   ');"
-      "insert into t values(7, '" + pattern254 + "');"
-      "insert into t values(8, '" + std::string(254, 'y') + "');"
-      "insert into t values(9, '" + std::string(250, 'z') + std::string(10, ' ') + "q');");
+      "insert into t values(7, '" +
+      pattern254 +
+      "');"
+      "insert into t values(8, '" +
+      std::string(254, 'y') +
+      "');"
+      "insert into t values(9, '" +
+      std::string(250, 'z') + std::string(10, ' ') + "q');");
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   QueryStatement statement;
@@ -166,12 +172,16 @@ TEST(QueryStatementSqlite, TextIsDecodedFromUtf8OrTakenAsLatin1) {
       "create table t(id integer, \"r\xC3\xA9gion\" varchar(255));"
       "insert into t values(1, 'caf\xC3\xA9');"
       "insert into t values(3, cast(x'636166E9' as text));"
-      "insert into t values(4, '" + std::string(253, 'a') + "\xC3\xA9');"
-      "insert into t values(5, '" + [] {
+      "insert into t values(4, '" +
+      std::string(253, 'a') +
+      "\xC3\xA9');"
+      "insert into t values(5, '" +
+      [] {
         std::string text;
         for (int i = 0; i < 200; ++i) text += "\xC3\xA9";
         return text;
-      }() + "');");
+      }() +
+      "');");
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   QueryStatement statement;

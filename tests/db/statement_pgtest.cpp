@@ -7,8 +7,8 @@
 #include "db/ColumnView.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
-#include "db/TableCatalog.h"
 #include "db/StatementColumn.h"
+#include "db/TableCatalog.h"
 #include "support/OpenConnection.h"
 #include "support/PgDatabase.h"
 
@@ -36,9 +36,8 @@ TEST(QueryStatementPostgres, CastsGiveEveryAcceptedKind) {
   const std::vector<ColumnKind> kinds = {COLUMN_INTEGER,   COLUMN_INTEGER,   COLUMN_REAL,      COLUMN_REAL,
                                          COLUMN_REAL,      COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER,
                                          COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER, COLUMN_CHARACTER};
-  const std::vector<std::string> texts = {"1",  "2",          "4.5",      "5.5",
-                                          "6.25", "x",        "y",        "2020-01-02",
-                                          "10:11:12", "2020-01-02 10:11:12", "1", "0"};
+  const std::vector<std::string> texts = {
+      "1", "2", "4.5", "5.5", "6.25", "x", "y", "2020-01-02", "10:11:12", "2020-01-02 10:11:12", "1", "0"};
   ASSERT_EQ(statement.columnCount(), 12);
   ASSERT_EQ(statement.fetch(), 1);
   for (int i = 0; i < 12; ++i) {
@@ -83,10 +82,10 @@ TEST(QueryStatementPostgres, BigintTextLongVarcharUuidAndBinaryAreRefused) {
 TEST(QueryStatementPostgres, ValuesAreCutTrimmedAndNullsTold) {
   PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create table t(id integer, v varchar);"
-      "insert into t values (1, '  abc  '), (2, NULL), (3, ''), (4, repeat('0123456789', 30)),"
-      " (5, E'\\t\\n\\f\\b caf\\u00e9 \\b\\f\\n\\t'), (6, E'\\rx\\r');"));
+  ASSERT_TRUE(
+      db.run("create table t(id integer, v varchar);"
+             "insert into t values (1, '  abc  '), (2, NULL), (3, ''), (4, repeat('0123456789', 30)),"
+             " (5, E'\\t\\n\\f\\b caf\\u00e9 \\b\\f\\n\\t'), (6, E'\\rx\\r');"));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   QueryStatement statement;
@@ -101,9 +100,9 @@ TEST(QueryStatementPostgres, ValuesAreCutTrimmedAndNullsTold) {
 TEST(QueryStatementPostgres, ErrorsCarryStateMessageAndTheNumberHint) {
   PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create function bad_number() returns integer as $$ begin"
-      " raise exception 'bad number' using errcode = '22005'; end $$ language plpgsql;"));
+  ASSERT_TRUE(
+      db.run("create function bad_number() returns integer as $$ begin"
+             " raise exception 'bad number' using errcode = '22005'; end $$ language plpgsql;"));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   QueryStatement statement;
@@ -125,25 +124,23 @@ TEST(QueryStatementPostgres, ErrorsCarryStateMessageAndTheNumberHint) {
 TEST(ColumnViewPostgres, DescribesTypesNullabilityAndUnknownTypes) {
   PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create table towns(town varchar(40) not null, people integer, area real, code char(3),"
-      " founded date, tag uuid, share numeric(5,2), big bigint);"
-      "create table \"town list\"(a integer);"));
+  ASSERT_TRUE(
+      db.run("create table towns(town varchar(40) not null, people integer, area real, code char(3),"
+             " founded date, tag uuid, share numeric(5,2), big bigint);"
+             "create table \"town list\"(a integer);"));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   const ColumnView view = describeTableColumns(*connection, "towns");
   ASSERT_TRUE(view.ok) << view.errorText;
   const std::vector<std::vector<std::string>> expected = {
-      {"town", "SQL_VARCHAR", "40", "No"},    {"people", "SQL_INTEGER", "10", "Yes"},
-      {"area", "SQL_REAL", "9", "Yes"},       {"code", "SQL_CHAR", "3", "Yes"},
-      {"founded", "SQL_DATETIME", "10", "Yes"}, {"tag", "?", "?", "?"},
-      {"share", "SQL_NUMERIC", "5", "Yes"},   {"big", "SQL_BIGINT", "19", "Yes"},
+      {"town", "SQL_VARCHAR", "40", "No"},  {"people", "SQL_INTEGER", "10", "Yes"},   {"area", "SQL_REAL", "9", "Yes"},
+      {"code", "SQL_CHAR", "3", "Yes"},     {"founded", "SQL_DATETIME", "10", "Yes"}, {"tag", "?", "?", "?"},
+      {"share", "SQL_NUMERIC", "5", "Yes"}, {"big", "SQL_BIGINT", "19", "Yes"},
   };
   ASSERT_EQ(view.columns.size(), expected.size());
   for (size_t i = 0; i < expected.size(); ++i) {
     const ColumnDescription& column = view.columns[i];
-    EXPECT_EQ((std::vector<std::string>{column.name, column.typeName, column.precision, column.nullable}),
-              expected[i]);
+    EXPECT_EQ((std::vector<std::string>{column.name, column.typeName, column.precision, column.nullable}), expected[i]);
   }
   // PostgreSQL does not read the square brackets that a blank calls for.
   const ColumnView quoted = describeTableColumns(*connection, "town list");
@@ -155,9 +152,9 @@ TEST(ColumnViewPostgres, DescribesTypesNullabilityAndUnknownTypes) {
 TEST(TableCatalogPostgres, ListsTheTablesAndViewsOfTheDatabase) {
   PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create table zebra(a integer); create table apple(a integer);"
-      "create index apple_a on apple(a); create view middle as select a from apple;"));
+  ASSERT_TRUE(
+      db.run("create table zebra(a integer); create table apple(a integer);"
+             "create index apple_a on apple(a); create view middle as select a from apple;"));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   std::vector<CatalogEntry> entries;

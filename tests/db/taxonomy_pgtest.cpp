@@ -16,9 +16,9 @@ namespace {
 TEST(TaxonomyQueryPostgres, VarcharPathsBuildAndIntegerColumnsAreRefused) {
   test::PgDatabase db;
   ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(
-      "create table tree(n integer, child varchar(10), parent varchar(10));"
-      "insert into tree values(1,'a','X'),(2,'b','X'),(3,'X','Y'),(4,'a','X');"));
+  ASSERT_TRUE(
+      db.run("create table tree(n integer, child varchar(10), parent varchar(10));"
+             "insert into tree values(1,'a','X'),(2,'b','X'),(3,'X','Y'),(4,'a','X');"));
   auto connection = test::openConnection(db.connectionString());
   ASSERT_TRUE(connection);
 
@@ -38,8 +38,10 @@ TEST(TaxonomyQueryPostgres, VarcharPathsBuildAndIntegerColumnsAreRefused) {
   ASSERT_EQ(statement.execute(*connection, "select child, n from tree order by n"), 1) << statement.errorText();
   EXPECT_EQ(applyTaxonomy(*m.matrix, statement, 0), 0);
   EXPECT_EQ(lastError(), "Column 1 must be of char type");
-  EXPECT_FALSE(kind.hasTaxonomy());
-  EXPECT_EQ(m.matrix->taxonomyCount(), 0);
+  // The refused query leaves the previous hierarchy as it was.
+  EXPECT_EQ(kind.taxonomyRoot->name, "root_");
+  EXPECT_EQ(m.written(all, 0), "(1(2),2(3),3(1))");
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
 }
 
 }  // namespace

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "document/Document.h"
-#include "document/ProjectFile.h"
 #include "document/ScriptedUserInterface.h"
+#include "document/project/ProjectFile.h"
 #include "support/FileText.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"

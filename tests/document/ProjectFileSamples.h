@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "document/ProjectFile.h"
+#include "document/project/ProjectFile.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/Dependence.h"

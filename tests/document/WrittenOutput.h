@@ -10,8 +10,8 @@
 #include <sstream>
 #include <string>
 
-#include "document/DocumentMetadata.h"
 #include "document/ProjectFileSamples.h"
+#include "document/export/DocumentMetadata.h"
 #include "formats/SymbolicTextWriter.h"
 #include "formats/library/SymbolicLibrary.h"
 #include "model/Dependence.h"
@@ -23,8 +23,8 @@ namespace velda::test {
 using Choose = std::function<uint32_t(uint32_t bound)>;
 
 inline std::string randomText(const Choose& choose) {
-  static const char* const kPieces[] = {"a", " ", "\"", ",", "<x>", "&", "\x01", "\t", "\xe9", "\xe0", "\xff",
-                                        "KORVA", "END", "NA", "NU", "(", ")", "=", "'", "12", "-"};
+  static const char* const kPieces[] = {"a",     " ",   "\"", ",",  "<x>", "&", "\x01", "\t", "\xe9", "\xe0", "\xff",
+                                        "KORVA", "END", "NA", "NU", "(",   ")", "=",    "'",  "12",   "-"};
   if (choose(16) == 0) return std::string(254, 'n');
   std::string text;
   for (uint32_t n = choose(8); n > 0; --n) text += kPieces[choose(sizeof kPieces / sizeof *kPieces)];
@@ -74,12 +74,13 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
     assertions.push_back(&matrix.createAssertion(uniqueText(choose, g)));
   }
   for (uint32_t i = 0; i < people; ++i) {
-    Individual& person = matrix.insertIndividual(
-        Individual(uniqueText(choose, i), matrix.cellCount(), randomWeight(choose)));
+    Individual& person =
+        matrix.insertIndividual(Individual(uniqueText(choose, i), matrix.cellCount(), randomWeight(choose)));
     for (size_t v = 0; v < matrix.cellCount(); ++v) {
       const bool null = choose(5) == 0;
-      const std::string text = matrix.variable(v).isCategorical() ? categories[choose(static_cast<uint32_t>(categories.size()))]
-                                                                 : randomNumber(choose);
+      const std::string text = matrix.variable(v).isCategorical()
+                                   ? categories[choose(static_cast<uint32_t>(categories.size()))]
+                                   : randomNumber(choose);
       matrix.variable(v).addCell(null ? nullptr : text.c_str(), person.cells[v]);
     }
     // The first individuals go one to each group: no group stays empty.

@@ -29,8 +29,9 @@ TEST_F(DocumentFlows, OpenShowsTheSummaryAndSaveWritesTheLoadedFileWithItsMetada
   EXPECT_EQ(requests_[0].filter, "VELDA file (*.gaj)");
   EXPECT_EQ(requests_[0].defaultSuffix, "gaj");
   EXPECT_TRUE(requests_[0].offerIgnoreMetadata);
-  EXPECT_EQ(console(), (Lines{"MetaData not found or ignored", "Symbolic data matrix is composed by:",
-                              "2 variables (1 qualitatives, 1 quantitatives)", "2 assertions build from 3 individuals"}));
+  EXPECT_EQ(console(), (Lines{"MetaData not found or ignored",
+                              "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
+                              "2 assertions build from 3 individuals"}));
   EXPECT_FALSE(document_.isModified());
   EXPECT_EQ(ui_.title, "VELDA - towns");
   EXPECT_EQ(document_.fileRecord().exportName, dir_.file("towns.kvf"));
@@ -270,8 +271,9 @@ TEST_F(DocumentFlows, TheDestinationsNameChoosesSymbolicTextOrXml) {
   ASSERT_TRUE(exportTo(text));
   EXPECT_EQ(test::readFile(text).rfind("KORVA = (", 0), 0u);
   EXPECT_FALSE(exists(dir_.file("kvfdata/out_meta.xml")));
-  const Lines tail = {"- Creating Korva file -", "exporting...", "[done]", "building CompSymbMat...", "[done]",
-                      "saving KVF file " + text + " ...", "[done] - Finished"};
+  const Lines tail = {"- Creating Korva file -", "exporting...", "[done]",
+                      "building CompSymbMat...", "[done]",       "saving KVF file " + text + " ...",
+                      "[done] - Finished"};
   EXPECT_EQ(consoleTail(tail), tail);
 
   // XML has its metadata beside it, in the same folder also for a name
@@ -310,10 +312,10 @@ void giveHordes(SymbolicMatrix& matrix) {
   ASSERT_TRUE(matrix.indexAssertions());
   auto row = [&](const std::string& id, std::initializer_list<const char*> members) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix.variables()) made->values.push_back(variable->newSymbolicValue());
     for (const char* member : members) {
       const Individual* individual = matrix.findIndividual(member);
-      for (size_t v = 0; v < matrix.cellCount; ++v) made->value(v).addCell(individual->cells[v], 1.0);
+      for (size_t v = 0; v < matrix.cellCount(); ++v) made->value(v).addCell(individual->cells[v], 1.0);
       ++made->memberCount;
     }
     return made;
@@ -401,7 +403,7 @@ TEST_F(DocumentFlows, TablesGoStraightToTheDestinationAndTheNextExportProposesTh
   EXPECT_FALSE(exportTo("/nonexistent-velda-dir/t.csv"));
   EXPECT_EQ(ui_.lastMessage(), "Can not open destination kvf file /nonexistent-velda-dir/t.csv");
   const std::string before = test::readFile(destination);
-  for (auto& variable : document_.matrix()->variables) variable->active = 0;
+  for (auto& variable : document_.matrix()->variables()) variable->active = 0;
   EXPECT_FALSE(exportTo(destination));
   EXPECT_EQ(ui_.lastMessage(), "No active variable");
   EXPECT_EQ(test::readFile(destination), before);
@@ -451,17 +453,26 @@ TEST_F(DocumentFlows, EnabledCommandsFollowTheDocumentsState) {
       if (document_.isEnabled(id)) on.push_back(id);
     return on;
   };
-  const std::initializer_list<int32_t> dataCommands = {
-      ID_FILE_SAVE, ID_FILE_SAVE_AS, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_ADD_SINGLE_VALUED_VARIABLES,
-      ID_ADD_SET_VALUED_VARIABLE, ID_VARIABLE_PROPERTIES, ID_VIEW_ASSERTIONS, ID_REFRESH_DISPLAYS};
-  const std::initializer_list<int32_t> conditional = {
-      ID_EXPORT_HORDES, ID_DISCONNECT, ID_REMOVE_VARIABLES, ID_CREATE_TAXONOMY, ID_REMOVE_TAXONOMIES,
-      ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS, ID_REDUCE_HORDES, ID_VIEW_INDIVIDUALS,
-      ID_VIEW_HORDES, ID_VIEW_TAXONOMIES, ID_VIEW_DEPENDENCES, ID_VIEW_REDUCED_ASSERTIONS, ID_VIEW_VOLUME_MATRIX,
-      ID_VIEW_REDUCED_HORDES};
-  const std::initializer_list<int32_t> always = {ID_FILE_NEW, ID_FILE_OPEN, ID_NEW_BY_JOIN, ID_APP_EXIT,
-                                                 ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE, ID_MAIN_TOOLBAR,
-                                                 ID_REDOCK_DISPLAYS, ID_HELP_FINDER, ID_APP_ABOUT};
+  const std::initializer_list<int32_t> dataCommands = {ID_FILE_SAVE,
+                                                       ID_FILE_SAVE_AS,
+                                                       ID_EXPORT,
+                                                       ID_EXPORT_AND_VIEW,
+                                                       ID_ADD_SINGLE_VALUED_VARIABLES,
+                                                       ID_ADD_SET_VALUED_VARIABLE,
+                                                       ID_VARIABLE_PROPERTIES,
+                                                       ID_VIEW_ASSERTIONS,
+                                                       ID_REFRESH_DISPLAYS};
+  const std::initializer_list<int32_t> conditional = {ID_EXPORT_HORDES,      ID_DISCONNECT,
+                                                      ID_REMOVE_VARIABLES,   ID_CREATE_TAXONOMY,
+                                                      ID_REMOVE_TAXONOMIES,  ID_ADD_DEPENDENCE,
+                                                      ID_REDUCE_ASSERTIONS,  ID_DIVIDE_ASSERTIONS,
+                                                      ID_REDUCE_HORDES,      ID_VIEW_INDIVIDUALS,
+                                                      ID_VIEW_HORDES,        ID_VIEW_TAXONOMIES,
+                                                      ID_VIEW_DEPENDENCES,   ID_VIEW_REDUCED_ASSERTIONS,
+                                                      ID_VIEW_VOLUME_MATRIX, ID_VIEW_REDUCED_HORDES};
+  const std::initializer_list<int32_t> always = {ID_FILE_NEW,      ID_FILE_OPEN,    ID_NEW_BY_JOIN,  ID_APP_EXIT,
+                                                 ID_CLEAR_CONSOLE, ID_SAVE_CONSOLE, ID_MAIN_TOOLBAR, ID_REDOCK_DISPLAYS,
+                                                 ID_HELP_FINDER,   ID_APP_ABOUT};
   EXPECT_TRUE(enabled(dataCommands).empty());
   EXPECT_TRUE(enabled(conditional).empty());
   EXPECT_EQ(enabled(always).size(), always.size());
@@ -504,8 +515,12 @@ TEST(DocumentPredicates, BoundariesOfTheEnabledWhenTests) {
   }
   // A matrix aggregated in the database: the commands on individuals are
   // off, the others on.
-  const DocumentState aggregated{.hasData = true, .variableCount = 2, .cellCount = 1, .qualitativeCount = 1,
-                                 .taxonomyCount = 1, .possibleMothers = 1};
+  const DocumentState aggregated{.hasData = true,
+                                 .variableCount = 2,
+                                 .cellCount = 1,
+                                 .qualitativeCount = 1,
+                                 .taxonomyCount = 1,
+                                 .possibleMothers = 1};
   for (int32_t id : {ID_ADD_DEPENDENCE, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS, ID_VIEW_INDIVIDUALS})
     EXPECT_TRUE(needsIndividuals(id) && !isCommandEnabled(id, aggregated)) << id;
   for (int32_t id : {ID_FILE_SAVE, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_ADD_SINGLE_VALUED_VARIABLES,

@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "document/ViewFiles.h"
-#include "document/ViewerLauncher.h"
+#include "document/view/ViewFiles.h"
+#include "document/view/ViewerLauncher.h"
 #include "support/FileText.h"
 #include "support/ScopedEnv.h"
 #include "support/TempDir.h"

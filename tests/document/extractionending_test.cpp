@@ -94,9 +94,9 @@ TEST(ExtractionEnding, TimeIsInWholeTenthsWithTheSingularAtExactlyOneSecond) {
 
 TEST(ExtractionEnding, SummaryThenFieldsResetWithStoppedAndThresholdAroundIt) {
   RecordingMessages messages;
-  const std::vector<std::string> summary = {"Symbolic data matrix is composed by:",
-                                            "2 variables (1 qualitatives, 1 quantitatives)",
-                                            "2 assertions build from 4 individuals"};
+  const std::vector<std::string> summary = {
+      "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
+      "2 assertions build from 4 individuals"};
   Document doc;
   ExtractionResult result = extracted(milliseconds(350));
   SymbolicMatrix* made = result.matrix.get();
@@ -117,7 +117,9 @@ TEST(ExtractionEnding, SummaryThenFieldsResetWithStoppedAndThresholdAroundIt) {
   expected.insert(expected.end(), summary.begin(), summary.end());
   expected.insert(expected.end(), {":Privacy operation", "::Individuals per group threshold: 2",
                                    "::1 assertion deleted, correcting indexes...",
-                                   "Assertion n\xb0" "0 has 3 individual(s). Minimum: 2", ":[done]", "<fields reset>"});
+                                   "Assertion n\xb0"
+                                   "0 has 3 individual(s). Minimum: 2",
+                                   ":[done]", "<fields reset>"});
   EXPECT_EQ(stopped.lines(), expected);
   ASSERT_TRUE(stopped.matrix);
   EXPECT_EQ(stopped.matrix->assertionCount(), 1u);
@@ -164,7 +166,7 @@ ExtractionResult aggregated(long individuals) {
   ExtractionResult result;
   result.matrix = SymbolicMatrix::create(5, 3);
   result.matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
-  result.matrix->cellCount = 1;
+  EXPECT_TRUE(result.matrix->declareCellVariables(1, 1));
   result.matrix->createAssertion("a").memberCount = 5;
   result.matrix->createAssertion("b").memberCount = 2;
   result.matrix->indexAssertions();
@@ -185,12 +187,13 @@ TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheT
   const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
   ASSERT_EQ(lines.size(), 9u);  // the time first
   EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
-            (std::vector<std::string>{"Symbolic data matrix is composed by:",
-                                      "1 variables (1 qualitatives, 0 quantitatives)",
-                                      "2 assertions build from 6 individuals aggregated in the database",
-                                      ":Privacy operation", "::Individuals per group threshold: 3",
-                                      "::1 assertion deleted, correcting indexes...",
-                                      "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3", ":[done]"}));
+            (std::vector<std::string>{
+                "Symbolic data matrix is composed by:", "1 variables (1 qualitatives, 0 quantitatives)",
+                "2 assertions build from 6 individuals aggregated in the database", ":Privacy operation",
+                "::Individuals per group threshold: 3", "::1 assertion deleted, correcting indexes...",
+                "Assertion n\xb0"
+                "0 has 5 individual(s). Minimum: 3",
+                ":[done]"}));
   ASSERT_TRUE(installed);
   EXPECT_EQ(installed->assertionCount(), 1u);
   EXPECT_TRUE(messages.shown.empty());
@@ -199,8 +202,8 @@ TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheT
   installed.reset();
   EXPECT_EQ(endExtraction(aggregated(0), 0, console, hooks), 0);
   EXPECT_FALSE(installed);
-  EXPECT_EQ(messages.shown, (std::vector<std::pair<std::string, MessageIcon>>{
-                                {"No individual extracted", MessageIcon::Warning}}));
+  EXPECT_EQ(messages.shown,
+            (std::vector<std::pair<std::string, MessageIcon>>{{"No individual extracted", MessageIcon::Warning}}));
 }
 
 }  // namespace

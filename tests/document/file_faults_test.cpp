@@ -14,8 +14,8 @@
 
 #include "common/LastError.h"
 #include "document/DocumentHarness.h"
-#include "document/DocumentMetadata.h"
-#include "document/SymbolicFileCheck.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/export/SymbolicFileCheck.h"
 #include "formats/library/SymbolicLibrary.h"
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
@@ -187,8 +187,7 @@ TEST_F(FileFaults, LinksPlantedAtFixedNamesAreNeverFollowed) {
 
   ASSERT_EQ(unlink("parser.dat"), 0);
   ASSERT_EQ(symlink("victim", "parser.dat"), 0);
-  EXPECT_EXIT(checkSymbolicFile(dir_.file("out.kvf")), ::testing::ExitedWithCode(1),
-              "impossible to open the log file");
+  EXPECT_EXIT(checkSymbolicFile(dir_.file("out.kvf")), ::testing::ExitedWithCode(1), "impossible to open the log file");
   EXPECT_EQ(test::readFile(victim), "victim");
 }
 

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "common/LastError.h"
-#include "document/JoinFiles.h"
 #include "document/ProjectFileSamples.h"
+#include "document/project/JoinFiles.h"
 #include "support/HandMatrix.h"
 
 namespace velda {

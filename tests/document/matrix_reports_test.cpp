@@ -3,9 +3,9 @@
 #include <sstream>
 
 #include "common/ConsoleLog.h"
-#include "document/MatrixReports.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
+#include "document/view/MatrixReports.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 

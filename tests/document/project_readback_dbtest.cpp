@@ -8,7 +8,7 @@
 #include "common/LastError.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
-#include "db/Extraction.h"
+#include "db/extraction/Extraction.h"
 #include "document/ProjectFileSamples.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"

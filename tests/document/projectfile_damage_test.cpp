@@ -73,10 +73,9 @@ TEST(ProjectFileDamage, OnlyTheExactMagicIsAccepted) {
   const std::string body = projectBytes(*test::smallProject()).substr(10);
   // Empty, without its zero, a wrong last byte, short, lower case, long,
   // and a length far beyond the file, which is never read past the end.
-  for (const std::string& magic :
-       {ProjectBytes().u16(0).bytes(), ProjectBytes().u16(7).raw("$KORVA$").bytes(),
-        ProjectBytes().u16(8).raw("$KORVA$!").bytes(), ProjectBytes().str("$KORVA").bytes(),
-        ProjectBytes().str("$korva$").bytes(), ProjectBytes().str("$KORVA$$").bytes()})
+  for (const std::string& magic : {ProjectBytes().u16(0).bytes(), ProjectBytes().u16(7).raw("$KORVA$").bytes(),
+                                   ProjectBytes().u16(8).raw("$KORVA$!").bytes(), ProjectBytes().str("$KORVA").bytes(),
+                                   ProjectBytes().str("$korva$").bytes(), ProjectBytes().str("$KORVA$$").bytes()})
     EXPECT_EQ(refusal(magic + body), "Incorrect file type") << magic;
   EXPECT_EQ(refusal(ProjectBytes().u16(0xFFFF).raw("$KORVA$").bytes()), "Incorrect file type");
 }
@@ -113,8 +112,8 @@ TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgainAndTheMotherCounterKeptAs
   setU16(bytes, kHeaderOffset + 2 * 6, 0);
   const auto matrix = projectFromBytes(bytes);
   ASSERT_TRUE(matrix) << lastError();
-  EXPECT_EQ(matrix->taxonomyCount, 0);
-  EXPECT_EQ(matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(matrix->taxonomyCount(), 0);
+  EXPECT_EQ(matrix->cellTaxonomyCount(), 0);
   EXPECT_EQ(matrix->motherCandidateCount(), 0u);
   setU16(bytes, kHeaderOffset + 2 * 3, 0);
   setU16(bytes, kHeaderOffset + 2 * 5, 0);
@@ -193,7 +192,8 @@ TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
   // A non-finite weight.
   std::string infinite = valid;
   const size_t weight = valid.find(ProjectBytes().str("i1").bytes()) + 5;
-  for (size_t i = 0; i < 8; ++i) infinite[weight + i] = ProjectBytes().f64(std::numeric_limits<double>::infinity()).bytes()[i];
+  for (size_t i = 0; i < 8; ++i)
+    infinite[weight + i] = ProjectBytes().f64(std::numeric_limits<double>::infinity()).bytes()[i];
   EXPECT_EQ(refusal(infinite), "Load failed");
 }
 

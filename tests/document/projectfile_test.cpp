@@ -174,7 +174,7 @@ TEST(ProjectFile, ANodeNamedLikeTheRootReadsBack) {
 
 TEST(ProjectFile, HeaderCountersAreTruncatedTo16Bits) {
   auto matrix = test::smallProject();
-  matrix->divisionClassCount = 70000;     // 70000 - 65536 = 4464
+  matrix->divisionClassCount = 70000;  // 70000 - 65536 = 4464
   matrix->reductionThreshold = 65536 + 90;
   const std::string bytes = projectBytes(*matrix);
   const auto loaded = projectFromBytes(bytes);

@@ -28,11 +28,21 @@ using symlib::SymVariableKind;
 std::string shown(const SymValue& value) {
   std::ostringstream out;
   switch (value.kind) {
-    case SymValue::Kind::NA: out << "NA"; break;
-    case SymValue::Kind::NU: out << "NU"; break;
-    case SymValue::Kind::Real: out << value.low; break;
-    case SymValue::Kind::Interval: out << value.low << ':' << value.high; break;
-    case SymValue::Kind::Category: out << '#' << value.category; break;
+    case SymValue::Kind::NA:
+      out << "NA";
+      break;
+    case SymValue::Kind::NU:
+      out << "NU";
+      break;
+    case SymValue::Kind::Real:
+      out << value.low;
+      break;
+    case SymValue::Kind::Interval:
+      out << value.low << ':' << value.high;
+      break;
+    case SymValue::Kind::Category:
+      out << '#' << value.category;
+      break;
     case SymValue::Kind::CategorySet:
     case SymValue::Kind::WeightedSet:
       out << '{';
@@ -64,7 +74,7 @@ class ReadBackTest : public symlib::test::LibraryTest, protected test::WriterMat
     for (size_t i = 0; i < model.individuals.size(); ++i)
       EXPECT_EQ(model.individuals[i].label, matrix->orderedAssertions[i]->id);
     std::vector<std::string> active;
-    for (const auto& variable : matrix->variables)
+    for (const auto& variable : matrix->variables())
       if (variable->active) active.push_back(variable->name);
     EXPECT_EQ(model.variables.size(), active.size());
     for (size_t v = 0; v < active.size() && v < model.variables.size(); ++v)
@@ -119,8 +129,8 @@ TEST_F(ReadBackTest, EveryKindOfValueMissingValuesAndAnInactiveVariable) {
             "12.5 2:2 #2 {2} {2(2)} NU \n"
             "NU NA NA NU NU NU \n");
   ASSERT_EQ(model.variables.size(), 6u);
-  const SymVariableKind kinds[] = {SymVariableKind::Continue,    SymVariableKind::InterContinue,
-                                   SymVariableKind::Nominal,     SymVariableKind::MultNominal,
+  const SymVariableKind kinds[] = {SymVariableKind::Continue,         SymVariableKind::InterContinue,
+                                   SymVariableKind::Nominal,          SymVariableKind::MultNominal,
                                    SymVariableKind::MultNominalModif, SymVariableKind::MultNominalModif};
   for (size_t v = 0; v < 6; ++v) EXPECT_EQ(model.variables[v].kind, kinds[v]) << v;
   EXPECT_EQ(model.variables[4].weighting, symlib::SymWeighting::Cardinal);
@@ -135,7 +145,7 @@ TEST_F(ReadBackTest, EveryKindOfValueMissingValuesAndAnInactiveVariable) {
 TEST_F(ReadBackTest, TaxonomyAndDependenceRule) {
   const size_t region = categorical("region", 0);
   const size_t size = quantitative("size", 1);
-  matrix->cellCount = matrix->variableCount();
+  ASSERT_TRUE(matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()));
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   add(a, region, "north");

@@ -79,9 +79,8 @@ class TableClientTest : public ::testing::Test, protected test::TableMatrix {
       std::ofstream(dir_.file("check"), std::ios::binary) << script;
     }
     const std::string output = dir_.file("output.txt");
-    const int result = std::system((program + " " + dir_.file("check") + " " + dir_.file("table.csv") + " >" +
-                                    output + " 2>&1")
-                                       .c_str());
+    const int result = std::system(
+        (program + " " + dir_.file("check") + " " + dir_.file("table.csv") + " >" + output + " 2>&1").c_str());
     status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
     return ::test::readFile(output);
   }

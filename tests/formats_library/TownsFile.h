@@ -42,8 +42,6 @@ inline std::string PlainTowns() {
   return text;
 }
 
-inline bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
+inline bool Contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
 
 }  // namespace velda::symlib::test

@@ -49,7 +49,8 @@ TEST_F(CheckDeathTest, SingleEditsAreRefusedWithTheirMessage) {
       {"continue", "binary", " the variable type binary is not supported by this library\n"},
       {"HEADER = (", "FILES = (\n),\n\nHEADER = (", "the block FILES is described twice\n"},
   };
-  for (const auto& c : cases) EXPECT_TRUE(Contains(logOfRefusedParse(Edited(TownsFile(), c.from, c.to)), c.logged)) << c.to;
+  for (const auto& c : cases)
+    EXPECT_TRUE(Contains(logOfRefusedParse(Edited(TownsFile(), c.from, c.to)), c.logged)) << c.to;
 }
 
 TEST_F(CheckDeathTest, KeysOutsideTheirBlockOrOfTheWrongTypeAreErrors) {
@@ -71,7 +72,8 @@ TEST_F(CheckDeathTest, OneIndividualMoreThanDeclaredIsKeptAndTheNextRefused) {
   std::string text = Edited(PlainTowns(), "indiv_nb = 2", "indiv_nb = 1");
   const std::string kept = Edited(text, "  (NU, \n   (-89.2345:1e+06), \n   NA, \n   ())", "");
   // Only the coherence check finds the second individual.
-  std::string tolerated = Edited(Edited(kept, "   (1(0.5),3(0.5))),\n", "   (1(0.5),3(0.5)))\n"), "nb_na = 1", "nb_na = 0");
+  std::string tolerated =
+      Edited(Edited(kept, "   (1(0.5),3(0.5))),\n", "   (1(0.5),3(0.5)))\n"), "nb_na = 1", "nb_na = 0");
   tolerated = Edited(Edited(tolerated, "nb_nu = 1", "nb_nu = 0"), "0, 1, 12.5", "0, 0, 12.5");
   tolerated = Edited(tolerated, "\"sex\", 1, 0", "\"sex\", 0, 0");
   EXPECT_EQ(logOfRefusedParse(tolerated),
@@ -82,9 +84,11 @@ TEST_F(CheckDeathTest, OneIndividualMoreThanDeclaredIsKeptAndTheNextRefused) {
                 "\t0 NA values\n\t0 NU values\n"
                 " THE PROGRAM STOP\n");
 
-  const std::string third = Edited(tolerated, "  (2, \"AA01\", \"south\")", "  (2, \"AA01\", \"south\"),\n  (3, \"AA02\", \"east\")");
-  EXPECT_TRUE(Contains(logOfRefusedParse(third),
-                       "too much individuals described, max 1\nImpossible to parse the symbolic Matrix,1 Errors before\n"));
+  const std::string third =
+      Edited(tolerated, "  (2, \"AA01\", \"south\")", "  (2, \"AA01\", \"south\"),\n  (3, \"AA02\", \"east\")");
+  EXPECT_TRUE(
+      Contains(logOfRefusedParse(third),
+               "too much individuals described, max 1\nImpossible to parse the symbolic Matrix,1 Errors before\n"));
 }
 
 TEST_F(CheckDeathTest, ValuesOfTheWrongKindOrCategoryAreErrors) {
@@ -112,7 +116,8 @@ TEST_F(CheckDeathTest, MatrixLargerOrNarrowerThanDeclaredIsAnError) {
                            std::string(kNoSyntaxError) + "3 semantic error were detected \n"));
 
   // Beyond the variables described, a column is measured against var_nb as declared.
-  std::string wider = Edited(Edited(TownsFile(), "var_nb = 4", "var_nb = 5"), "   (1(0.5),3(0.5))),", "   (1(0.5),3(0.5)), 7),");
+  std::string wider =
+      Edited(Edited(TownsFile(), "var_nb = 4", "var_nb = 5"), "   (1(0.5),3(0.5))),", "   (1(0.5),3(0.5)), 7),");
   EXPECT_TRUE(Contains(logOfRefusedParse(wider),
                        " the number of column within the matrix is5 greater than the number of objects declared:5\n"));
 }
@@ -207,15 +212,17 @@ TEST_F(CheckTest, MoreThan200CategoriesIsReportedButNotCounted) {
   for (int k = 1; k <= 201; ++k) {
     categories += (k > 1 ? ", \n      (" : "(") + std::to_string(k) + ", \"AE01\", \"c\", 1 )";
   }
-  const std::string list = "((1, \"AE01\", \"red\", 1 ), \n      (2, \"AE02\", \"green\", 1 ), \n      (3, \"AE03\", \"blue\", 1 ))";
+  const std::string list =
+      "((1, \"AE01\", \"red\", 1 ), \n      (2, \"AE02\", \"green\", 1 ), \n      (3, \"AE03\", \"blue\", 1 ))";
   std::string text = Edited(TownsFile(), list, "(" + categories + ")");
   text = Edited(text, "proba, 0, 0, 3,", "proba, 0, 0, 201,");
   SymbolicFile model;
   ::testing::internal::CaptureStderr();
   ParseText(text, model);
   const std::string err = ::testing::internal::GetCapturedStderr();
-  EXPECT_TRUE(Contains(err, " Impossible to create a nominal Multpile Variablewith 201different categories\n"
-                            "  Maximum possible 200 \n"));
+  EXPECT_TRUE(Contains(err,
+                       " Impossible to create a nominal Multpile Variablewith 201different categories\n"
+                       "  Maximum possible 200 \n"));
   EXPECT_EQ(model.variables[3].categories.size(), 201u);
   EXPECT_FALSE(Contains(log(), "Multpile"));
 }

@@ -1,5 +1,5 @@
 #include "TownsFile.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib::test {
 namespace {
@@ -93,10 +93,10 @@ TEST_F(MetadataTest, OutOfRangeNumbersAreLoggedAndReplaced) {
   EXPECT_TRUE(Contains(text, "\t\t\t<MetaVar>\n\t\t\t\t<Num>1</Num>\n"));
   EXPECT_TRUE(Contains(text, "\t\t\t\t\t<Vo>7</Vo>\n"));
   EXPECT_EQ(log(), before +
-            "Bad Source Numlber\n"
-            " the MetaInd Number must be between 0 and 1 and not-1 val 1 assumed\n\n"
-            " the Metavar Number must be between 0 and 1 and not5 val 1 assumed\n\n"
-            " the Original Variable number must be between 0 and 1 not: 7\n");
+                       "Bad Source Numlber\n"
+                       " the MetaInd Number must be between 0 and 1 and not-1 val 1 assumed\n\n"
+                       " the Metavar Number must be between 0 and 1 and not5 val 1 assumed\n\n"
+                       " the Original Variable number must be between 0 and 1 not: 7\n");
 }
 
 TEST_F(MetadataTest, MetadataNameGoesBeforeTheLastDotOfTheFileName) {

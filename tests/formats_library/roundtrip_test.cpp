@@ -10,8 +10,9 @@ namespace {
 // its own layout of the contents, the order of the last two header keys,
 // a doubled blank and the indented end.
 std::string TownsAsTheLibraryWritesThem() {
-  std::string text = Edited(TownsFile(), "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, RECTANGLE_MATRIX),",
-                            "CONTAINS = (\nFILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, RECTANGLE_MATRIX\n), ");
+  std::string text =
+      Edited(TownsFile(), "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, RECTANGLE_MATRIX),",
+             "CONTAINS = (\nFILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, RECTANGLE_MATRIX\n), ");
   text = Edited(text, "nb_nu = 1,\nnb_hierarchies = 1\n", "nb_hierarchies = 1,\nnb_nu = 1\n");
   text = Edited(text, "VARIABLES = (", "VARIABLES =  (");
   return Edited(text, ")\nEND\n\n", ")\n  END \n");

@@ -9,7 +9,7 @@
 #include "formats/library/Coherence.h"
 #include "formats/library/KeyValueBlock.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 #include "formats_library/TownsFile.h"
 
 namespace velda::symlib::test {
@@ -45,7 +45,9 @@ TEST(WrittenFilesReadBack, LongAndMarkupTextsInMetadataReadBack) {
   markup.name = "AB00";
   markup.label = "<x>";
   MetaVar control = markup;
-  control.label = "a\x01" "b\tc";
+  control.label =
+      "a\x01"
+      "b\tc";
   meta.metaMat.vars = {markup, control};
   meta.metaMat.nbMetaVar = 2;
 
@@ -76,7 +78,8 @@ TEST(WrittenFilesReadBack, RefusedMetadataReturnsInsteadOfEndingTheProgram) {
   EXPECT_EQ(read.metaMat.sqlQuery, MetaData().metaMat.sqlQuery);
   // The fuzz-found documents of the fixtures (see their README) are refused
   // the same way.
-  for (const char* name : {"meta_high_byte_between_tags.xml", "meta_elements_inside_a_leaf.xml", "meta_broken_names.xml"}) {
+  for (const char* name :
+       {"meta_high_byte_between_tags.xml", "meta_elements_inside_a_leaf.xml", "meta_broken_names.xml"}) {
     std::istringstream found(Fixture(name));
     EXPECT_FALSE(TryParseMetadataFile(found, name, read)) << name;
   }

@@ -3,28 +3,28 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDir>
-#include <QLabel>
 #include <QFileDialog>
-#include <QTest>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTest>
 
 #include "document/DialogChecks.h"
 #include "gui/GuiTestSupport.h"
 #include "support/ScopedEnv.h"
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/JoinDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/dialogs/ProgressDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/frame/AboutDialog.h"
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
-#include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/DataSourceLink.h"
+#include "ui/widgets/ExtractionSettingsBox.h"
 #include "ui/widgets/FileDialogs.h"
 #include "ui/widgets/FileField.h"
 #include "ui/widgets/MessageBoxes.h"
@@ -33,8 +33,8 @@
 namespace velda::ui {
 namespace {
 
-using test::ShownMessage;
 using test::recordNextMessage;
+using test::ShownMessage;
 
 // No database: the dialogs list nothing and refuse to reconnect.
 class NoDataSource : public DataSourceLink {
@@ -50,8 +50,8 @@ class DialogTest : public ::testing::Test {
 };
 
 // The written form of New, with a query typed, so only the settings decide.
-std::unique_ptr<QueryDialog> writtenNewDialog(DataSourceLink& link, const QueryDialog::Values& start = {}) {
-  auto dialog = std::make_unique<QueryDialog>(QueryPurpose::NewData, true, start, link, nullptr);
+std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link, const ExtractionDialog::Values& start = {}) {
+  auto dialog = std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, start, link, nullptr);
   dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
   return dialog;
 }
@@ -77,7 +77,7 @@ bool accepted(QDialog& dialog) {
 }
 
 TEST_F(DialogTest, ExtractionSettingsEnableTheirCountsAndCheckThemOnlyWhenTicked) {
-  QueryDialog empty(QueryPurpose::NewData, false, QueryDialog::Values{}, noSource, nullptr);
+  ExtractionDialog empty(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
   EXPECT_EQ(empty.windowTitle().toStdString(), "Extraction of individuals");
   EXPECT_EQ(refusalOf(empty), "Please select a Table or a Request");
   ExtractionSettingsBox* settings = empty.settings();
@@ -118,9 +118,9 @@ TEST_F(DialogTest, ExtractionSettingsEnableTheirCountsAndCheckThemOnlyWhenTicked
 
 // Sampling needs the individuals, which the database does not send.
 TEST_F(DialogTest, AggregatingInTheDatabaseTurnsSamplingOff) {
-  QueryDialog::Values start;
+  ExtractionDialog::Values start;
   start.query.sampling = true;
-  QueryDialog dialog(QueryPurpose::NewData, false, start, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, start, noSource, nullptr);
   ExtractionSettingsBox* settings = dialog.settings();
   QCheckBox* inDatabase = settings->inDatabaseBox();
   EXPECT_EQ(inDatabase->text().toStdString(), "Aggregate in the database (individuals are not read)");
@@ -141,13 +141,13 @@ TEST_F(DialogTest, AggregatingInTheDatabaseTurnsSamplingOff) {
 
   // The dialog opens again with the box as it was left.
   start.query.inDatabase = true;
-  QueryDialog again(QueryPurpose::NewData, false, start, noSource, nullptr);
+  ExtractionDialog again(QueryPurpose::NewData, false, start, noSource, nullptr);
   EXPECT_TRUE(again.settings()->inDatabaseBox()->isChecked());
   EXPECT_FALSE(again.settings()->samplingBox()->isEnabled());
 }
 
 TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
-  QueryDialog dialog(QueryPurpose::Taxonomy, true, QueryDialog::Values{}, noSource, nullptr);
+  ExtractionDialog dialog(QueryPurpose::Taxonomy, true, ExtractionDialog::Values{}, noSource, nullptr);
   EXPECT_EQ(dialog.windowTitle().toStdString(), "Taxonomy query");
   dialog.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
   EXPECT_EQ(refusalOf(dialog), "No variable selected");
@@ -393,11 +393,11 @@ TEST_F(DialogTest, ExtractionDialogOpensOnTheInstalledSampleDatabase) {
   CMainFrame frame;
   {
     test::ScopedEnv missing("VELDA_SAMPLE_DB", sample.path() + ".missing");
-    QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+    ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
     EXPECT_EQ(frame.view().connection(), nullptr);
   }
   test::ScopedEnv installed("VELDA_SAMPLE_DB", sample.path());
-  QueryDialog dialog(QueryPurpose::NewData, false, QueryDialog::Values{}, frame.view(), nullptr);
+  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
   EXPECT_NE(frame.view().connection(), nullptr);
   EXPECT_FALSE(dialog.tableList()->list()->findItems(QStringLiteral("survey"), Qt::MatchExactly).isEmpty());
 }

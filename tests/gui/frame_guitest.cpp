@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QMenu>
-#include <QContextMenuEvent>
 #include <QScrollBar>
 #include <QToolBar>
 

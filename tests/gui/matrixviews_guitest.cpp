@@ -2,10 +2,10 @@
 
 #include <QComboBox>
 #include <QHelpEvent>
-#include <QToolTip>
 #include <QListWidget>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 #include <QTreeWidget>
 
 #include "gui/GuiTestSupport.h"
@@ -23,8 +23,8 @@
 namespace velda::ui {
 namespace {
 
-using test::ShownMessage;
 using test::recordNextMessage;
+using test::ShownMessage;
 
 TriangularMatrix triangle(size_t order, std::vector<double> entries) {
   TriangularMatrix matrix;

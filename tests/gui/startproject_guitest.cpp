@@ -7,8 +7,8 @@
 
 #include "app/gui/StartupProject.h"
 #include "document/CommandTable.h"
-#include "document/DocumentMetadata.h"
-#include "document/ProjectFile.h"
+#include "document/export/DocumentMetadata.h"
+#include "document/project/ProjectFile.h"
 #include "gui/GuiTestSupport.h"
 #include "support/FileText.h"
 #include "support/HandMatrix.h"

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "document/Document.h"
-#include "document/ProjectFile.h"
 #include "document/ScriptedUserInterface.h"
+#include "document/project/ProjectFile.h"
 #include "model/SymbolicMatrix.h"
 #include "support/FailingAllocation.h"
 #include "support/HandMatrix.h"
@@ -65,9 +65,10 @@ class AllocationFailure : public ::testing::Test {
   // run that fails must show one of the accepted series of messages and
   // leave the matrix (none, when `fresh` leaves none) and whatever `kept`
   // reads as they were before the run.
-  void expectDoneOrUnchanged(int32_t command, const std::function<void()>& fresh,
-                             const std::vector<std::vector<std::string>>& accepted = {{kMemoryFailed}},
-                             const std::function<std::string()>& kept = [] { return std::string(); }) {
+  void expectDoneOrUnchanged(
+      int32_t command, const std::function<void()>& fresh,
+      const std::vector<std::vector<std::string>>& accepted = {{kMemoryFailed}},
+      const std::function<std::string()>& kept = [] { return std::string(); }) {
     std::string before;
     std::string keptBefore;
     bool done = false;

@@ -26,7 +26,7 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
   Assertion& north = matrix.createAssertion("north");
   auto row = [&](const char* id) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix.variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix.variables()) made->values.push_back(variable->newSymbolicValue());
     return made;
   };
   matrix.reducedAssertions.push_back(row("north"));

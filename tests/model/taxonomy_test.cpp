@@ -95,7 +95,8 @@ TEST(TaxonomyBuilder, RefusedRowsKeepThePreviousHierarchy) {
   // tests; these are the ones that need longer or odder row sets.
   const Case cases[] = {
       {{{"a", "X"}, {"X", "Y"}, {"Y", "a"}}, "Error at line 3: query generates a cycle\n'Y' is on the path of 'a'"},
-      {{{"a", "X", "Y"}, {"b", "X", "Z"}}, "Error at line 2: definition of parent of 'X' differs from its previous definition"},
+      {{{"a", "X", "Y"}, {"b", "X", "Z"}},
+       "Error at line 2: definition of parent of 'X' differs from its previous definition"},
       {{{"a", "X", "Y"}, {"b", "Y", "X"}}, "Error at line 2: query generates a cycle\n'Y' is on the path of 'X'"},
       {{{NUL, "X"}}, "Error at line 1: column 0 is null"},
       {{{"X", "Y"}}, "No modalities of initial domain are covered by the query"},
@@ -197,8 +198,8 @@ struct WeightedMatrix : test::HandMatrix {
 TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) {
   WeightedMatrix m;
   ASSERT_EQ(m.buildKind(), 2);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
   // b holds its own weight and a's (two levels down); a, under b, holds 0.
   EXPECT_EQ(m.written(*m.all, 0), "(1(0),2(5),3(1),4(4))");
   EXPECT_EQ(m.written(*m.onlyA, 0), "(1(2))");
@@ -215,8 +216,8 @@ TEST(Taxonomy, SubtreeWeightsFollowTheAncestorRuleAndRemovalRestoresFlatValues) 
   EXPECT_EQ(console.lines(), (std::deque<std::string>{"1 taxonomies removed:", "   kind"}));
   auto& kind = static_cast<CategoricalVariable&>(m.matrix->variable(0));
   EXPECT_TRUE(isFlat(kind));
-  EXPECT_EQ(m.matrix->taxonomyCount, 0);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 0);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
   EXPECT_EQ(m.written(*m.all, 0), "(1(2),2(3),3(1),4(4))");
   EXPECT_EQ(m.written(*m.matrix->reducedAssertions.front(), 0), "(1(2),2(3))");
   for (const ValueEntry& entry : static_cast<CategoricalValue&>(m.all->value(0)).entries)
@@ -241,12 +242,12 @@ TEST(Taxonomy, CountersFollowTheVariablesThatHaveOne) {
   }
   ASSERT_EQ(buildFrom(kind, {{"x", "K"}, {"y", "K"}}), 1);
   settleTaxonomy(*m.matrix, 1);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
   ASSERT_EQ(buildFrom(town, {{"x", "T"}}), 2);
   settleTaxonomy(*m.matrix, 0);
-  EXPECT_EQ(m.matrix->taxonomyCount, 2);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 2);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
   EXPECT_EQ(taxonomyVariables(*m.matrix), (std::vector<int32_t>{0, 1}));
 
   // A failed rebuild keeps town's hierarchy; once it is removed the
@@ -254,8 +255,8 @@ TEST(Taxonomy, CountersFollowTheVariablesThatHaveOne) {
   EXPECT_EQ(buildFrom(town, {{"x", "x"}}), 0);
   EXPECT_TRUE(town.hasTaxonomy());
   removeTaxonomy(*m.matrix, 0);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 0);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 0);
 
   ConsoleLog console;
   const int32_t chosen[] = {1, 0};

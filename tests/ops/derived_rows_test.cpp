@@ -4,10 +4,10 @@
 #include "model/CategoricalValue.h"
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
 #include "ops/OpsTargets.h"
-#include "ops/Reduction.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
+#include "ops/reduction/Reduction.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -77,7 +77,6 @@ TEST(DerivedRows, AddedVariablesCopyTheirAssertionsValues) {
     }
     EXPECT_NE(&row->value(1), &matrix.findAssertion(source)->value(1)) << "each row owns its value";
   }
-
 }
 
 }  // namespace

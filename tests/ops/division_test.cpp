@@ -5,11 +5,11 @@
 #include <tuple>
 
 #include "model/QuantitativeValue.h"
-#include "ops/CategoricalCuts.h"
-#include "ops/Division.h"
-#include "ops/GravityReport.h"
-#include "ops/NodeNumber.h"
 #include "ops/OpsTargets.h"
+#include "ops/division/CategoricalCuts.h"
+#include "ops/division/Division.h"
+#include "ops/division/GravityReport.h"
+#include "ops/reduction/NodeNumber.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -127,7 +127,7 @@ TEST(Division, MissingCategoryShowsOneBoxPerRun) {
   data.holdCells();
   Assertion& group = data.matrix->createAssertion("G");
   Assertion& other = data.matrix->createAssertion("H");
-  const std::tuple<const char*, const char*, Assertion*> rows[] = {{"i1", "a", &group},  {"i2", "b", &group},
+  const std::tuple<const char*, const char*, Assertion*> rows[] = {{"i1", "a", &group},     {"i2", "b", &group},
                                                                    {"i3", nullptr, &group}, {"j1", "a", &other},
                                                                    {"j2", nullptr, &other}, {"j3", "b", &other}};
   for (const auto& [id, c, assertion] : rows) data.matrix->link(data.person(id, {c}), *assertion);

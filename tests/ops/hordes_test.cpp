@@ -3,9 +3,9 @@
 #include "common/ConsoleLog.h"
 #include "common/Progress.h"
 #include "model/QuantitativeValue.h"
-#include "ops/Division.h"
-#include "ops/Hordes.h"
 #include "ops/OpsTargets.h"
+#include "ops/division/Division.h"
+#include "ops/division/Hordes.h"
 #include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
@@ -23,8 +23,8 @@ TEST(Hordes, TwoClassesGiveThreeEntriesPerMatrixOnTheIndividualScale) {
   data.holdCells();
   ConsoleLog console;
   EXPECT_EQ(ReduceHordes(*data.matrix, 80, console), 0) << "nothing to reduce before a division";
-  data.group("G", {&data.person("a", {"1"}), &data.person("b", {"3"}), &data.person("c", {"10"}),
-                   &data.person("d", {"14"})});
+  data.group(
+      "G", {&data.person("a", {"1"}), &data.person("b", {"3"}), &data.person("c", {"10"}), &data.person("d", {"14"})});
   ASSERT_EQ(Divide(*data.matrix, 2), 1);
   data.matrix->reductionThreshold = 80;
   ASSERT_EQ(ReduceHordes(*data.matrix, 100, console), 1);

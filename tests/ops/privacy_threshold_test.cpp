@@ -45,9 +45,12 @@ TEST(PrivacyThreshold, DeletesSmallGroupsRenumbersAndListsTheRest) {
                                   ":Privacy operation",
                                   "::Individuals per group threshold: 3",
                                   "::2 assertions deleted, correcting indexes...",
-                                  "Assertion n\xb0" "0 has 5 individual(s). Minimum: 3",
-                                  "Assertion n\xb0" "1 has 4 individual(s). Minimum: 3",
-                                  "Assertion n\xb0" "2 has 3 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "0 has 5 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "1 has 4 individual(s). Minimum: 3",
+                                  "Assertion n\xb0"
+                                  "2 has 3 individual(s). Minimum: 3",
                                   ":[done]",
                               }));
   ASSERT_EQ(matrix->assertionCount(), 3u);
@@ -84,12 +87,14 @@ TEST(PrivacyThreshold, ConsoleListsTheDeletionsAndTheGroupsKept) {
        {":Privacy operation", "::Individuals per group threshold: 2", "::1 assertion deleted, correcting indexes...",
         n + "0 has 5 individual(s). Minimum: 2", n + "1 has 4 individual(s). Minimum: 2",
         n + "2 has 2 individual(s). Minimum: 2", n + "3 has 3 individual(s). Minimum: 2", ":[done]"},
-       4, 14},
+       4,
+       14},
       {1, {":Privacy operation", "::Individuals per group threshold: 1", ":[done]"}, 5, 14},
       {6,
        {":Privacy operation", "::Individuals per group threshold: 6", "::5 assertions deleted, correcting indexes...",
         ":[done]"},
-       0, 0},
+       0,
+       0},
   };
   for (const auto& c : cases) {
     auto matrix = fiveGroups();

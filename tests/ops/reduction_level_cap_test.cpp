@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "common/ConsoleLog.h"
-#include "ops/Reduction.h"
+#include "ops/reduction/Reduction.h"
 #include "support/HandMatrix.h"
 
 namespace velda {

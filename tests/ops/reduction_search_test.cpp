@@ -12,9 +12,9 @@
 #include "model/QuantitativeValue.h"
 #include "model/Taxonomy.h"
 #include "model/TaxonomyBuilder.h"
-#include "ops/AssertionReduction.h"
-#include "ops/Reduction.h"
-#include "ops/WorkSet.h"
+#include "ops/reduction/AssertionReduction.h"
+#include "ops/reduction/Reduction.h"
+#include "ops/reduction/WorkSet.h"
 #include "support/HandMatrix.h"
 
 namespace velda {

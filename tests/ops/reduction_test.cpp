@@ -3,10 +3,10 @@
 #include "common/ConsoleLog.h"
 #include "model/CategoricalValue.h"
 #include "model/QuantitativeValue.h"
-#include "ops/AssertionReduction.h"
-#include "ops/Reduction.h"
-#include "ops/VolumeMatrix.h"
 #include "ops/OpsTargets.h"
+#include "ops/reduction/AssertionReduction.h"
+#include "ops/reduction/Reduction.h"
+#include "ops/reduction/VolumeMatrix.h"
 #include "support/HandMatrix.h"
 
 namespace velda {

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "document/ProjectFile.h"
+#include "document/project/ProjectFile.h"
 
 namespace velda::test {
 

@@ -5,9 +5,9 @@
 #include <sqlext.h>
 #include <unistd.h>
 
+#include <strings.h>
 #include <atomic>
 #include <cstdlib>
-#include <strings.h>
 
 namespace velda::test {
 
@@ -23,8 +23,8 @@ std::string runOnce(const std::string& connection, const std::string& sql) {
   SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env);
   SQLSetEnvAttr(env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
   SQLAllocHandle(SQL_HANDLE_DBC, env, &dbc);
-  SQLRETURN rc = SQLDriverConnect(dbc, nullptr, (SQLCHAR*)connection.c_str(), SQL_NTS, nullptr, 0,
-                                  nullptr, SQL_DRIVER_NOPROMPT);
+  SQLRETURN rc =
+      SQLDriverConnect(dbc, nullptr, (SQLCHAR*)connection.c_str(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
   SQLSMALLINT handleType = SQL_HANDLE_DBC;
   SQLHANDLE failed = dbc;
   if (SQL_SUCCEEDED(rc)) {

@@ -26,8 +26,6 @@ bool SqliteDatabase::run(const std::string& sql) {
   return true;
 }
 
-std::string SqliteDatabase::connectionString() const {
-  return "Driver=SQLite3;Database=" + path_ + ";StepAPI=1";
-}
+std::string SqliteDatabase::connectionString() const { return "Driver=SQLite3;Database=" + path_ + ";StepAPI=1"; }
 
 }  // namespace velda::test

@@ -10,7 +10,7 @@
 #include "db/Connection.h"
 #include "db/TableCatalog.h"
 #include "document/Document.h"
-#include "document/SymbolicFileCheck.h"
+#include "document/export/SymbolicFileCheck.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 

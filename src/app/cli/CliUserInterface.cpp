@@ -5,7 +5,7 @@
 
 #include "app/cli/TerminalProgress.h"
 #include "document/Document.h"
-#include "document/MatrixReports.h"
+#include "document/view/MatrixReports.h"
 
 namespace velda::cli {
 

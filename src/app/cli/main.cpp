@@ -16,8 +16,8 @@
 #include "app/cli/TerminalProgress.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
-#include "formats/library/SymbolicLibrary.h"
 #include "document/Document.h"
+#include "formats/library/SymbolicLibrary.h"
 
 using namespace velda;
 using namespace velda::cli;

@@ -24,10 +24,9 @@ constexpr int kExitUsage = 2;
 QString projectArgument(const QApplication& application) {
   QCommandLineParser parser;
   const QString manual = velda::ui::manualIndexPath();
-  parser.setApplicationDescription(
-      QStringLiteral("Symbolic data analysis: from database rows to symbolic objects.\n"
-                     "The manual: %1")
-          .arg(manual.isEmpty() ? QStringLiteral("(not found)") : manual));
+  parser.setApplicationDescription(QStringLiteral("Symbolic data analysis: from database rows to symbolic objects.\n"
+                                                  "The manual: %1")
+                                       .arg(manual.isEmpty() ? QStringLiteral("(not found)") : manual));
   parser.addHelpOption();
   parser.addVersionOption();
   parser.addPositionalArgument(QStringLiteral("FILE.gaj"), QStringLiteral("A project to open at start."));

@@ -7,22 +7,22 @@
 // faults too.
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QContextMenuEvent>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QMenu>
-#include <QMenuBar>
-#include <QScreen>
-#include <QThread>
-#include <QWindow>
-#include <QCheckBox>
-#include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QScreen>
+#include <QThread>
 #include <QTimer>
+#include <QWindow>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -37,10 +37,10 @@
 #include "ui/dialogs/DependenceDialog.h"
 #include "ui/dialogs/DependencesDialog.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/JoinDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/dialogs/ProgressDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/dialogs/TaxonomiesDialog.h"
 #include "ui/dialogs/VariablePropertiesDialog.h"
 #include "ui/dialogs/VolumeMatrixDialog.h"
@@ -124,7 +124,7 @@ void choose(QListWidget* list, const char* text) {
 bool loadSample(CMainFrame& frame) {
   Document& document = frame.view().document();
   if (sampleConnectionString().empty()) return false;
-  onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     saveShown(*dialog, "extraction-on-sample");
     choose(dialog->tableList()->list(), "survey");
     dialog->settings()->samplingBox()->setChecked(true);
@@ -136,7 +136,7 @@ bool loadSample(CMainFrame& frame) {
   frame.runCommand(ID_FILE_NEW);
   if (!document.matrix()) return false;
   saveShown(frame, "main-window-after-new");
-  onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     choose(dialog->variableList(), "town");
     choose(dialog->tableList()->list(), "towns");
     dialog->accept();
@@ -161,31 +161,31 @@ bool loadSample(CMainFrame& frame) {
   return true;
 }
 
-void saveQueryDialogs(CKORVAView& view, const SymbolicMatrix& matrix) {
-  QueryDialog::Values values;
+void saveExtractionDialogs(CKORVAView& view, const SymbolicMatrix& matrix) {
+  ExtractionDialog::Values values;
   {
-    QueryDialog dialog(QueryPurpose::NewData, false, values, view, &matrix);
+    ExtractionDialog dialog(QueryPurpose::NewData, false, values, view, &matrix);
     choose(dialog.tableList()->list(), "survey");
     save(dialog, "extraction");
   }
   {
     values.query.query = "select person_id, region, town, sex, age, income, weight from survey";
-    QueryDialog dialog(QueryPurpose::NewData, true, values, view, &matrix);
+    ExtractionDialog dialog(QueryPurpose::NewData, true, values, view, &matrix);
     dialog.settings()->samplingBox()->setChecked(true);
     save(dialog, "sql-query");
   }
   {
-    QueryDialog dialog(QueryPurpose::AddVariables, false, QueryDialog::Values{}, view, &matrix);
+    ExtractionDialog dialog(QueryPurpose::AddVariables, false, ExtractionDialog::Values{}, view, &matrix);
     save(dialog, "add-individuals");
   }
   {
-    QueryDialog dialog(QueryPurpose::Taxonomy, false, QueryDialog::Values{}, view, &matrix);
+    ExtractionDialog dialog(QueryPurpose::Taxonomy, false, ExtractionDialog::Values{}, view, &matrix);
     save(dialog, "create-taxonomy");
   }
   {
-    QueryDialog::Values taxonomy;
+    ExtractionDialog::Values taxonomy;
     taxonomy.query.query = "select distinct town, region, country from towns";
-    QueryDialog dialog(QueryPurpose::Taxonomy, true, taxonomy, view, &matrix);
+    ExtractionDialog dialog(QueryPurpose::Taxonomy, true, taxonomy, view, &matrix);
     save(dialog, "taxonomy-query");
   }
   if (const Connection* connection = view.connection()) {
@@ -204,7 +204,8 @@ void saveMatrixDialogs(const SymbolicMatrix& matrix) {
   save(dependence, "add-dependence");
 
   std::vector<ChoiceListDialog::Item> items;
-  for (size_t i = 0; i < matrix.variableCount(); ++i) items.emplace_back(static_cast<int32_t>(i), matrix.variable(i).name);
+  for (size_t i = 0; i < matrix.variableCount(); ++i)
+    items.emplace_back(static_cast<int32_t>(i), matrix.variable(i).name);
   ChoiceListDialog remove(QStringLiteral("Remove variables"), QStringLiteral("Variable"), items);
   save(remove, "remove-variables");
   ChoiceListDialog removeTaxonomies(QStringLiteral("Remove taxonomies"), QStringLiteral("Taxonomy variable"),
@@ -215,7 +216,8 @@ void saveMatrixDialogs(const SymbolicMatrix& matrix) {
   for (size_t i = 0; i < matrix.variableCount(); ++i) {
     VariableProperty property;
     property.active = matrix.variable(i).active != 0;
-    if (const auto* categorical = dynamic_cast<const CategoricalVariable*>(&matrix.variable(i))) property.mode = categorical->mode;
+    if (const auto* categorical = dynamic_cast<const CategoricalVariable*>(&matrix.variable(i)))
+      property.mode = categorical->mode;
     properties.variables.push_back(property);
   }
   VariablePropertiesDialog propertiesDialog(matrix, properties);
@@ -339,7 +341,7 @@ int main(int argc, char** argv) {
   saveMenus(frame);
 
   const SymbolicMatrix& matrix = *frame.view().document().matrix();
-  saveQueryDialogs(frame.view(), matrix);
+  saveExtractionDialogs(frame.view(), matrix);
   saveMatrixDialogs(matrix);
   saveFormDialogs();
   saveAndOpen(frame, QDir(outputFolder).filePath(QStringLiteral("survey.gaj")));

@@ -15,7 +15,7 @@ void compareCount(Diagnostics& diag, const char* what, long long declared, size_
   const long long count = static_cast<long long>(described);
   if (declared == count) return;
   diag.coherenceError(std::string("ERROR the number of") + what + " declared in the header (" + str(declared) +
-                     " is different of the number of" + what + " described in the file (" + str(count));
+                      " is different of the number of" + what + " described in the file (" + str(count));
 }
 
 // Counts are written as reals with six significant digits: a declared
@@ -33,7 +33,7 @@ void compareMissing(Diagnostics& diag, const char* which, double found, double s
   const std::string values = std::string("the number of ") + which + " values within the MATRIX" + FormatReal(found);
   if (!withinRounding(found, sumOfVariables, roundingOfVariables)) {
     diag.coherenceError(values + " \t is different of the SUM of element" + FormatReal(sumOfVariables) +
-                       " declared within the variables");
+                        " declared within the variables");
   }
   if (header.set && !withinRounding(found, header.real, printedRounding(header.real))) {
     diag.coherenceError(values + " \t is different of the number declared in the header" + FormatReal(header.real));

@@ -34,8 +34,7 @@ const Table<WordToken>& keywords() {
       {"RULES", {T::CRULES, nullptr}},
       {"RELATIONS", {T::CRULES, nullptr}},
       {"RECTANGLE_MATRIX", {T::REC_MATRIX, nullptr}},
-      {"MATRICE_RECTANGLE",
-       {T::REC_MATRIX, "WARNING the term MATRICE_RECTANGLE is old styled use RECTANGLE_MATRIX"}},
+      {"MATRICE_RECTANGLE", {T::REC_MATRIX, "WARNING the term MATRICE_RECTANGLE is old styled use RECTANGLE_MATRIX"}},
       {"DIST_MATRIX", {T::CDISTANCE_MATRIX, nullptr}},
       {"MATRICE_TRIANGLE", {T::CDISTANCE_MATRIX, nullptr}},
       {"MATCH_MATRIX", {T::CMATCH_MATRIX, nullptr}},
@@ -228,9 +227,12 @@ const WordToken* FindKeyword(std::string_view word) { return lookUp(keywords(), 
 
 const ElementTokens* FindElement(DocumentMode mode, std::string_view name) {
   switch (mode) {
-    case DocumentMode::UlmeXml: return lookUp(ulmeElements(), name);
-    case DocumentMode::MetaXml: return lookUp(metaElements(), name);
-    case DocumentMode::Text: break;
+    case DocumentMode::UlmeXml:
+      return lookUp(ulmeElements(), name);
+    case DocumentMode::MetaXml:
+      return lookUp(metaElements(), name);
+    case DocumentMode::Text:
+      break;
   }
   return nullptr;
 }

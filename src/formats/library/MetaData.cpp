@@ -12,14 +12,12 @@ void MetaData::reset() {
   for (std::string* fact :
        {&origInfo.popSampSize, &origInfo.sampSize, &origInfo.relUnit, &origInfo.surveyDesc, &origInfo.surveyType,
         &origInfo.surveyFreq, &origInfo.geoCover, &origInfo.reportUnit, &origInfo.popDesc, &origInfo.sampOrig,
-        &origInfo.sampSelect, &origInfo.adminQual, &origInfo.statCollect, &origInfo.popSampFrac,
-        &origInfo.respRate}) {
+        &origInfo.sampSelect, &origInfo.adminQual, &origInfo.statCollect, &origInfo.popSampFrac, &origInfo.respRate}) {
     *fact = kUnknown;
   }
-  for (std::string* treatment :
-       {&origInfo.legalFrame, &origInfo.interStand, &origInfo.specInterStand, &origInfo.lawBase,
-        &origInfo.validTech, &origInfo.nonRespMeth, &origInfo.missValReaj, &origInfo.agregMeth,
-        &origInfo.grossMeth, &origInfo.corrError, &origInfo.otheCor}) {
+  for (std::string* treatment : {&origInfo.legalFrame, &origInfo.interStand, &origInfo.specInterStand,
+                                 &origInfo.lawBase, &origInfo.validTech, &origInfo.nonRespMeth, &origInfo.missValReaj,
+                                 &origInfo.agregMeth, &origInfo.grossMeth, &origInfo.corrError, &origInfo.otheCor}) {
     *treatment = kNone;
   }
   metaMat = MetaMat{};

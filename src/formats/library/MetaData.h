@@ -32,9 +32,9 @@ struct MetaOrigTab {
 struct MetaOrigInfo {
   long long nbOrigVar = 0;
   long long nbOrigMat = 0;
-  std::string popSampSize, sampSize, relUnit, surveyDesc, legalFrame, surveyType, surveyFreq, geoCover,
-      interStand, specInterStand, reportUnit, popDesc, sampOrig, sampSelect, lawBase, adminQual, statCollect,
-      validTech, nonRespMeth, missValReaj, agregMeth, grossMeth, corrError, otheCor, popSampFrac, respRate;
+  std::string popSampSize, sampSize, relUnit, surveyDesc, legalFrame, surveyType, surveyFreq, geoCover, interStand,
+      specInterStand, reportUnit, popDesc, sampOrig, sampSelect, lawBase, adminQual, statCollect, validTech,
+      nonRespMeth, missValReaj, agregMeth, grossMeth, corrError, otheCor, popSampFrac, respRate;
   std::vector<MetaOrigVar> origVars;  // ListeVarOrig
   std::vector<MetaOrigTab> origTabs;  // ListeTabOrig
   bool operator==(const MetaOrigInfo&) const = default;

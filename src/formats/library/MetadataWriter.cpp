@@ -2,7 +2,7 @@
 
 #include "formats/library/OutputBuffer.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib {
 
@@ -73,14 +73,18 @@ class MetadataWriter {
     leaf(2, "NbOrigVar", o.nbOrigVar);
     leaf(2, "NbOrigMat", o.nbOrigMat);
     const std::pair<const char*, const std::string*> fields[] = {
-        {"PopSampSize", &o.popSampSize}, {"SampSize", &o.sampSize},       {"RelUnit", &o.relUnit},
-        {"SurveyDesc", &o.surveyDesc},   {"LegalFrame", &o.legalFrame},   {"SurveyType", &o.surveyType},
-        {"SurveyFreq", &o.surveyFreq},   {"GeoCover", &o.geoCover},       {"InterStand", &o.interStand},
-        {"SpecInterStand", &o.specInterStand}, {"ReportUnit", &o.reportUnit}, {"PopDesc", &o.popDesc},
-        {"SampOrig", &o.sampOrig},       {"SampSelect", &o.sampSelect},   {"LawBase", &o.lawBase},
-        {"AdminQual", &o.adminQual},     {"StatCollect", &o.statCollect}, {"ValidTech", &o.validTech},
-        {"NonRespMeth", &o.nonRespMeth}, {"MissValReaj", &o.missValReaj}, {"AgregMeth", &o.agregMeth},
-        {"GrossMeth", &o.grossMeth},     {"CorrError", &o.corrError},     {"OtheCor", &o.otheCor},
+        {"PopSampSize", &o.popSampSize}, {"SampSize", &o.sampSize},
+        {"RelUnit", &o.relUnit},         {"SurveyDesc", &o.surveyDesc},
+        {"LegalFrame", &o.legalFrame},   {"SurveyType", &o.surveyType},
+        {"SurveyFreq", &o.surveyFreq},   {"GeoCover", &o.geoCover},
+        {"InterStand", &o.interStand},   {"SpecInterStand", &o.specInterStand},
+        {"ReportUnit", &o.reportUnit},   {"PopDesc", &o.popDesc},
+        {"SampOrig", &o.sampOrig},       {"SampSelect", &o.sampSelect},
+        {"LawBase", &o.lawBase},         {"AdminQual", &o.adminQual},
+        {"StatCollect", &o.statCollect}, {"ValidTech", &o.validTech},
+        {"NonRespMeth", &o.nonRespMeth}, {"MissValReaj", &o.missValReaj},
+        {"AgregMeth", &o.agregMeth},     {"GrossMeth", &o.grossMeth},
+        {"CorrError", &o.corrError},     {"OtheCor", &o.otheCor},
         {"PopSampFrac", &o.popSampFrac}, {"RespRate", &o.respRate},
     };
     for (const auto& [name, text] : fields) leaf(2, name, *text);

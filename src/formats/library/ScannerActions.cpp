@@ -10,7 +10,7 @@
 #include "formats/library/Keywords.h"
 #include "formats/library/LibraryLog.h"
 #include "formats/library/ParseContext.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib {
 

@@ -19,11 +19,14 @@ SymBlock prerequisiteOf(SymBlock block) {
   switch (block) {
     case SymBlock::Individuals:
     case SymBlock::DistMatrix:
-    case SymBlock::MatchMatrix: return SymBlock::Header;
+    case SymBlock::MatchMatrix:
+      return SymBlock::Header;
     case SymBlock::Hierarchie:
     case SymBlock::Rules:
-    case SymBlock::RectangleMatrix: return SymBlock::Variables;
-    default: return block;
+    case SymBlock::RectangleMatrix:
+      return SymBlock::Variables;
+    default:
+      return block;
   }
 }
 
@@ -69,7 +72,8 @@ bool convertXmlText(KeyType type, KeyInput& value) {
 }
 
 const char* refusalOf(KeyType type, KeyInput::Kind given) {
-  if (given == KeyInput::Kind::Integer && type == KeyType::Text) return "impossible to affect an integer to the description";
+  if (given == KeyInput::Kind::Integer && type == KeyType::Text)
+    return "impossible to affect an integer to the description";
   if (given == KeyInput::Kind::Real && type != KeyType::Real) return "impossible to affect a real to the description";
   if (given == KeyInput::Kind::Text && type != KeyType::Text) return "impossible to affect a string to the description";
   return nullptr;
@@ -141,9 +145,15 @@ void SymbolicBuilder::assignKey(std::string_view key, const KeyInput& given) {
   slot = KeyValue{};
   slot.set = true;
   switch (type) {
-    case KeyType::Text: slot.text = value.text; break;
-    case KeyType::Integer: slot.integer = value.integer; break;
-    case KeyType::Real: slot.real = value.real; break;
+    case KeyType::Text:
+      slot.text = value.text;
+      break;
+    case KeyType::Integer:
+      slot.integer = value.integer;
+      break;
+    case KeyType::Real:
+      slot.real = value.real;
+      break;
   }
 }
 
@@ -220,8 +230,7 @@ void SymbolicBuilder::checkHierarchyLinks(const SymVariable& variable, SymHierar
     for (long long child : link.children) {
       if (child < 1 || child > total) {
         diag_.semanticError("Impossible to parse an Hierarchy node with Number of SubNode" + str(child) +
-                            " greater than" + str(total) + "\n     Subnode:" + str(child) +
-                            " Not taken into account");
+                            " greater than" + str(total) + "\n     Subnode:" + str(child) + " Not taken into account");
         continue;
       }
       if (hasParent[child]) {
@@ -319,7 +328,8 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
   const std::string_view kind = SymVariableKindWord(variable.kind);
   switch (value.kind) {
     case Kind::NA:
-    case Kind::NU: return;
+    case Kind::NU:
+      return;
     case Kind::Category:
       if (variable.kind == SymVariableKind::Continue) {
         value.kind = Kind::Real;
@@ -345,14 +355,16 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError(std::string("Error a multiple simple value for the variable:\n\t which is of type:").append(kind));
+      diag_.semanticError(
+          std::string("Error a multiple simple value for the variable:\n\t which is of type:").append(kind));
       return;
     case Kind::WeightedSet:
       if (variable.kind == SymVariableKind::MultNominalModif) {
         checkCategoryList(variable, value);
         return;
       }
-      diag_.semanticError(std::string("Error a multiple modal value for the variable:\n\t which is of type:").append(kind));
+      diag_.semanticError(
+          std::string("Error a multiple modal value for the variable:\n\t which is of type:").append(kind));
       return;
   }
   diag_.semanticError(std::string("Error a simple value for the variable which is type").append(kind));

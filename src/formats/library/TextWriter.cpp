@@ -10,7 +10,7 @@ namespace {
 
 // Blocks in the order of the contents list, and in the order written.
 constexpr SymBlock kContentsOrder[] = {
-    SymBlock::Files,      SymBlock::Header,          SymBlock::Individuals, SymBlock::Variables,  SymBlock::Rules,
+    SymBlock::Files,      SymBlock::Header,          SymBlock::Individuals, SymBlock::Variables,   SymBlock::Rules,
     SymBlock::Hierarchie, SymBlock::RectangleMatrix, SymBlock::DistMatrix,  SymBlock::MatchMatrix,
 };
 constexpr SymBlock kWritingOrder[] = {
@@ -50,16 +50,26 @@ class TextWriter {
 
   void writeBlock(SymBlock block) {
     switch (block) {
-      case SymBlock::Files: return writeAssignments(model_.file);
-      case SymBlock::Header: return writeAssignments(model_.header);
-      case SymBlock::Individuals: return writeIndividuals();
-      case SymBlock::Variables: return writeVariables();
-      case SymBlock::Hierarchie: return writeHierarchies();
-      case SymBlock::Rules: return writeRules();
-      case SymBlock::RectangleMatrix: return writeMatrix();
-      case SymBlock::DistMatrix: return writeTriangle("DIST_MATRIX= (\n", model_.distances);
-      case SymBlock::MatchMatrix: return writeTriangle("MATCH_MATRIX= (\n", model_.matches);
-      case SymBlock::VariablesSet: return;
+      case SymBlock::Files:
+        return writeAssignments(model_.file);
+      case SymBlock::Header:
+        return writeAssignments(model_.header);
+      case SymBlock::Individuals:
+        return writeIndividuals();
+      case SymBlock::Variables:
+        return writeVariables();
+      case SymBlock::Hierarchie:
+        return writeHierarchies();
+      case SymBlock::Rules:
+        return writeRules();
+      case SymBlock::RectangleMatrix:
+        return writeMatrix();
+      case SymBlock::DistMatrix:
+        return writeTriangle("DIST_MATRIX= (\n", model_.distances);
+      case SymBlock::MatchMatrix:
+        return writeTriangle("MATCH_MATRIX= (\n", model_.matches);
+      case SymBlock::VariablesSet:
+        return;
     }
   }
 
@@ -72,9 +82,15 @@ class TextWriter {
       out_ << separator << block.keys()[k].name << " = ";
       separator = ",\n";
       switch (block.keys()[k].type) {
-        case KeyType::Text: out_ << '"' << value.text << '"'; break;
-        case KeyType::Integer: out_ << value.integer; break;
-        case KeyType::Real: out_ << value.real; break;
+        case KeyType::Text:
+          out_ << '"' << value.text << '"';
+          break;
+        case KeyType::Integer:
+          out_ << value.integer;
+          break;
+        case KeyType::Real:
+          out_ << value.real;
+          break;
       }
     }
     out_ << "\n";
@@ -104,8 +120,8 @@ class TextWriter {
     out_ << "VARIABLES =  (\n";
     const char* separator = "";
     for (const SymVariable& v : model_.variables) {
-      out_ << separator << "  (" << v.number << ", " << SymVariableKindWord(v.kind) << ", \"" << v.comment
-           << "\", \"" << v.code << "\", \"" << v.label << "\", ";
+      out_ << separator << "  (" << v.number << ", " << SymVariableKindWord(v.kind) << ", \"" << v.comment << "\", \""
+           << v.code << "\", \"" << v.label << "\", ";
       separator = ",\n";
       if (v.weighting != SymWeighting::None) out_ << (v.weighting == SymWeighting::Cardinal ? "cardinal, " : "proba, ");
       out_ << v.naCount << ", " << v.nuCount << ", ";
@@ -153,13 +169,24 @@ class TextWriter {
   void writeValue(const SymValue& value) {
     using Kind = SymValue::Kind;
     switch (value.kind) {
-      case Kind::NA: out_ << "NA"; return;
-      case Kind::NU: out_ << "NU"; return;
-      case Kind::Real: out_ << value.low; return;
-      case Kind::Interval: out_ << '(' << value.low << ':' << value.high << ')'; return;
-      case Kind::Category: out_ << value.category; return;
+      case Kind::NA:
+        out_ << "NA";
+        return;
+      case Kind::NU:
+        out_ << "NU";
+        return;
+      case Kind::Real:
+        out_ << value.low;
+        return;
+      case Kind::Interval:
+        out_ << '(' << value.low << ':' << value.high << ')';
+        return;
+      case Kind::Category:
+        out_ << value.category;
+        return;
       case Kind::CategorySet:
-      case Kind::WeightedSet: break;
+      case Kind::WeightedSet:
+        break;
     }
     out_ << '(';
     for (size_t i = 0; i < value.items.size(); ++i) {

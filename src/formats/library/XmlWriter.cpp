@@ -3,7 +3,7 @@
 
 #include "formats/library/OutputBuffer.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "formats/library/XmlText.h"
+#include "formats/library/XmlEscape.h"
 
 namespace velda::symlib {
 
@@ -86,9 +86,15 @@ class XmlWriter {
       if (++written % 4 == 0) out_ << "\n          ";
       out_ << ' ' << header.keys()[k].name << " = \"";
       switch (type) {
-        case KeyType::Text: AppendXmlEscaped(out_.text(), value.text); break;
-        case KeyType::Integer: out_ << value.integer; break;
-        case KeyType::Real: out_ << value.real; break;
+        case KeyType::Text:
+          AppendXmlEscaped(out_.text(), value.text);
+          break;
+        case KeyType::Integer:
+          out_ << value.integer;
+          break;
+        case KeyType::Real:
+          out_ << value.real;
+          break;
       }
       out_ << '"';
     }
@@ -113,11 +119,16 @@ class XmlWriter {
 
   static const char* elementOf(SymVariableKind kind) {
     switch (kind) {
-      case SymVariableKind::Continue: return "continue";
-      case SymVariableKind::InterContinue: return "inter-cont";
-      case SymVariableKind::Nominal: return "nominal";
-      case SymVariableKind::MultNominal: return "mult_nominal";
-      case SymVariableKind::MultNominalModif: return "mult_nominal_Modif";
+      case SymVariableKind::Continue:
+        return "continue";
+      case SymVariableKind::InterContinue:
+        return "inter-cont";
+      case SymVariableKind::Nominal:
+        return "nominal";
+      case SymVariableKind::MultNominal:
+        return "mult_nominal";
+      case SymVariableKind::MultNominalModif:
+        return "mult_nominal_Modif";
     }
     return "";
   }
@@ -187,9 +198,15 @@ class XmlWriter {
   bool writeValue(int depth, const SymValue& value, const SymVariable* variable) {
     using Kind = SymValue::Kind;
     switch (value.kind) {
-      case Kind::NA: leafText(depth, "NA", "NA"); return true;
-      case Kind::NU: leafText(depth, "NU", "NU"); return true;
-      case Kind::Real: leafNumber(depth, "val_conti", value.low); return true;
+      case Kind::NA:
+        leafText(depth, "NA", "NA");
+        return true;
+      case Kind::NU:
+        leafText(depth, "NU", "NU");
+        return true;
+      case Kind::Real:
+        leafNumber(depth, "val_conti", value.low);
+        return true;
       case Kind::Interval:
         open(depth, "val_interv");
         leafNumber(depth + 1, "pmin", value.low);

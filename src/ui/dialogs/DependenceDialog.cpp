@@ -53,7 +53,8 @@ DependenceDialog::DependenceDialog(const SymbolicMatrix& matrix, const Dependenc
   daughters_->setSelectionMode(QAbstractItemView::MultiSelection);
 
   for (size_t i = 0; i < matrix.variableCount(); ++i) {
-    if (canBeMother(matrix, static_cast<int32_t>(i))) addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
+    if (canBeMother(matrix, static_cast<int32_t>(i)))
+      addItem(mothers_, matrix.variable(i).name, static_cast<int32_t>(i));
   }
   connect(mothers_, &QListWidget::itemSelectionChanged, this, &DependenceDialog::onMotherChosen);
   // The dialog comes back with the previous choice after No to the NA
@@ -87,7 +88,8 @@ void DependenceDialog::onMotherChosen() {
   const auto* variable = dynamic_cast<const CategoricalVariable*>(&matrix_.variable(mother.front()));
   if (!variable) return;
   for (size_t m = 0; m < variable->modalityCount(); ++m) {
-    if (const Modality* modality = variable->byIndex(static_cast<int32_t>(m))) addItem(modalities_, modality->name, modality->index);
+    if (const Modality* modality = variable->byIndex(static_cast<int32_t>(m)))
+      addItem(modalities_, modality->name, modality->index);
   }
   for (size_t i = 0; i < matrix_.variableCount(); ++i) {
     if (canBeDaughter(matrix_, mother.front(), static_cast<int32_t>(i)))

@@ -33,8 +33,8 @@ DependencesDialog::DependencesDialog(const SymbolicMatrix& matrix, QWidget* pare
   for (size_t g = 0; g < matrix.rules.size(); ++g) {
     const DependenceRule* group = matrix.rules[g].get();
     if (followers.count(group)) continue;
-    auto* top = new QTreeWidgetItem(definitions_,
-                                    QStringList{toQt(matrix.variable(static_cast<size_t>(group->mother)).name)});
+    auto* top =
+        new QTreeWidgetItem(definitions_, QStringList{toQt(matrix.variable(static_cast<size_t>(group->mother)).name)});
     top->setData(0, Qt::UserRole, static_cast<int>(g));
     for (const DependenceRule* rule = group; rule; rule = rule->next) {
       std::ostringstream text;
@@ -63,8 +63,8 @@ void DependencesDialog::showChosen() {
   const QTreeWidgetItem* item = definitions_->currentItem();
   if (!item) return;
   const DependenceRule* group = matrix_.rules[static_cast<size_t>(item->data(0, Qt::UserRole).toInt())].get();
-  auto* mother = new QTreeWidgetItem(hierarchy_,
-                                     QStringList{toQt(matrix_.variable(static_cast<size_t>(group->mother)).name)});
+  auto* mother =
+      new QTreeWidgetItem(hierarchy_, QStringList{toQt(matrix_.variable(static_cast<size_t>(group->mother)).name)});
   for (const DependenceRule* rule = group; rule; rule = rule->next) {
     new QTreeWidgetItem(mother, QStringList{toQt(matrix_.variable(static_cast<size_t>(rule->daughter)).name)});
   }

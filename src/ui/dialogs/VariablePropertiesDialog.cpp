@@ -55,13 +55,15 @@ VariablePropertiesDialog::VariablePropertiesDialog(const SymbolicMatrix& matrix,
   auto* root = new QTreeWidgetItem(tree_, QStringList{QStringLiteral("Multinominal variables options")});
   root->setToolTip(0, QStringLiteral("Set multinominal variable options."));
   root->setStatusTip(0, QStringLiteral("Set multinominal variable options."));
-  QTreeWidgetItem* nominal = group(root, QStringLiteral("Nominal Variables"), QStringLiteral("Contains nominal variables."));
+  QTreeWidgetItem* nominal =
+      group(root, QStringLiteral("Nominal Variables"), QStringLiteral("Contains nominal variables."));
   QTreeWidgetItem* multinominal =
       group(root, QStringLiteral("Multinominal Variables"), QStringLiteral("Contains multinominal variables."));
   QTreeWidgetItem* continuous = group(root, QStringLiteral("Continue Variables"), QString());
   root->setExpanded(true);
 
-  allTypes_ = addProperty(multinominal, QStringLiteral("Sets all types to..."), viewTypeNames(QStringLiteral("Set to ")), -1);
+  allTypes_ =
+      addProperty(multinominal, QStringLiteral("Sets all types to..."), viewTypeNames(QStringLiteral("Set to ")), -1);
 
   const QStringList states{QStringLiteral("Active"), QStringLiteral("Inactive")};
   states_.assign(matrix.variableCount(), nullptr);

@@ -16,7 +16,8 @@ namespace {
 
 std::vector<std::string> assertionNames(const SymbolicMatrix& matrix) {
   std::vector<std::string> names;
-  for (const Assertion* assertion : matrix.orderedAssertions) names.push_back(assertion ? assertion->id : std::string());
+  for (const Assertion* assertion : matrix.orderedAssertions)
+    names.push_back(assertion ? assertion->id : std::string());
   return names;
 }
 

@@ -4,7 +4,7 @@
 #include <QStatusBar>
 
 #include "db/Connection.h"
-#include "document/ViewerLauncher.h"
+#include "document/view/ViewerLauncher.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "model/VariableRemoval.h"
@@ -12,10 +12,10 @@
 #include "ui/dialogs/DependenceDialog.h"
 #include "ui/dialogs/DependencesDialog.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/JoinDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/dialogs/ProgressDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/dialogs/TaxonomiesDialog.h"
 #include "ui/dialogs/VariablePropertiesDialog.h"
 #include "ui/dialogs/VolumeMatrixDialog.h"
@@ -28,9 +28,9 @@ namespace velda::ui {
 namespace {
 
 // Runs a query dialog for one purpose with the values it starts from.
-bool runQueryDialog(QueryPurpose purpose, QueryDialog::Values& values, DataSourceLink& link,
-                    const SymbolicMatrix* matrix, QWidget* parent) {
-  QueryDialog dialog(purpose, false, values, link, matrix, parent);
+bool runExtractionDialog(QueryPurpose purpose, ExtractionDialog::Values& values, DataSourceLink& link,
+                         const SymbolicMatrix* matrix, QWidget* parent) {
+  ExtractionDialog dialog(purpose, false, values, link, matrix, parent);
   if (dialog.exec() != QDialog::Accepted) return false;
   values = dialog.values();
   return true;
@@ -72,28 +72,28 @@ bool CKORVAView::chooseFile(const FileRequest& request, FileChoice& choice) {
 }
 
 bool CKORVAView::askNew(NewValues& values) {
-  QueryDialog::Values chosen{values, -1};
-  if (!runQueryDialog(QueryPurpose::NewData, chosen, *this, document_->matrix(), this)) return false;
+  ExtractionDialog::Values chosen{values, -1};
+  if (!runExtractionDialog(QueryPurpose::NewData, chosen, *this, document_->matrix(), this)) return false;
   values = chosen.query;
   return true;
 }
 
 bool CKORVAView::askAddVariables(AddVariablesValues& values, bool) {
-  QueryDialog::Values chosen;
+  ExtractionDialog::Values chosen;
   chosen.query.tableName = values.tableName;
   chosen.query.query = values.query;
-  if (!runQueryDialog(QueryPurpose::AddVariables, chosen, *this, document_->matrix(), this)) return false;
+  if (!runExtractionDialog(QueryPurpose::AddVariables, chosen, *this, document_->matrix(), this)) return false;
   values.tableName = chosen.query.tableName;
   values.query = chosen.query.query;
   return true;
 }
 
 bool CKORVAView::askTaxonomy(TaxonomyValues& values) {
-  QueryDialog::Values chosen;
+  ExtractionDialog::Values chosen;
   chosen.query.tableName = values.tableName;
   chosen.query.query = values.query;
   chosen.variableIndex = values.variableIndex;
-  if (!runQueryDialog(QueryPurpose::Taxonomy, chosen, *this, document_->matrix(), this)) return false;
+  if (!runExtractionDialog(QueryPurpose::Taxonomy, chosen, *this, document_->matrix(), this)) return false;
   values.tableName = chosen.query.tableName;
   values.query = chosen.query.query;
   values.variableIndex = chosen.variableIndex;
@@ -143,18 +143,18 @@ bool CKORVAView::askVariableProperties(VariablePropertiesValues& values) {
 }
 
 bool CKORVAView::askReduction(ReductionValues& values) {
-  NumberParameterDialog dialog(QStringLiteral("Reduction parameter"), QStringLiteral("Reduction threshold"),
-                               values.threshold,
-                               [](int32_t value) { return checkReductionValues(ReductionValues{value}); }, this);
+  NumberParameterDialog dialog(
+      QStringLiteral("Reduction parameter"), QStringLiteral("Reduction threshold"), values.threshold,
+      [](int32_t value) { return checkReductionValues(ReductionValues{value}); }, this);
   if (dialog.exec() != QDialog::Accepted) return false;
   values.threshold = dialog.value();
   return true;
 }
 
 bool CKORVAView::askDivision(DivisionValues& values) {
-  NumberParameterDialog dialog(QStringLiteral("Division Parameter"), QStringLiteral("Div Class number"),
-                               values.classes, [](int32_t value) { return checkDivisionValues(DivisionValues{value}); },
-                               this);
+  NumberParameterDialog dialog(
+      QStringLiteral("Division Parameter"), QStringLiteral("Div Class number"), values.classes,
+      [](int32_t value) { return checkDivisionValues(DivisionValues{value}); }, this);
   if (dialog.exec() != QDialog::Accepted) return false;
   values.classes = dialog.value();
   return true;

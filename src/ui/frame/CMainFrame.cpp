@@ -33,19 +33,22 @@ struct ToolBarSpec {
 
 const std::vector<ToolBarSpec>& toolBarSpecs() {
   static const std::vector<ToolBarSpec> specs = {
-      {ID_MAIN_TOOLBAR, "Main",
+      {ID_MAIN_TOOLBAR,
+       "Main",
        {ID_FILE_NEW, ID_FILE_OPEN, ID_FILE_SAVE, kSeparator, ID_EXPORT, ID_EXPORT_AND_VIEW, ID_EXPORT_HORDES,
         kSeparator, ID_HELP_FINDER}},
-      {ID_MODIFY_TOOLBAR, "Modify",
-       {ID_ADD_SINGLE_VALUED_VARIABLES, ID_ADD_SET_VALUED_VARIABLE, ID_REMOVE_VARIABLES, kSeparator,
-        ID_CREATE_TAXONOMY, ID_REMOVE_TAXONOMIES, ID_ADD_DEPENDENCE, kSeparator, ID_REDUCE_ASSERTIONS,
-        ID_DIVIDE_ASSERTIONS, ID_REDUCE_HORDES, kSeparator, ID_VARIABLE_PROPERTIES}},
-      {ID_VIEW_TOOLBAR, "View",
+      {ID_MODIFY_TOOLBAR,
+       "Modify",
+       {ID_ADD_SINGLE_VALUED_VARIABLES, ID_ADD_SET_VALUED_VARIABLE, ID_REMOVE_VARIABLES, kSeparator, ID_CREATE_TAXONOMY,
+        ID_REMOVE_TAXONOMIES, ID_ADD_DEPENDENCE, kSeparator, ID_REDUCE_ASSERTIONS, ID_DIVIDE_ASSERTIONS,
+        ID_REDUCE_HORDES, kSeparator, ID_VARIABLE_PROPERTIES}},
+      {ID_VIEW_TOOLBAR,
+       "View",
        {ID_VIEW_INDIVIDUALS, ID_VIEW_ASSERTIONS, ID_VIEW_HORDES, ID_VIEW_TAXONOMIES, ID_VIEW_DEPENDENCES, kSeparator,
         ID_VIEW_REDUCED_ASSERTIONS, ID_VIEW_VOLUME_MATRIX, ID_VIEW_REDUCED_HORDES}},
-      {ID_WINDOWS_TOOLBAR, "Windows",
-       {ID_VARIABLES_DISPLAY, ID_INDIVIDUALS_DISPLAY, ID_DEPENDENCES_DISPLAY, ID_REDOCK_DISPLAYS,
-        ID_REFRESH_DISPLAYS}},
+      {ID_WINDOWS_TOOLBAR,
+       "Windows",
+       {ID_VARIABLES_DISPLAY, ID_INDIVIDUALS_DISPLAY, ID_DEPENDENCES_DISPLAY, ID_REDOCK_DISPLAYS, ID_REFRESH_DISPLAYS}},
   };
   return specs;
 }
@@ -58,14 +61,22 @@ Qt::DockWidgetArea initialArea(int32_t showCommand) {
 // The menu that holds a command, by the table's menu names.
 const char* menuTitle(Menu menu) {
   switch (menu) {
-    case Menu::File: return "&File";
-    case Menu::Modify: return "&Modify";
-    case Menu::View: return "&View";
-    case Menu::ToolBars: return "&ToolBars";
-    case Menu::Window: return "&Window";
-    case Menu::Console: return "&Console";
-    case Menu::Help: return "&?";
-    case Menu::None: break;
+    case Menu::File:
+      return "&File";
+    case Menu::Modify:
+      return "&Modify";
+    case Menu::View:
+      return "&View";
+    case Menu::ToolBars:
+      return "&ToolBars";
+    case Menu::Window:
+      return "&Window";
+    case Menu::Console:
+      return "&Console";
+    case Menu::Help:
+      return "&?";
+    case Menu::None:
+      break;
   }
   return nullptr;
 }
@@ -194,9 +205,15 @@ void CMainFrame::connectView() {
 
 void CMainFrame::onDisplayCleared(Display display) {
   switch (display) {
-    case Display::Variables: variables_->clear(); return;
-    case Display::Individuals: individuals_->clear(); return;
-    case Display::Dependences: dependences_->clear(); return;
+    case Display::Variables:
+      variables_->clear();
+      return;
+    case Display::Individuals:
+      individuals_->clear();
+      return;
+    case Display::Dependences:
+      dependences_->clear();
+      return;
   }
 }
 
@@ -207,9 +224,15 @@ void CMainFrame::onDisplayRefreshed(Display display) {
     return;
   }
   switch (display) {
-    case Display::Variables: variables_->fill(*matrix); return;
-    case Display::Individuals: individuals_->fill(*matrix); return;
-    case Display::Dependences: dependences_->fill(*matrix); return;
+    case Display::Variables:
+      variables_->fill(*matrix);
+      return;
+    case Display::Individuals:
+      individuals_->fill(*matrix);
+      return;
+    case Display::Dependences:
+      dependences_->fill(*matrix);
+      return;
   }
 }
 
@@ -241,17 +264,28 @@ bool CMainFrame::runFrameCommand(int32_t commandId) {
     return true;
   }
   switch (commandId) {
-    case ID_REDOCK_TOOLBARS: redockToolBars(); return true;
-    case ID_REDOCK_DISPLAYS: redockPanels(); return true;
-    case ID_HELP_FINDER: showHelp(); return true;
-    case ID_HOME_PAGE: showHelp(); return true;
+    case ID_REDOCK_TOOLBARS:
+      redockToolBars();
+      return true;
+    case ID_REDOCK_DISPLAYS:
+      redockPanels();
+      return true;
+    case ID_HELP_FINDER:
+      showHelp();
+      return true;
+    case ID_HOME_PAGE:
+      showHelp();
+      return true;
     case ID_APP_ABOUT: {
       AboutDialog about(this);
       about.exec();
       return true;
     }
-    case ID_APP_EXIT: close(); return true;
-    default: return false;
+    case ID_APP_EXIT:
+      close();
+      return true;
+    default:
+      return false;
   }
 }
 

@@ -54,8 +54,8 @@ void VariablesPanel::fill(const SymbolicMatrix& matrix) {
     auto* item = new QTreeWidgetItem(kinds[kind], QStringList{toQt(variable.name)});
     if (kind != Multinominal) continue;
     const int32_t mode = static_cast<const CategoricalVariable&>(variable).mode;
-    auto* type = new QTreeWidgetItem(item, QStringList{QString::fromLatin1(
-                                               VariablePropertiesDialog::kViewTypes[mode >= 0 && mode < 4 ? mode : 0])});
+    auto* type = new QTreeWidgetItem(
+        item, QStringList{QString::fromLatin1(VariablePropertiesDialog::kViewTypes[mode >= 0 && mode < 4 ? mode : 0])});
     type->setToolTip(0, QStringLiteral("Multinomal variables view."));
   }
   tree_->expandAll();

@@ -81,7 +81,8 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
   if (request.offerIgnoreMetadata) {
     ignoreMetadata = new QCheckBox(QStringLiteral("Ignore MetaData"), &dialog);
     ignoreMetadata->setObjectName(QStringLiteral("ignoreMetadata"));
-    if (auto* grid = qobject_cast<QGridLayout*>(dialog.layout())) grid->addWidget(ignoreMetadata, grid->rowCount(), 0, 1, -1);
+    if (auto* grid = qobject_cast<QGridLayout*>(dialog.layout()))
+      grid->addWidget(ignoreMetadata, grid->rowCount(), 0, 1, -1);
   }
 
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;

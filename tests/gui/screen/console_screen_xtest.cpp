@@ -23,8 +23,8 @@
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/DependenceDialog.h"
 #include "ui/dialogs/ExportDialog.h"
+#include "ui/dialogs/ExtractionDialog.h"
 #include "ui/dialogs/NumberParameterDialog.h"
-#include "ui/dialogs/QueryDialog.h"
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
 #include "ui/panels/IndividualsPanel.h"
@@ -56,8 +56,8 @@ void choose(QListWidget* list, const char* text) {
 
 QImage screenPixels() {
   QProcess import;
-  import.start(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), QStringLiteral("-silent"),
-                                          QStringLiteral("png:-")});
+  import.start(QStringLiteral("import"),
+               {QStringLiteral("-window"), QStringLiteral("root"), QStringLiteral("-silent"), QStringLiteral("png:-")});
   if (!import.waitForFinished(10000)) return QImage();
   return QImage::fromData(import.readAllStandardOutput(), "PNG").convertToFormat(QImage::Format_RGB32);
 }
@@ -68,9 +68,9 @@ std::vector<bool> inkColumns(const QImage& image, const QRect& band, QRgb backgr
   for (int y = band.top(); y <= band.bottom(); ++y) {
     for (int x = 0; x < band.width(); ++x) {
       const QRgb pixel = image.pixel(band.left() + x, y);
-      const int distance = std::max({std::abs(qRed(pixel) - qRed(background)),
-                                     std::abs(qGreen(pixel) - qGreen(background)),
-                                     std::abs(qBlue(pixel) - qBlue(background))});
+      const int distance =
+          std::max({std::abs(qRed(pixel) - qRed(background)), std::abs(qGreen(pixel) - qGreen(background)),
+                    std::abs(qBlue(pixel) - qBlue(background))});
       if (distance > 80) ink[static_cast<size_t>(x)] = true;
     }
   }
@@ -141,7 +141,8 @@ class ConsoleScreenTest : public ::testing::Test {
       if (wrong == -1) return;
       QThread::msleep(20);
     }
-    const QString picture = QDir(QString::fromStdString(outputDir())).filePath(QStringLiteral("console-%1.png").arg(step));
+    const QString picture =
+        QDir(QString::fromStdString(outputDir())).filePath(QStringLiteral("console-%1.png").arg(step));
     screen.save(picture);
     ADD_FAILURE() << step << ": console line " << wrong << " ("
                   << (wrong >= 0 ? *console.lineAt(wrong) : std::string("no picture")) << ") is not on the screen; see "
@@ -169,7 +170,7 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
   EXPECT_TRUE(frame.action(ID_DISCONNECT)->isEnabled());
 
   // New: the survey, 50 individuals per group at most, groups of 3 at least.
-  test::onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  test::onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     choose(dialog->tableList()->list(), "survey");
     dialog->settings()->samplingBox()->setChecked(true);
     dialog->settings()->sampleSizeEdit()->setText(QStringLiteral("50"));
@@ -198,7 +199,7 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
   ASSERT_NE(document.matrix(), nullptr);
   expectConsoleOnScreen(frame, "open");
 
-  test::onNextModal<QueryDialog>([](QueryDialog* dialog) {
+  test::onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
     choose(dialog->variableList(), "town");
     choose(dialog->tableList()->list(), "towns");
     dialog->accept();
