@@ -36,23 +36,16 @@ bool kindOfSqlType(SQLSMALLINT sqlType, ColumnKind& kind) {
     case SQL_VARCHAR:
     case SQL_DATE:
     case SQL_TIME:
-    case SQL_TIMESTAMP:
-      kind = COLUMN_CHARACTER;
-      return true;
+    case SQL_TIMESTAMP: kind = COLUMN_CHARACTER; return true;
     case SQL_BIT:
     case SQL_INTEGER:
-    case SQL_SMALLINT:
-      kind = COLUMN_INTEGER;
-      return true;
+    case SQL_SMALLINT: kind = COLUMN_INTEGER; return true;
     case SQL_NUMERIC:
     case SQL_DECIMAL:
     case SQL_FLOAT:
     case SQL_REAL:
-    case SQL_DOUBLE:
-      kind = COLUMN_REAL;
-      return true;
-    default:
-      return false;
+    case SQL_DOUBLE: kind = COLUMN_REAL; return true;
+    default: return false;
   }
 }
 
@@ -153,16 +146,11 @@ std::string QueryStatement::errorText() {
   const StatementStatus status = status_;
   status_ = STATUS_OK;
   switch (status) {
-    case STATUS_OK:
-      return "";
-    case STATUS_NOT_SELECT:
-      return "Error: request must be a 'select'";
-    case STATUS_UNHANDLED_TYPE:
-      return "Error: unhandled column type";
-    case STATUS_NO_MEMORY:
-      return "Memory allocation failed";
-    case STATUS_ODBC_ERROR:
-      break;
+    case STATUS_OK: return "";
+    case STATUS_NOT_SELECT: return "Error: request must be a 'select'";
+    case STATUS_UNHANDLED_TYPE: return "Error: unhandled column type";
+    case STATUS_NO_MEMORY: return "Memory allocation failed";
+    case STATUS_ODBC_ERROR: break;
   }
   OdbcDiagnostic diagnostic;
   const bool read =

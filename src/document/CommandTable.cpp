@@ -94,32 +94,20 @@ const std::vector<CommandInfo> kCommands = {
 
 bool isEnabled(EnabledWhen rule, const DocumentState& s) {
   switch (rule) {
-    case E::Always:
-      return true;
-    case E::Data:
-      return s.hasData;
-    case E::HordesExist:
-      return s.hasData && s.hordeCount > 0;
-    case E::ConnectionOpen:
-      return s.connectionOpen;
-    case E::MoreVariablesThanCells:
-      return s.hasData && s.variableCount > s.cellCount;
-    case E::QualitativeVariable:
-      return s.hasData && s.qualitativeCount > 0;
-    case E::TaxonomyExists:
-      return s.hasData && s.taxonomyCount > 0;
-    case E::PossibleMother:
-      return s.hasData && s.possibleMothers > 0 && s.individualCount > 0;
-    case E::IndividualExists:
-      return s.hasData && s.individualCount > 0;
+    case E::Always: return true;
+    case E::Data: return s.hasData;
+    case E::HordesExist: return s.hasData && s.hordeCount > 0;
+    case E::ConnectionOpen: return s.connectionOpen;
+    case E::MoreVariablesThanCells: return s.hasData && s.variableCount > s.cellCount;
+    case E::QualitativeVariable: return s.hasData && s.qualitativeCount > 0;
+    case E::TaxonomyExists: return s.hasData && s.taxonomyCount > 0;
+    case E::PossibleMother: return s.hasData && s.possibleMothers > 0 && s.individualCount > 0;
+    case E::IndividualExists: return s.hasData && s.individualCount > 0;
     case E::Divisible:
       return s.hasData && s.individualCount > 0 && (s.qualitativeCount == 0 || s.quantitativeCount == 0);
-    case E::ReducedAssertionExists:
-      return s.hasData && s.reducedAssertionCount > 0;
-    case E::ReducedHordeExists:
-      return s.hasData && s.reducedHordeCount > 0;
-    case E::DependenceExists:
-      return s.hasData && s.dependenceCount > 0;
+    case E::ReducedAssertionExists: return s.hasData && s.reducedAssertionCount > 0;
+    case E::ReducedHordeExists: return s.hasData && s.reducedHordeCount > 0;
+    case E::DependenceExists: return s.hasData && s.dependenceCount > 0;
   }
   return false;
 }
@@ -140,10 +128,8 @@ bool needsIndividuals(int32_t id) {
     case E::IndividualExists:
     case E::Divisible:
     case E::HordesExist:
-    case E::ReducedHordeExists:
-      return true;
-    default:
-      return false;
+    case E::ReducedHordeExists: return true;
+    default: return false;
   }
 }
 

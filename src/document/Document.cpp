@@ -71,72 +71,38 @@ bool Document::execute(int32_t id) {
 
 bool Document::executeEnabled(int32_t id) {
   switch (id) {
-    case ID_FILE_NEW:
-      return newFromDatabase();
-    case ID_FILE_OPEN:
-      return open();
-    case ID_FILE_SAVE:
-      return save();
-    case ID_FILE_SAVE_AS:
-      return saveAs();
-    case ID_NEW_BY_JOIN:
-      return newByJoin();
-    case ID_EXPORT:
-      return exportMatrix();
-    case ID_EXPORT_HORDES:
-      return exportHordesAndView();
-    case ID_EXPORT_AND_VIEW:
-      return exportAndView();
-    case ID_DISCONNECT:
-      return disconnect();
-    case ID_APP_EXIT:
-      return closeData();
-    case ID_ADD_SINGLE_VALUED_VARIABLES:
-      return addSingleValuedVariables();
-    case ID_ADD_SET_VALUED_VARIABLE:
-      return addSetValuedVariable();
-    case ID_REMOVE_VARIABLES:
-      return removeVariables();
-    case ID_CREATE_TAXONOMY:
-      return createTaxonomy();
-    case ID_REMOVE_TAXONOMIES:
-      return removeTaxonomies();
-    case ID_ADD_DEPENDENCE:
-      return addDependence();
-    case ID_REDUCE_ASSERTIONS:
-      return reduceAssertions();
-    case ID_DIVIDE_ASSERTIONS:
-      return divideAssertions();
-    case ID_REDUCE_HORDES:
-      return reduceHordes();
-    case ID_VARIABLE_PROPERTIES:
-      return editVariableProperties();
-    case ID_VIEW_INDIVIDUALS:
-      return viewTable(Table::Individuals);
-    case ID_VIEW_ASSERTIONS:
-      return viewTable(Table::Assertions);
-    case ID_VIEW_HORDES:
-      return viewTable(Table::Hordes);
-    case ID_VIEW_REDUCED_ASSERTIONS:
-      return viewTable(Table::ReducedAssertions);
-    case ID_VIEW_REDUCED_HORDES:
-      return viewTable(Table::ReducedHordes);
-    case ID_VIEW_TAXONOMIES:
-      return viewTaxonomies();
-    case ID_VIEW_DEPENDENCES:
-      return viewDependences();
-    case ID_VIEW_VOLUME_MATRIX:
-      return viewVolumeMatrix();
-    case ID_CLEAR_CONSOLE:
-      clearConsole();
-      return true;
-    case ID_SAVE_CONSOLE:
-      return saveConsole();
-    case ID_REFRESH_DISPLAYS:
-      refreshDisplays();
-      return true;
-    default:
-      return false;
+    case ID_FILE_NEW: return newFromDatabase();
+    case ID_FILE_OPEN: return open();
+    case ID_FILE_SAVE: return save();
+    case ID_FILE_SAVE_AS: return saveAs();
+    case ID_NEW_BY_JOIN: return newByJoin();
+    case ID_EXPORT: return exportMatrix();
+    case ID_EXPORT_HORDES: return exportHordesAndView();
+    case ID_EXPORT_AND_VIEW: return exportAndView();
+    case ID_DISCONNECT: return disconnect();
+    case ID_APP_EXIT: return closeData();
+    case ID_ADD_SINGLE_VALUED_VARIABLES: return addSingleValuedVariables();
+    case ID_ADD_SET_VALUED_VARIABLE: return addSetValuedVariable();
+    case ID_REMOVE_VARIABLES: return removeVariables();
+    case ID_CREATE_TAXONOMY: return createTaxonomy();
+    case ID_REMOVE_TAXONOMIES: return removeTaxonomies();
+    case ID_ADD_DEPENDENCE: return addDependence();
+    case ID_REDUCE_ASSERTIONS: return reduceAssertions();
+    case ID_DIVIDE_ASSERTIONS: return divideAssertions();
+    case ID_REDUCE_HORDES: return reduceHordes();
+    case ID_VARIABLE_PROPERTIES: return editVariableProperties();
+    case ID_VIEW_INDIVIDUALS: return viewTable(Table::Individuals);
+    case ID_VIEW_ASSERTIONS: return viewTable(Table::Assertions);
+    case ID_VIEW_HORDES: return viewTable(Table::Hordes);
+    case ID_VIEW_REDUCED_ASSERTIONS: return viewTable(Table::ReducedAssertions);
+    case ID_VIEW_REDUCED_HORDES: return viewTable(Table::ReducedHordes);
+    case ID_VIEW_TAXONOMIES: return viewTaxonomies();
+    case ID_VIEW_DEPENDENCES: return viewDependences();
+    case ID_VIEW_VOLUME_MATRIX: return viewVolumeMatrix();
+    case ID_CLEAR_CONSOLE: clearConsole(); return true;
+    case ID_SAVE_CONSOLE: return saveConsole();
+    case ID_REFRESH_DISPLAYS: refreshDisplays(); return true;
+    default: return false;
   }
 }
 

@@ -16,35 +16,22 @@ namespace {
 
 ViewFiles::Kind fileKindOf(Document::Table table) {
   switch (table) {
-    case Document::Table::Individuals:
-      return ViewFiles::Individuals;
+    case Document::Table::Individuals: return ViewFiles::Individuals;
     case Document::Table::Assertions:
-    case Document::Table::Hordes:
-      return ViewFiles::Groups;
+    case Document::Table::Hordes: return ViewFiles::Groups;
     case Document::Table::ReducedAssertions:
-    case Document::Table::ReducedHordes:
-      return ViewFiles::Reduced;
+    case Document::Table::ReducedHordes: return ViewFiles::Reduced;
   }
   return ViewFiles::Individuals;
 }
 
 void writeTable(const SymbolicMatrix& matrix, Document::Table table, std::ostream& out) {
   switch (table) {
-    case Document::Table::Individuals:
-      writeIndividualsTable(matrix, out);
-      return;
-    case Document::Table::Assertions:
-      writeAssertionsTable(matrix, out);
-      return;
-    case Document::Table::Hordes:
-      writeHordesTable(matrix, false, out);
-      return;
-    case Document::Table::ReducedAssertions:
-      writeReducedAssertionsTable(matrix, out);
-      return;
-    case Document::Table::ReducedHordes:
-      writeHordesTable(matrix, true, out);
-      return;
+    case Document::Table::Individuals: writeIndividualsTable(matrix, out); return;
+    case Document::Table::Assertions: writeAssertionsTable(matrix, out); return;
+    case Document::Table::Hordes: writeHordesTable(matrix, false, out); return;
+    case Document::Table::ReducedAssertions: writeReducedAssertionsTable(matrix, out); return;
+    case Document::Table::ReducedHordes: writeHordesTable(matrix, true, out); return;
   }
 }
 

@@ -59,14 +59,10 @@ std::optional<double> CategoricalValue::modeWeight(double w, double sum) const {
   const CategoricalVariable& var = categoricalVariable();
   if (!var.multiple) return std::nullopt;
   switch (var.mode) {
-    case MODE_CARDINALITY:
-      return w;
-    case MODE_PROBABILIST:
-      return probability(w);
-    case MODE_KT_ESTIMATE:
-      return (w + 0.5) / (sum + 0.5 * static_cast<double>(var.modalityCount()));
-    default:
-      return std::nullopt;
+    case MODE_CARDINALITY: return w;
+    case MODE_PROBABILIST: return probability(w);
+    case MODE_KT_ESTIMATE: return (w + 0.5) / (sum + 0.5 * static_cast<double>(var.modalityCount()));
+    default: return std::nullopt;
   }
 }
 

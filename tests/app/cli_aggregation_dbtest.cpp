@@ -17,32 +17,17 @@ const char* kQuery = "select id, town, job, income, w from people order by job, 
 TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
   SqliteDatabase database(chainDatabaseSql());
   TempDir dir;
-  CliResult result = runCli({"connect",
-                             database.connectionString(),
-                             "then",
-                             "new",
-                             "--query",
-                             kQuery,
-                             "--weight",
-                             "--min",
-                             "2",
-                             "--in-database",
-                             "then",
-                             "taxonomy",
-                             "job",
-                             "--table",
-                             "jobs",
-                             "then",
-                             "add-variables",
-                             "--table",
-                             "facts",
-                             "then",
-                             "export",
-                             "aggregated.kvf",
-                             "then",
-                             "save",
-                             "aggregated.gaj"},
-                            dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--min", "2", "--in-database",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "add-variables", "--table", "facts",
+       "then", "export", "aggregated.kvf",
+       "then", "save", "aggregated.gaj"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   for (const char* line :
        {"3 assertions build from 6 individuals aggregated in the database", "::Individuals per group threshold: 2",
@@ -50,18 +35,16 @@ TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
         "1 unique variables added:"})
     EXPECT_TRUE(hasLine(linesOf(result.out), line)) << line;
 
-  result = runCli({"connect",   database.connectionString(),
-                   "then",      "new",
-                   "--query",   kQuery,
-                   "--weight",  "--min",
-                   "2",         "then",
-                   "taxonomy",  "job",
-                   "--table",   "jobs",
-                   "then",      "add-variables",
-                   "--table",   "facts",
-                   "then",      "export",
-                   "client.kvf"},
-                  dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--min", "2",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "add-variables", "--table", "facts",
+       "then", "export", "client.kvf"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   const std::string exported = readFile(dir.file("aggregated.kvf"));
   EXPECT_EQ(exported.rfind("KORVA = (", 0), 0u);
@@ -78,16 +61,25 @@ TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
 TEST(CliAggregationSqlite, CommandsThatNeedIndividualsAreRefused) {
   SqliteDatabase database(chainDatabaseSql());
   TempDir dir;
-  CliResult result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight",
-                             "--in-database", "--sample", "100"},
-                            dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--in-database", "--sample", "100"},
+      dir.path());
+  // clang-format on
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err)[0],
             "Sampling needs the individuals: it cannot be used when the database aggregates them");
 
-  result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight",
-                   "--in-database", "then", "save", "aggregated.gaj"},
-                  dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--in-database",
+       "then", "save", "aggregated.gaj"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::pair<std::vector<std::string>, std::string>> refused = {
       {{"reduce"}, "Reducing assertions"},

@@ -28,21 +28,11 @@ using symlib::SymVariableKind;
 std::string shown(const SymValue& value) {
   std::ostringstream out;
   switch (value.kind) {
-    case SymValue::Kind::NA:
-      out << "NA";
-      break;
-    case SymValue::Kind::NU:
-      out << "NU";
-      break;
-    case SymValue::Kind::Real:
-      out << value.low;
-      break;
-    case SymValue::Kind::Interval:
-      out << value.low << ':' << value.high;
-      break;
-    case SymValue::Kind::Category:
-      out << '#' << value.category;
-      break;
+    case SymValue::Kind::NA: out << "NA"; break;
+    case SymValue::Kind::NU: out << "NU"; break;
+    case SymValue::Kind::Real: out << value.low; break;
+    case SymValue::Kind::Interval: out << value.low << ':' << value.high; break;
+    case SymValue::Kind::Category: out << '#' << value.category; break;
     case SymValue::Kind::CategorySet:
     case SymValue::Kind::WeightedSet:
       out << '{';

@@ -19,12 +19,9 @@ std::string metadataNameFor(const std::string& destination) { return symlib::Met
 
 ExportTexts exportTexts(ExportFormat format, const std::string& destination) {
   switch (format) {
-    case ExportFormat::RsdaTable:
-      return {"- Creating RSDA table -", "saving RSDA table"};
-    case ExportFormat::TidyTable:
-      return {"- Creating tidy table -", "saving tidy table"};
-    case ExportFormat::Symbolic:
-      break;
+    case ExportFormat::RsdaTable: return {"- Creating RSDA table -", "saving RSDA table"};
+    case ExportFormat::TidyTable: return {"- Creating tidy table -", "saving tidy table"};
+    case ExportFormat::Symbolic: break;
   }
   if (isTextDestination(destination)) return {"- Creating Korva file -", "saving KVF file"};
   return {"- Creating XML file -", "saving XML file"};

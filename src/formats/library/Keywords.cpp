@@ -227,12 +227,9 @@ const WordToken* FindKeyword(std::string_view word) { return lookUp(keywords(), 
 
 const ElementTokens* FindElement(DocumentMode mode, std::string_view name) {
   switch (mode) {
-    case DocumentMode::UlmeXml:
-      return lookUp(ulmeElements(), name);
-    case DocumentMode::MetaXml:
-      return lookUp(metaElements(), name);
-    case DocumentMode::Text:
-      break;
+    case DocumentMode::UlmeXml: return lookUp(ulmeElements(), name);
+    case DocumentMode::MetaXml: return lookUp(metaElements(), name);
+    case DocumentMode::Text: break;
   }
   return nullptr;
 }

@@ -19,14 +19,11 @@ SymBlock prerequisiteOf(SymBlock block) {
   switch (block) {
     case SymBlock::Individuals:
     case SymBlock::DistMatrix:
-    case SymBlock::MatchMatrix:
-      return SymBlock::Header;
+    case SymBlock::MatchMatrix: return SymBlock::Header;
     case SymBlock::Hierarchie:
     case SymBlock::Rules:
-    case SymBlock::RectangleMatrix:
-      return SymBlock::Variables;
-    default:
-      return block;
+    case SymBlock::RectangleMatrix: return SymBlock::Variables;
+    default: return block;
   }
 }
 
@@ -145,15 +142,9 @@ void SymbolicBuilder::assignKey(std::string_view key, const KeyInput& given) {
   slot = KeyValue{};
   slot.set = true;
   switch (type) {
-    case KeyType::Text:
-      slot.text = value.text;
-      break;
-    case KeyType::Integer:
-      slot.integer = value.integer;
-      break;
-    case KeyType::Real:
-      slot.real = value.real;
-      break;
+    case KeyType::Text: slot.text = value.text; break;
+    case KeyType::Integer: slot.integer = value.integer; break;
+    case KeyType::Real: slot.real = value.real; break;
   }
 }
 
@@ -328,8 +319,7 @@ void SymbolicBuilder::checkValueKind(const SymVariable& variable, SymValue& valu
   const std::string_view kind = SymVariableKindWord(variable.kind);
   switch (value.kind) {
     case Kind::NA:
-    case Kind::NU:
-      return;
+    case Kind::NU: return;
     case Kind::Category:
       if (variable.kind == SymVariableKind::Continue) {
         value.kind = Kind::Real;

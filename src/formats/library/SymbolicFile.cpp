@@ -12,16 +12,11 @@ const char* SymBlockName(SymBlock block) {
 
 const char* SymVariableKindWord(SymVariableKind kind) {
   switch (kind) {
-    case SymVariableKind::Continue:
-      return "continue";
-    case SymVariableKind::InterContinue:
-      return "inter_continue";
-    case SymVariableKind::Nominal:
-      return "nominal";
-    case SymVariableKind::MultNominal:
-      return "mult_nominal";
-    case SymVariableKind::MultNominalModif:
-      return "mult_nominal_Modif";
+    case SymVariableKind::Continue: return "continue";
+    case SymVariableKind::InterContinue: return "inter_continue";
+    case SymVariableKind::Nominal: return "nominal";
+    case SymVariableKind::MultNominal: return "mult_nominal";
+    case SymVariableKind::MultNominalModif: return "mult_nominal_Modif";
   }
   return "";
 }

@@ -50,26 +50,16 @@ class TextWriter {
 
   void writeBlock(SymBlock block) {
     switch (block) {
-      case SymBlock::Files:
-        return writeAssignments(model_.file);
-      case SymBlock::Header:
-        return writeAssignments(model_.header);
-      case SymBlock::Individuals:
-        return writeIndividuals();
-      case SymBlock::Variables:
-        return writeVariables();
-      case SymBlock::Hierarchie:
-        return writeHierarchies();
-      case SymBlock::Rules:
-        return writeRules();
-      case SymBlock::RectangleMatrix:
-        return writeMatrix();
-      case SymBlock::DistMatrix:
-        return writeTriangle("DIST_MATRIX= (\n", model_.distances);
-      case SymBlock::MatchMatrix:
-        return writeTriangle("MATCH_MATRIX= (\n", model_.matches);
-      case SymBlock::VariablesSet:
-        return;
+      case SymBlock::Files: return writeAssignments(model_.file);
+      case SymBlock::Header: return writeAssignments(model_.header);
+      case SymBlock::Individuals: return writeIndividuals();
+      case SymBlock::Variables: return writeVariables();
+      case SymBlock::Hierarchie: return writeHierarchies();
+      case SymBlock::Rules: return writeRules();
+      case SymBlock::RectangleMatrix: return writeMatrix();
+      case SymBlock::DistMatrix: return writeTriangle("DIST_MATRIX= (\n", model_.distances);
+      case SymBlock::MatchMatrix: return writeTriangle("MATCH_MATRIX= (\n", model_.matches);
+      case SymBlock::VariablesSet: return;
     }
   }
 
@@ -82,15 +72,9 @@ class TextWriter {
       out_ << separator << block.keys()[k].name << " = ";
       separator = ",\n";
       switch (block.keys()[k].type) {
-        case KeyType::Text:
-          out_ << '"' << value.text << '"';
-          break;
-        case KeyType::Integer:
-          out_ << value.integer;
-          break;
-        case KeyType::Real:
-          out_ << value.real;
-          break;
+        case KeyType::Text: out_ << '"' << value.text << '"'; break;
+        case KeyType::Integer: out_ << value.integer; break;
+        case KeyType::Real: out_ << value.real; break;
       }
     }
     out_ << "\n";
@@ -169,24 +153,13 @@ class TextWriter {
   void writeValue(const SymValue& value) {
     using Kind = SymValue::Kind;
     switch (value.kind) {
-      case Kind::NA:
-        out_ << "NA";
-        return;
-      case Kind::NU:
-        out_ << "NU";
-        return;
-      case Kind::Real:
-        out_ << value.low;
-        return;
-      case Kind::Interval:
-        out_ << '(' << value.low << ':' << value.high << ')';
-        return;
-      case Kind::Category:
-        out_ << value.category;
-        return;
+      case Kind::NA: out_ << "NA"; return;
+      case Kind::NU: out_ << "NU"; return;
+      case Kind::Real: out_ << value.low; return;
+      case Kind::Interval: out_ << '(' << value.low << ':' << value.high << ')'; return;
+      case Kind::Category: out_ << value.category; return;
       case Kind::CategorySet:
-      case Kind::WeightedSet:
-        break;
+      case Kind::WeightedSet: break;
     }
     out_ << '(';
     for (size_t i = 0; i < value.items.size(); ++i) {

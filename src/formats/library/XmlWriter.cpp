@@ -86,15 +86,9 @@ class XmlWriter {
       if (++written % 4 == 0) out_ << "\n          ";
       out_ << ' ' << header.keys()[k].name << " = \"";
       switch (type) {
-        case KeyType::Text:
-          AppendXmlEscaped(out_.text(), value.text);
-          break;
-        case KeyType::Integer:
-          out_ << value.integer;
-          break;
-        case KeyType::Real:
-          out_ << value.real;
-          break;
+        case KeyType::Text: AppendXmlEscaped(out_.text(), value.text); break;
+        case KeyType::Integer: out_ << value.integer; break;
+        case KeyType::Real: out_ << value.real; break;
       }
       out_ << '"';
     }
@@ -119,16 +113,11 @@ class XmlWriter {
 
   static const char* elementOf(SymVariableKind kind) {
     switch (kind) {
-      case SymVariableKind::Continue:
-        return "continue";
-      case SymVariableKind::InterContinue:
-        return "inter-cont";
-      case SymVariableKind::Nominal:
-        return "nominal";
-      case SymVariableKind::MultNominal:
-        return "mult_nominal";
-      case SymVariableKind::MultNominalModif:
-        return "mult_nominal_Modif";
+      case SymVariableKind::Continue: return "continue";
+      case SymVariableKind::InterContinue: return "inter-cont";
+      case SymVariableKind::Nominal: return "nominal";
+      case SymVariableKind::MultNominal: return "mult_nominal";
+      case SymVariableKind::MultNominalModif: return "mult_nominal_Modif";
     }
     return "";
   }
@@ -198,15 +187,9 @@ class XmlWriter {
   bool writeValue(int depth, const SymValue& value, const SymVariable* variable) {
     using Kind = SymValue::Kind;
     switch (value.kind) {
-      case Kind::NA:
-        leafText(depth, "NA", "NA");
-        return true;
-      case Kind::NU:
-        leafText(depth, "NU", "NU");
-        return true;
-      case Kind::Real:
-        leafNumber(depth, "val_conti", value.low);
-        return true;
+      case Kind::NA: leafText(depth, "NA", "NA"); return true;
+      case Kind::NU: leafText(depth, "NU", "NU"); return true;
+      case Kind::Real: leafNumber(depth, "val_conti", value.low); return true;
       case Kind::Interval:
         open(depth, "val_interv");
         leafNumber(depth + 1, "pmin", value.low);

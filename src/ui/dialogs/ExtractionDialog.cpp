@@ -33,10 +33,8 @@ QString ExtractionDialog::titleOf(QueryPurpose purpose, bool written) {
   switch (purpose) {
     case QueryPurpose::NewData:
       return written ? QStringLiteral("SQL Query") : QStringLiteral("Extraction of individuals");
-    case QueryPurpose::AddVariables:
-      return written ? QStringLiteral("SQL Query") : QStringLiteral("Add individuals");
-    case QueryPurpose::Taxonomy:
-      break;
+    case QueryPurpose::AddVariables: return written ? QStringLiteral("SQL Query") : QStringLiteral("Add individuals");
+    case QueryPurpose::Taxonomy: break;
   }
   return written ? QStringLiteral("Taxonomy query") : QStringLiteral("Create a taxonomy");
 }
@@ -135,12 +133,10 @@ ExtractionDialog::Values ExtractionDialog::collect() const {
 
 std::optional<Refusal> ExtractionDialog::check(const Values& values) const {
   switch (purpose_) {
-    case QueryPurpose::NewData:
-      return checkNewValues(values.query);
+    case QueryPurpose::NewData: return checkNewValues(values.query);
     case QueryPurpose::AddVariables:
       return checkAddVariablesValues(AddVariablesValues{values.query.tableName, values.query.query});
-    case QueryPurpose::Taxonomy:
-      break;
+    case QueryPurpose::Taxonomy: break;
   }
   return checkTaxonomyValues(TaxonomyValues{values.variableIndex, values.query.tableName, values.query.query});
 }

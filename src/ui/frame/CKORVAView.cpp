@@ -56,12 +56,9 @@ Answer CKORVAView::ask(const std::string& question, QuestionButtons buttons, Mes
                                                    ? QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel
                                                    : QMessageBox::Yes | QMessageBox::No;
   switch (askQuestion(this, toQt(question), choices, icon)) {
-    case QMessageBox::Yes:
-      return Answer::Yes;
-    case QMessageBox::No:
-      return Answer::No;
-    default:
-      return buttons == QuestionButtons::YesNoCancel ? Answer::Cancel : Answer::No;
+    case QMessageBox::Yes: return Answer::Yes;
+    case QMessageBox::No: return Answer::No;
+    default: return buttons == QuestionButtons::YesNoCancel ? Answer::Cancel : Answer::No;
   }
 }
 

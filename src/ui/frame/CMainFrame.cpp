@@ -61,22 +61,14 @@ Qt::DockWidgetArea initialArea(int32_t showCommand) {
 // The menu that holds a command, by the table's menu names.
 const char* menuTitle(Menu menu) {
   switch (menu) {
-    case Menu::File:
-      return "&File";
-    case Menu::Modify:
-      return "&Modify";
-    case Menu::View:
-      return "&View";
-    case Menu::ToolBars:
-      return "&ToolBars";
-    case Menu::Window:
-      return "&Window";
-    case Menu::Console:
-      return "&Console";
-    case Menu::Help:
-      return "&?";
-    case Menu::None:
-      break;
+    case Menu::File: return "&File";
+    case Menu::Modify: return "&Modify";
+    case Menu::View: return "&View";
+    case Menu::ToolBars: return "&ToolBars";
+    case Menu::Window: return "&Window";
+    case Menu::Console: return "&Console";
+    case Menu::Help: return "&?";
+    case Menu::None: break;
   }
   return nullptr;
 }
@@ -205,15 +197,9 @@ void CMainFrame::connectView() {
 
 void CMainFrame::onDisplayCleared(Display display) {
   switch (display) {
-    case Display::Variables:
-      variables_->clear();
-      return;
-    case Display::Individuals:
-      individuals_->clear();
-      return;
-    case Display::Dependences:
-      dependences_->clear();
-      return;
+    case Display::Variables: variables_->clear(); return;
+    case Display::Individuals: individuals_->clear(); return;
+    case Display::Dependences: dependences_->clear(); return;
   }
 }
 
@@ -224,15 +210,9 @@ void CMainFrame::onDisplayRefreshed(Display display) {
     return;
   }
   switch (display) {
-    case Display::Variables:
-      variables_->fill(*matrix);
-      return;
-    case Display::Individuals:
-      individuals_->fill(*matrix);
-      return;
-    case Display::Dependences:
-      dependences_->fill(*matrix);
-      return;
+    case Display::Variables: variables_->fill(*matrix); return;
+    case Display::Individuals: individuals_->fill(*matrix); return;
+    case Display::Dependences: dependences_->fill(*matrix); return;
   }
 }
 
@@ -264,28 +244,17 @@ bool CMainFrame::runFrameCommand(int32_t commandId) {
     return true;
   }
   switch (commandId) {
-    case ID_REDOCK_TOOLBARS:
-      redockToolBars();
-      return true;
-    case ID_REDOCK_DISPLAYS:
-      redockPanels();
-      return true;
-    case ID_HELP_FINDER:
-      showHelp();
-      return true;
-    case ID_HOME_PAGE:
-      showHelp();
-      return true;
+    case ID_REDOCK_TOOLBARS: redockToolBars(); return true;
+    case ID_REDOCK_DISPLAYS: redockPanels(); return true;
+    case ID_HELP_FINDER: showHelp(); return true;
+    case ID_HOME_PAGE: showHelp(); return true;
     case ID_APP_ABOUT: {
       AboutDialog about(this);
       about.exec();
       return true;
     }
-    case ID_APP_EXIT:
-      close();
-      return true;
-    default:
-      return false;
+    case ID_APP_EXIT: close(); return true;
+    default: return false;
   }
 }
 
