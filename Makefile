@@ -8,6 +8,9 @@
 #   make bench    build and run the benchmarks
 #   make install  build and install under PREFIX (default /usr/local; DESTDIR stages it)
 #   make uninstall  remove what the last make install put in place
+#   make format   format every C and C++ source as .clang-format says
+#   make coverage line and branch coverage of src/ by the suite (build-coverage/)
+#   make clean    remove every build folder
 
 JOBS ?= $(shell nproc)
 # ccache, when installed, makes the builds of a fresh clone cheap.
@@ -20,7 +23,7 @@ SAMPLE_DB := $(BUILD)/sample.db
 PREFIX ?= /usr/local
 DESTDIR ?=
 
-.PHONY: all deps configure demo test gui screenshots bench sample install uninstall clean
+.PHONY: all deps configure demo test gui screenshots bench sample install uninstall format coverage clean
 
 all: configure
 	cmake --build $(BUILD) -j $(JOBS)
@@ -64,5 +67,11 @@ install: all
 uninstall:
 	DESTDIR="$(DESTDIR)" cmake -P $(BUILD)/velda_uninstall.cmake
 
+format: deps
+	scripts/format.sh
+
+coverage: deps
+	scripts/coverage.sh build-coverage
+
 clean:
-	rm -rf $(BUILD) $(TEST_BUILD) $(BENCH_BUILD)
+	rm -rf $(BUILD) $(TEST_BUILD) $(BENCH_BUILD) build-coverage

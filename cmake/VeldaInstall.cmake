@@ -3,7 +3,8 @@
 # make uninstall removes what the last install listed in its manifest.
 
 install(TARGETS velda-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR}
+        PATTERN "DEVELOPING.md" EXCLUDE)
 
 # The man pages name the installed manual.
 set(VELDA_MANUAL_INDEX ${CMAKE_INSTALL_FULL_DOCDIR}/index.html)

@@ -12,7 +12,7 @@ packages=(
   qt6-base-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libxml2-utils
-  clang libclang-rt-dev
+  clang libclang-rt-dev clang-format python3 lcov
   xdg-utils desktop-file-utils shared-mime-info man-db
   xvfb openbox x11-utils imagemagick fonts-dejavu-core
   r-base-core python3-pandas

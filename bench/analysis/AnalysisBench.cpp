@@ -42,7 +42,7 @@ std::unique_ptr<SymbolicMatrix> generate(const std::vector<std::pair<Kind, int>>
     else
       matrix->appendVariable(std::make_unique<velda::CategoricalVariable>(name, 1, 16));
   }
-  matrix->cellCount = variables.size();
+  if (!matrix->declareCellVariables(variables.size(), 0)) return nullptr;
   std::mt19937 random(12345);
   for (int g = 0; g < groups; ++g) {
     velda::Assertion& group = matrix->createAssertion(velda::format("g%d", g));

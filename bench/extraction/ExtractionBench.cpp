@@ -104,7 +104,7 @@ int dump(const velda::Connection& connection, const std::string& sql, int sample
   for (const velda::Individual& individual : matrix.individuals) {
     std::printf("%s %g", individual.id.c_str(), individual.weight);
     individual.forEachAssertion([](const velda::Assertion* a) { std::printf(" %d", a->number); });
-    for (size_t v = 0; v < matrix.cellCount; ++v) std::printf(" %s", velda::cellText(individual.cells[v]).c_str());
+    for (size_t v = 0; v < matrix.cellCount(); ++v) std::printf(" %s", velda::cellText(individual.cells[v]).c_str());
     std::printf("\n");
   }
   for (size_t v = 0; v < matrix.variableCount(); ++v) {

@@ -111,6 +111,9 @@ bool AtomicFile::commit() {
     setError("Can not write file %s", path_.c_str());
     return false;
   }
+  // Everything that allocates comes before the rename, so that once the
+  // file is in place nothing can fail.
+  const std::string folderPath = folderOf(target_);
   bool written = !stream_ || static_cast<bool>(stream_->flush());
   written = std::fflush(file_) == 0 && !std::ferror(file_) && written;
   const int descriptor = fileno(file_);
@@ -127,7 +130,7 @@ bool AtomicFile::commit() {
   }
   releaseAtExit(temporary_);
   temporary_.clear();
-  const int folder = ::open(folderOf(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int folder = ::open(folderPath.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder >= 0) {
     fsync(folder);
     close(folder);

@@ -56,6 +56,13 @@ class ChainedHashTable {
     other.tails_.clear();
     other.index_.clear();
   }
+  // Exchanges two tables' contents without allocating.
+  void swap(ChainedHashTable& other) noexcept {
+    buckets_.swap(other.buckets_);
+    tails_.swap(other.tails_);
+    index_.swap(other.index_);
+    std::swap(count_, other.count_);
+  }
   ChainedHashTable& operator=(ChainedHashTable&& other) noexcept {
     if (this != &other) {
       clear();

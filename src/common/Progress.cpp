@@ -31,6 +31,11 @@ void progressLine2(const char* format, ...) {
   current->setLine2(text);
 }
 
+void progressRow(int row) {
+  constexpr int kRowStep = 100;
+  if (row % kRowStep == 0) progressLine2("Row %d", row);
+}
+
 void progressEnableCancel(bool enabled) {
   if (current) current->enableCancel(enabled);
 }

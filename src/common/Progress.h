@@ -26,6 +26,9 @@ ProgressTarget* progressTarget();
 
 void progressLine1(const char* format, ...) __attribute__((format(printf, 1, 2)));
 void progressLine2(const char* format, ...) __attribute__((format(printf, 1, 2)));
+// "Row %d" on the second line for every hundredth row: how the commands
+// that read rows or walk individuals show where they are.
+void progressRow(int row);
 void progressEnableCancel(bool enabled);
 bool cancelRequested();
 

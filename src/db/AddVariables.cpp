@@ -21,7 +21,6 @@ namespace velda {
 namespace {
 
 constexpr size_t kModalityBuckets = 19;
-constexpr int kProgressStep = 100;
 constexpr int kCancelled = -1;
 
 enum class Form { Unique, Multiple };
@@ -77,17 +76,13 @@ void createUniqueVariables(const QueryStatement& statement, const SymbolicMatrix
 }
 
 // The reading loops poll for Cancel before every row and show the row
-// count every kProgressStep rows.
-void showRow(int line) {
-  if (line % kProgressStep == 0) progressLine2("Row %d", line);
-}
-
+// count every hundred rows.
 [[nodiscard]] int readUniqueRows(QueryStatement& statement, PendingVariables& pending) {
   int line = 0;
   for (;;) {
     if (cancelRequested()) return kCancelled;
     if (!statement.fetch()) break;
-    showRow(++line);
+    progressRow(++line);
     const char* assertionId = textOrNull(statement, 0);
     const size_t position = assertionId ? pending.positionOf(assertionId) : PendingVariables::kNotFound;
     if (position == PendingVariables::kNotFound) continue;
@@ -120,7 +115,7 @@ void showRow(int line) {
   for (;;) {
     if (cancelRequested()) return kCancelled;
     if (!statement.fetch()) break;
-    showRow(++line);
+    progressRow(++line);
     if (statement.isNull(1)) {
       setError("Error at line %d: modality value is null", line);
       return 0;
@@ -190,8 +185,6 @@ void reportAdded(const SymbolicMatrix& matrix, const PendingVariables& pending, 
   }
   const size_t firstAdded = matrix.variableCount();
   if (!pending.commit()) return 0;
-  // The new values in the order that a saved and reopened project has.
-  for (size_t v = firstAdded; v < matrix.variableCount(); ++v) matrix.compactValues(v);
   try {
     reportAdded(matrix, pending, firstAdded, form, console);
   } catch (const std::bad_alloc&) {

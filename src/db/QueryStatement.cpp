@@ -79,7 +79,7 @@ bool QueryStatement::execute(const Connection& connection, const std::string& sq
     return bindColumns();
   } catch (const std::bad_alloc&) {
     columns_.clear();
-    return fail(STATUS_ODBC_ERROR);
+    return fail(STATUS_NO_MEMORY);
   }
 }
 
@@ -149,6 +149,7 @@ std::string QueryStatement::errorText() {
     case STATUS_OK: return "";
     case STATUS_NOT_SELECT: return "Error: request must be a 'select'";
     case STATUS_UNHANDLED_TYPE: return "Error: unhandled column type";
+    case STATUS_NO_MEMORY: return "Memory allocation failed";
     case STATUS_ODBC_ERROR: break;
   }
   OdbcDiagnostic diagnostic;

@@ -21,6 +21,7 @@ enum StatementStatus : int32_t {
   STATUS_ODBC_ERROR = 1,
   STATUS_NOT_SELECT = 2,
   STATUS_UNHANDLED_TYPE = 3,
+  STATUS_NO_MEMORY = 4,  // the result's columns could not be allocated
 };
 
 // One column of a result: its name, kind and the current row's text.

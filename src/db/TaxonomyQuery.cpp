@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "common/LastError.h"
+#include "common/Progress.h"
 #include "db/QueryStatement.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -25,9 +26,17 @@ namespace {
   return true;
 }
 
-[[nodiscard]] bool readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
+constexpr int kCancelled = -1;
+
+// Polls for Cancel before every row. Returns 1 after the last row, 0 on a
+// failure, kCancelled when the user cancelled.
+[[nodiscard]] int readRows(TaxonomyBuilder& builder, QueryStatement& statement) {
   std::vector<std::optional<std::string_view>> row(static_cast<size_t>(statement.columnCount()));
-  while (statement.fetch()) {
+  int line = 0;
+  for (;;) {
+    if (cancelRequested()) return kCancelled;
+    if (!statement.fetch()) break;
+    progressRow(++line);
     for (int column = 0; column < statement.columnCount(); ++column) {
       auto& name = row[static_cast<size_t>(column)];
       if (statement.isNull(column))
@@ -35,11 +44,11 @@ namespace {
       else
         name = statement.text(column);
     }
-    if (!builder.addRow(row)) return false;
+    if (!builder.addRow(row)) return 0;
   }
-  if (statement.status() == STATUS_OK) return true;
+  if (statement.status() == STATUS_OK) return 1;
   setError("%s", statement.errorText().c_str());
-  return false;
+  return 0;
 }
 
 }  // namespace
@@ -47,12 +56,16 @@ namespace {
 int buildTaxonomy(CategoricalVariable& variable, QueryStatement& statement) {
   TaxonomyBuilder builder(variable);
   if (!checkCharacterColumns(statement)) return 0;
+  int read;
+  progressEnableCancel(true);
   try {
-    if (!readRows(builder, statement)) return 0;
+    read = readRows(builder, statement);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return 0;
+    read = 0;
   }
+  progressEnableCancel(false);
+  if (read != 1) return read;
   return builder.finish();
 }
 
@@ -67,7 +80,8 @@ int applyTaxonomy(SymbolicMatrix& matrix, QueryStatement& statement, int32_t var
     return 0;
   }
   const int covering = buildTaxonomy(static_cast<CategoricalVariable&>(variable), statement);
-  settleTaxonomy(matrix, static_cast<size_t>(variableIndex));
+  // A failed or cancelled query left the variable as it was.
+  if (covering > 0) settleTaxonomy(matrix, static_cast<size_t>(variableIndex));
   return covering;
 }
 

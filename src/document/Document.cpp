@@ -40,10 +40,10 @@ DocumentState Document::state() const {
   const SymbolicMatrix& m = *matrix_;
   s.hasData = true;
   s.variableCount = static_cast<int32_t>(m.variableCount());
-  s.cellCount = static_cast<int32_t>(m.cellCount);
+  s.cellCount = static_cast<int32_t>(m.cellCount());
   s.qualitativeCount = static_cast<int32_t>(m.categoricalCount());
   s.quantitativeCount = static_cast<int32_t>(m.quantitativeCount());
-  s.taxonomyCount = m.taxonomyCount;
+  s.taxonomyCount = m.taxonomyCount();
   s.possibleMothers = static_cast<int32_t>(m.motherCandidateCount());
   s.dependenceCount = static_cast<int32_t>(m.rules.size());
   s.individualCount = static_cast<int32_t>(m.individualCount());
@@ -149,14 +149,6 @@ void Document::refreshDisplays() {
   if (!matrix_->rules.empty()) ui_.refreshDisplay(Display::Dependences);
 }
 
-void Document::updateAssertions() {
-  if (!assertionsOutOfDate_ || !matrix_) return;
-  BusyScope busy(ui_, "Updating assertions...");
-  for (Assertion& assertion : matrix_->assertions)
-    if (!matrix_->recomputeAssertion(assertion)) return;  // still out of date: the next command tries again
-  assertionsOutOfDate_ = false;
-}
-
 void Document::updateTitle() { ui_.setTitle(title()); }
 
 void Document::finishCommand() { ui_.documentChanged(); }
@@ -166,11 +158,12 @@ void Document::resetMetadata() {
   metadataLoaded_ = false;
 }
 
-void Document::installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record) {
+void Document::installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record, bool modified) {
   matrix_ = std::move(matrix);
-  assertionsOutOfDate_ = false;
   fileRecord_ = record;
-  refreshDisplays();
+  modified_ = modified;
+  // Without the assertions in number order the tables cannot be shown.
+  if (matrix_->indexAssertions()) refreshDisplays();
   updateTitle();
 }
 

@@ -45,7 +45,6 @@ class Document {
   bool isModified() const { return modified_; }
   bool metadataLoaded() const { return metadataLoaded_; }
   const std::string& metadataFileName() const { return metadataFileName_; }
-  bool assertionsOutOfDate() const { return assertionsOutOfDate_; }
   const DocumentMetadata& metadata() const { return *metadata_; }
 
   // What the enabled-when tests read, and the test itself.
@@ -107,10 +106,6 @@ class Document {
   [[nodiscard]] bool saveConsole();
   void refreshDisplays();
 
-  // Rebuilds the assertions when variables or individuals changed without
-  // them (done first by the commands that need them).
-  void updateAssertions();
-
  private:
   [[nodiscard]] bool executeEnabled(int32_t commandId);
   [[nodiscard]] bool save(bool askForName);
@@ -119,6 +114,9 @@ class Document {
   // individual count) or New by join (assertions only).
   void printSummary(bool withIndividuals);
   [[nodiscard]] bool addVariables(bool setValued);
+  // Previews or applies a dependence inside the progress dialog; the
+  // step's result, -1 when it was cancelled.
+  [[nodiscard]] int withRuleProgress(const std::function<int()>& step);
   // Runs an operation inside the progress dialog and reports a cancel or a
   // failure with the given texts.
   [[nodiscard]] bool runLongOperation(const char* title, const char* canceledText, const char* failedText,
@@ -133,7 +131,10 @@ class Document {
   [[nodiscard]] bool refused(const std::optional<Refusal>& refusal);
   // Shows the last-error text with the warning icon; returns false.
   [[nodiscard]] bool showFailure();
-  void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record);
+  // Makes a new matrix the document's, with the file it came from (none for
+  // an extraction or a join) and whether it still has to be saved, and
+  // shows it.
+  void installMatrix(std::unique_ptr<SymbolicMatrix> matrix, const FileRecord& record, bool modified);
   void resetMetadata();
   void setModified() { modified_ = true; }
   void updateTitle();
@@ -146,7 +147,6 @@ class Document {
   std::unique_ptr<Connection> connection_;
   ConsoleLog console_;
   std::unique_ptr<SymbolicMatrix> matrix_;
-  bool assertionsOutOfDate_ = false;
   std::unique_ptr<ViewFiles> viewFiles_;
   bool modified_ = false;
   bool metadataLoaded_ = false;

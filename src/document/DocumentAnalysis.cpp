@@ -35,7 +35,6 @@ bool Document::reduceAssertions() {
   ReductionValues values;
   values.threshold = matrix_->reductionThreshold > 0 ? matrix_->reductionThreshold : kDefaultReductionThreshold;
   if (!ui_.askReduction(values) || refused(checkReductionValues(values))) return false;
-  updateAssertions();
   return runLongOperation("Reducing assertions", "Reduction canceled", "Reduction failed",
                           [&] { return Reduce(*matrix_, values.threshold, console_); });
 }
@@ -45,7 +44,6 @@ bool Document::divideAssertions() {
   DivisionValues values;
   values.classes = matrix_->divisionClassCount > 0 ? matrix_->divisionClassCount : kDefaultDivisionClasses;
   if (!ui_.askDivision(values) || refused(checkDivisionValues(values))) return false;
-  updateAssertions();
   return runLongOperation("Dividing assertions", "Division canceled", "Division failed",
                           [&] { return Divide(*matrix_, values.classes); });
 }
@@ -55,7 +53,6 @@ bool Document::reduceHordes() {
   ReductionValues values;
   values.threshold = matrix_->reductionThreshold > 0 ? matrix_->reductionThreshold : kDefaultReductionThreshold;
   if (!ui_.askReduction(values) || refused(checkReductionValues(values))) return false;
-  updateAssertions();
   return runLongOperation("Reducing Hordes", "Reduction canceled", "Reduction failed",
                           [&] { return ReduceHordes(*matrix_, values.threshold, console_); });
 }

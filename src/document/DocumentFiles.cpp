@@ -1,5 +1,6 @@
 // The document's file commands: close, save, save as, open.
 #include <cstdio>
+#include <new>
 
 #include "common/LastError.h"
 #include "common/SafeFiles.h"
@@ -46,7 +47,6 @@ bool Document::closeData() {
     if (answer == Answer::Yes && !save(false)) return false;
   }
   matrix_.reset();
-  assertionsOutOfDate_ = false;
   ui_.clearDisplay(Display::Variables);
   ui_.clearDisplay(Display::Individuals);
   ui_.clearDisplay(Display::Dependences);
@@ -71,6 +71,7 @@ bool Document::save(bool askForName) {
     if (!ui_.chooseFile(projectFileRequest(FileRequest::Mode::Save), choice)) return false;
     record = FileRecord::fromPath(choice.path);
   }
+  std::string metadataFileName = record.path + ".xml";
   ProjectSave saved;
   {
     BusyScope busy(ui_, "Saving file...");
@@ -85,10 +86,16 @@ bool Document::save(bool askForName) {
     return false;
   }
   modified_ = false;
-  fileRecord_ = record;
-  updateTitle();
-  metadataFileName_ = record.path + ".xml";
-  if (!metadata_->write(metadataFileName_, *matrix_)) ui_.showMessage(lastError(), MessageIcon::Warning);
+  fileRecord_ = std::move(record);
+  metadataFileName_ = std::move(metadataFileName);
+  // The project is saved: from here on, running out of memory costs only
+  // the title or the metadata file, and says so.
+  try {
+    updateTitle();
+    if (!metadata_->write(metadataFileName_, *matrix_)) ui_.showMessage(lastError(), MessageIcon::Warning);
+  } catch (const std::bad_alloc&) {
+    ui_.showMessage("Memory allocation failed", MessageIcon::Warning);
+  }
   finishCommand();
   return true;
 }
@@ -120,12 +127,8 @@ bool Document::openFile(const std::string& path, bool ignoreMetadata) {
     finishCommand();
     return false;
   }
-  matrix_ = std::move(loaded);
-  assertionsOutOfDate_ = false;
-  if (matrix_->indexAssertions()) refreshDisplays();
+  installMatrix(std::move(loaded), FileRecord::fromPath(path), false);
   printSummary(true);
-  fileRecord_ = FileRecord::fromPath(path);
-  updateTitle();
   finishCommand();
   return true;
 }

@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "common/LastError.h"
+#include "common/Progress.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
@@ -97,16 +98,25 @@ bool Document::createTaxonomy() {
     return false;
   }
   if (!needConnection()) return false;
-  int covering;
-  {
-    BusyScope busy(ui_, "Taxonomizing variable...");
-    QueryStatement statement;
-    if (!statement.execute(*connection_, queryOf(values.tableName, values.query))) {
-      setError("%s", statement.errorText().c_str());
-      return showFailure();
-    }
-    covering = applyTaxonomy(*matrix_, statement, values.variableIndex);
-  }
+  // The rows are read inside the progress dialog; Cancel, like a failure,
+  // leaves the variable's previous taxonomy in place, without a message.
+  const std::string sql = queryOf(values.tableName, values.query);
+  int covering = 0;
+  bool cancelled = false;
+  ui_.runWithProgress(
+      "Taxonomizing variable",
+      [&] {
+        progressLine1("Taxonomizing variable...");
+        QueryStatement statement;
+        if (!statement.execute(*connection_, sql)) {
+          setError("%s", statement.errorText().c_str());
+          return false;
+        }
+        covering = applyTaxonomy(*matrix_, statement, values.variableIndex);
+        return covering > 0;
+      },
+      cancelled);
+  if (covering < 0) return false;
   if (!covering) return showFailure();
   printTaxonomyCoverage(console_, matrix_->variable(index), covering);
   setModified();
@@ -127,6 +137,22 @@ bool Document::removeTaxonomies() {
   return true;
 }
 
+// Previewing and applying a rule walk every individual inside the progress
+// dialog; Cancel leaves the matrix as it was, without a message.
+int Document::withRuleProgress(const std::function<int()>& step) {
+  int result = 0;
+  bool cancelled = false;
+  ui_.runWithProgress(
+      "Applying rule",
+      [&] {
+        progressLine1("Applying rule...");
+        result = step();
+        return result > 0;
+      },
+      cancelled);
+  return result;
+}
+
 bool Document::addDependence() {
   if (!matrix_) return false;
   DependenceValues values;
@@ -137,7 +163,9 @@ bool Document::addDependence() {
     if (!ui_.askDependence(values)) return false;
     if (!makeRuleGroup(*matrix_, values.motherIndex, values.applicableModalities, values.daughterIndexes, group))
       return showFailure();
-    if (previewRule(*matrix_, console_, group)) break;
+    const int unchanged = withRuleProgress([&] { return previewRule(*matrix_, console_, group); });
+    if (unchanged < 0) return false;
+    if (unchanged) break;
     const Answer answer =
         ui_.ask("Some values will be replaced by NA and this can not be undone.\nDo you wish to continue ?",
                 QuestionButtons::YesNo, MessageIcon::Question);
@@ -149,11 +177,8 @@ bool Document::addDependence() {
     describeRule(*matrix_, *rule, text);
     descriptions.push_back(text.str());
   }
-  int applied;
-  {
-    BusyScope busy(ui_, "Applying rule...");
-    applied = applyRule(*matrix_, std::move(group));
-  }
+  const int applied = withRuleProgress([&] { return applyRule(*matrix_, std::move(group)); });
+  if (applied < 0) return false;
   if (!applied) return showFailure();
   console_.print("%d rules added:", static_cast<int>(descriptions.size()));
   for (const std::string& description : descriptions) console_.print("  %s", description.c_str());
@@ -166,7 +191,7 @@ bool Document::addDependence() {
 bool Document::editVariableProperties() {
   if (!matrix_) return false;
   VariablePropertiesValues values;
-  for (const auto& variable : matrix_->variables) {
+  for (const auto& variable : matrix_->variables()) {
     VariableProperty property;
     property.active = variable->active != 0;
     if (variable->isCategorical()) property.mode = static_cast<const CategoricalVariable&>(*variable).mode;

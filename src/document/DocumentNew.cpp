@@ -1,4 +1,6 @@
 // The commands that make new data: New (extraction) and New by join.
+#include <new>
+
 #include "common/LastError.h"
 #include "common/SafeFiles.h"
 #include "db/Connection.h"
@@ -46,25 +48,28 @@ bool Document::newFromDatabase() {
       cancelled);
 
   const std::string source = dataSourceName(*connection_);
+  // The extraction's ending works on the new matrix (the privacy threshold
+  // may drop groups) before the document takes it.
+  std::unique_ptr<SymbolicMatrix> extracted;
   ExtractionEndingHooks hooks;
-  hooks.install = [this](std::unique_ptr<SymbolicMatrix> matrix) {
-    matrix_ = std::move(matrix);
-    assertionsOutOfDate_ = false;
-    fileRecord_ = FileRecord();
-    setModified();
+  hooks.install = [&extracted](std::unique_ptr<SymbolicMatrix> matrix) {
+    extracted = std::move(matrix);
     return true;
   };
   hooks.resetDescriptiveFields = [&] {
     resetMetadata();
     metadata_->setOrigin(sql, source);
   };
-  const bool installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
-  if (installed) {
-    refreshDisplays();
-    updateTitle();
-  } else {
-    // A matrix whose privacy pass failed halfway must not stay.
-    matrix_.reset();
+  bool installed;
+  try {
+    installed = endExtraction(std::move(result), values.minimumSet ? values.minimum : 0, console_, hooks);
+    if (installed) installMatrix(std::move(extracted), FileRecord(), true);
+  } catch (const std::bad_alloc&) {
+    // Memory ran out on the way: the command fails as a whole and the
+    // document stays empty, as the command found it.
+    modified_ = false;
+    static_cast<void>(closeData());  // with nothing to save it cannot refuse
+    throw;
   }
   finishCommand();
   return installed;
@@ -74,6 +79,7 @@ bool Document::newByJoin() {
   if (!closeData()) return false;
   JoinValues values;
   if (!ui_.askJoin(values) || refused(checkJoinValues(values))) return false;
+  std::unique_ptr<SymbolicMatrix> joined;
   {
     std::FILE* first = openRegularFile(values.firstFile);
     std::FILE* second = first ? openRegularFile(values.secondFile) : nullptr;
@@ -83,17 +89,13 @@ bool Document::newByJoin() {
       return showFailure();
     }
     BusyScope busy(ui_, "Joining files...");
-    matrix_ = JoinFiles(first, second);
+    joined = JoinFiles(first, second);
     std::fclose(first);
     std::fclose(second);
   }
-  if (!matrix_) return showFailure();
-  assertionsOutOfDate_ = false;
-  fileRecord_ = FileRecord();
-  setModified();
+  if (!joined) return showFailure();
+  installMatrix(std::move(joined), FileRecord(), true);
   printSummary(false);
-  refreshDisplays();
-  updateTitle();
   finishCommand();
   return true;
 }

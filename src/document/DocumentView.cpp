@@ -50,10 +50,6 @@ bool Document::viewTable(Table table) {
   bool written;
   {
     BusyScope busy(ui_, "Creating file...");
-    if (table == Table::Assertions || table == Table::Hordes) {
-      updateAssertions();
-      ui_.setStatusText("Creating file...");
-    }
     FileOutputStream out(file);
     writeTable(*matrix_, table, out);
     written = static_cast<bool>(out.flush());

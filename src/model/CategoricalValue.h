@@ -35,7 +35,8 @@ class CategoricalValue final : public SymbolicValue {
   // The number of modalities present in both values.
   double overlap(const SymbolicValue& other) const override;
   bool hasData() const override { return !entries.empty(); }
-  // Rehashes the entries to as many buckets as entries.
+  // Rehashes the entries to as many buckets as entries; throws
+  // std::bad_alloc, with the entries as they were, when memory runs out.
   void rebuild() { entries.rebuild(entries.size()); }
 
   const CategoricalVariable& categoricalVariable() const { return static_cast<const CategoricalVariable&>(variable()); }

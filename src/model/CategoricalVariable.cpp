@@ -97,6 +97,38 @@ void CategoricalVariable::clearTaxonomy() {
   }
 }
 
+void CategoricalVariable::detachTaxonomy(DetachedTaxonomy& into) {
+  into.leafLinks.clear();
+  into.leafLinks.reserve(modalities.size());
+  for (const Modality& leaf : modalities) into.leafLinks.push_back({leaf.parent, leaf.firstChild, leaf.nextSibling});
+  into.root = taxonomyRoot;
+  into.indexCount = byIndex_.size();
+  // `into` arrives with an empty table of the usual buckets: a new taxonomy
+  // lists its nodes as in a fresh session.
+  nodes.swap(into.nodes);
+  taxonomyRoot = nullptr;
+  byIndex_.resize(modalities.size());
+  for (Modality& leaf : modalities) leaf.parent = leaf.firstChild = leaf.nextSibling = nullptr;
+}
+
+void CategoricalVariable::restoreTaxonomy(DetachedTaxonomy& detached) {
+  nodes.clear();
+  nodes.swap(detached.nodes);
+  auto links = detached.leafLinks.begin();
+  for (Modality& leaf : modalities) {
+    leaf.parent = links->parent;
+    leaf.firstChild = links->firstChild;
+    leaf.nextSibling = links->nextSibling;
+    ++links;
+  }
+  taxonomyRoot = detached.root;
+  // The index array never gives back capacity, so growing it back to its
+  // former size does not allocate.
+  byIndex_.resize(modalities.size());
+  byIndex_.resize(detached.indexCount, nullptr);
+  for (Modality& node : nodes) byIndex_[static_cast<size_t>(node.index)] = &node;
+}
+
 void CategoricalVariable::indexNames() {
   modalities.trackTails(true);
   modalities.indexKeys(true);

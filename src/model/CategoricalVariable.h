@@ -20,6 +20,8 @@ enum CategoricalMode : int32_t {
 
 // A variable built from a character column: one modality per individual, a
 // category, or a weighted set of categories, per assertion.
+struct DetachedTaxonomy;
+
 class CategoricalVariable final : public SymbolicVariable {
  public:
   static constexpr size_t kNodeTableBuckets = 10;
@@ -52,6 +54,14 @@ class CategoricalVariable final : public SymbolicVariable {
   Modality& addNode(std::string name, int32_t index = -1);
   // Destroys the inner nodes and clears every parent and child link.
   void clearTaxonomy();
+  // Takes the hierarchy out into `into` (made beforehand), leaving the
+  // variable as clearTaxonomy does, so that a new hierarchy can be built
+  // while the old one waits. Throws std::bad_alloc leaving the variable
+  // unchanged.
+  void detachTaxonomy(DetachedTaxonomy& into);
+  // Destroys the current hierarchy and puts a detached one back exactly as
+  // it was. Allocates nothing, so it cannot fail.
+  void restoreTaxonomy(DetachedTaxonomy& detached);
   // Lets the modality and node tables grow by any number of names at a
   // constant cost per insert and lookup, whatever their bucket counts (kept,
   // as they decide the order). Throws std::bad_alloc when memory runs out;
@@ -73,6 +83,23 @@ class CategoricalVariable final : public SymbolicVariable {
   Modality& registerIndex(ModalityTable& table, std::string name, int32_t index);
 
   std::vector<Modality*> byIndex_;  // leaves then nodes, by index
+};
+
+// A hierarchy taken out of its variable: its inner nodes, the links of the
+// variable's leaves, its root and how many indexes it used.
+struct DetachedTaxonomy {
+  struct Links {
+    Modality* parent;
+    Modality* firstChild;
+    Modality* nextSibling;
+  };
+
+  DetachedTaxonomy() : nodes(CategoricalVariable::kNodeTableBuckets) {}
+
+  ModalityTable nodes;
+  std::vector<Links> leafLinks;  // in the order of the modality table
+  Modality* root = nullptr;
+  size_t indexCount = 0;
 };
 
 }  // namespace velda

@@ -1,9 +1,13 @@
 #include "model/Dependence.h"
 
+#include <algorithm>
+#include <array>
 #include <new>
+#include <vector>
 
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
+#include "common/Progress.h"
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
@@ -14,6 +18,7 @@ namespace velda {
 namespace {
 
 constexpr long kListedValues = 30;
+constexpr int kCancelled = -1;
 
 bool isVariable(const SymbolicMatrix& matrix, int32_t index) {
   return index >= 0 && static_cast<size_t>(index) < matrix.variableCount();
@@ -50,7 +55,7 @@ bool isAffected(const Individual& individual, const DependenceRule& rule) {
 bool fitsCells(const SymbolicMatrix& matrix, const RuleGroup& group) {
   for (const auto& rule : group) {
     if (!canBeMother(matrix, rule->mother) || rule->mother != group.front()->mother) return false;
-    if (!isVariable(matrix, rule->daughter) || static_cast<size_t>(rule->daughter) >= matrix.cellCount) return false;
+    if (!isVariable(matrix, rule->daughter) || static_cast<size_t>(rule->daughter) >= matrix.cellCount()) return false;
   }
   return true;
 }
@@ -128,6 +133,30 @@ void writeNonApplicable(const CategoricalVariable& mother, const DependenceRule&
   }
 }
 
+// Cancel is enabled for the lifetime of a scope, however the scope ends.
+class CancelEnabled {
+ public:
+  CancelEnabled() { progressEnableCancel(true); }
+  ~CancelEnabled() { progressEnableCancel(false); }
+  CancelEnabled(const CancelEnabled&) = delete;
+  CancelEnabled& operator=(const CancelEnabled&) = delete;
+};
+
+// Calls visit on every individual the first rule of the group makes NA,
+// showing the individual's row every hundred rows and polling for Cancel
+// before each one. False when the user cancelled.
+template <typename Individuals, typename Visit>
+bool visitAffected(Individuals& individuals, const DependenceRule& rule, Visit&& visit) {
+  CancelEnabled cancelEnabled;
+  int row = 0;
+  for (auto& individual : individuals) {
+    if (cancelRequested()) return false;
+    progressRow(++row);
+    if (isAffected(individual, rule)) visit(individual);
+  }
+  return true;
+}
+
 void replaceByNA(CellValue& cell) { cell.flags = (cell.flags & ~static_cast<uint32_t>(CELL_NULL)) | CELL_NA; }
 
 void recordRule(SymbolicMatrix& matrix, const DependenceRule& rule) {
@@ -137,21 +166,21 @@ void recordRule(SymbolicMatrix& matrix, const DependenceRule& rule) {
   daughter.motherIndex = rule.mother;
   daughter.nextDaughter = mother.firstDaughter;
   mother.firstDaughter = rule.daughter;
-  matrix.isDaughter[static_cast<size_t>(rule.daughter)] = 1;
+  matrix.markDaughter(static_cast<size_t>(rule.daughter));
 }
 
 }  // namespace
 
 bool canBeMother(const SymbolicMatrix& matrix, int32_t variableIndex) {
-  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount) return false;
+  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount()) return false;
   return matrix.variable(static_cast<size_t>(variableIndex)).isCategorical();
 }
 
 bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t variableIndex) {
   if (!canBeMother(matrix, motherIndex) || variableIndex == motherIndex) return false;
-  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount) return false;
+  if (!isVariable(matrix, variableIndex) || static_cast<size_t>(variableIndex) >= matrix.cellCount()) return false;
   const auto daughter = static_cast<size_t>(variableIndex);
-  if (daughter < matrix.isDaughter.size() && matrix.isDaughter[daughter]) return false;
+  if (matrix.isDaughter(daughter)) return false;
   // The walk is bounded so that damaged links cannot keep it going.
   int32_t ancestor = matrix.variable(static_cast<size_t>(motherIndex)).motherIndex;
   for (size_t steps = 0; isVariable(matrix, ancestor) && steps < matrix.variableCount(); ++steps) {
@@ -189,44 +218,56 @@ bool makeRuleGroup(const SymbolicMatrix& matrix, int32_t motherIndex, std::span<
   return true;
 }
 
-bool previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
-  if (group.empty() || !fitsCells(matrix, group)) return true;
-  const DependenceRule& first = *group.front();
+int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group) {
+  if (group.empty() || !fitsCells(matrix, group)) return 1;
+  // The values are listed once the walk is complete, so that a cancelled
+  // preview prints nothing.
+  struct Listed {
+    const Individual* individual;
+    const DependenceRule* rule;
+  };
+  std::array<Listed, kListedValues> listed;
   long counted = 0;
-  for (const Individual& individual : matrix.individuals) {
-    if (!isAffected(individual, first)) continue;
+  const bool complete = visitAffected(matrix.individuals, *group.front(), [&](const Individual& individual) {
     for (const auto& rule : group) {
-      const CellValue& cell = individual.cells[static_cast<size_t>(rule->daughter)];
-      if (cell.isMissing()) continue;
-      if (++counted > kListedValues) continue;
-      console.print("%s: variable '%s': value '%s' will be replaced by NA", individual.id.c_str(),
-                    matrix.variable(static_cast<size_t>(rule->daughter)).name.c_str(), cellText(cell).c_str());
+      if (individual.cells[static_cast<size_t>(rule->daughter)].isMissing()) continue;
+      if (counted < kListedValues) listed[static_cast<size_t>(counted)] = {&individual, rule.get()};
+      ++counted;
     }
+  });
+  if (!complete) return kCancelled;
+  for (long i = 0; i < std::min(counted, kListedValues); ++i) {
+    const Listed& value = listed[static_cast<size_t>(i)];
+    const auto daughter = static_cast<size_t>(value.rule->daughter);
+    console.print("%s: variable '%s': value '%s' will be replaced by NA", value.individual->id.c_str(),
+                  matrix.variable(daughter).name.c_str(), cellText(value.individual->cells[daughter]).c_str());
   }
-  if (counted == 0) return true;
+  if (counted == 0) return 1;
   if (counted > kListedValues) console.print("...");
   console.print("   %ld values will be replaced by NA", counted);
-  return false;
+  return 0;
 }
 
-bool applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
-  if (group.empty()) return true;
+int applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
+  if (group.empty()) return 1;
   if (!fitsCells(matrix, group)) {
     setError("Invalid dependence rule");
-    return false;
+    return 0;
   }
+  // The affected individuals are found first, while Cancel can still leave
+  // the matrix as it was; then the rules are recorded without a pause.
+  std::vector<Individual*> affected;
   try {
+    if (!visitAffected(matrix.individuals, *group.front(),
+                       [&affected](Individual& individual) { affected.push_back(&individual); }))
+      return kCancelled;
     matrix.rules.reserve(matrix.rules.size() + group.size());
-    if (matrix.isDaughter.size() < matrix.variableCount()) matrix.isDaughter.resize(matrix.variableCount(), 0);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
-    return false;
+    return 0;
   }
-  const DependenceRule& first = *group.front();
-  for (Individual& individual : matrix.individuals) {
-    if (!isAffected(individual, first)) continue;
-    for (const auto& rule : group) replaceByNA(individual.cells[static_cast<size_t>(rule->daughter)]);
-  }
+  for (Individual* individual : affected)
+    for (const auto& rule : group) replaceByNA(individual->cells[static_cast<size_t>(rule->daughter)]);
   for (auto& rule : group) {
     recordRule(matrix, *rule);
     matrix.rules.push_back(std::move(rule));
@@ -238,11 +279,16 @@ bool applyRule(SymbolicMatrix& matrix, RuleGroup&& group) {
     for (Assertion& assertion : matrix.assertions) {
       if (refillValue(assertion, daughter)) continue;
       setError("Memory allocation failed");
-      return false;
+      return 0;
     }
-    matrix.compactValues(daughter);
+    try {
+      matrix.compactValues(daughter);
+    } catch (const std::bad_alloc&) {
+      setError("Memory allocation failed");
+      return 0;
+    }
   }
-  return true;
+  return 1;
 }
 
 void describeRule(const SymbolicMatrix& matrix, const DependenceRule& rule, std::ostream& out) {

@@ -37,22 +37,26 @@ bool canBeDaughter(const SymbolicMatrix& matrix, int32_t motherIndex, int32_t va
 
 // Lists in the console the daughter values that applying the group would
 // replace by NA (the first 30, "..." when there are more, then
-// "   %d values will be replaced by NA"). Returns true when nothing would
+// "   %d values will be replaced by NA"). Returns 1 when nothing would
 // change (or when the group is not one that applyRule accepts), 0
-// otherwise.
-[[nodiscard]] bool previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group);
+// otherwise. The individuals are walked inside the progress display ("Row
+// %d" every 100 individuals) with Cancel enabled; a cancelled preview
+// prints nothing and returns -1.
+[[nodiscard]] int previewRule(const SymbolicMatrix& matrix, ConsoleLog& console, const RuleGroup& group);
 
 // Replaces by NA the daughter cells of every individual whose mother cell is
 // NULL, NA or outside the applicable set (the kind bit and payload stay,
 // NULL gives way to NA), records the rules (daughters' lists, daughter marks,
 // rule list, which takes the group over) and recomputes the daughters'
-// values of every assertion from its members. Returns false with "Invalid
+// values of every assertion from its members. Returns 0 with "Invalid
 // dependence rule" and changes nothing when a rule does not name a
 // categorical cell-holding mother (the group's) and a cell-holding daughter.
-// Returns false with "Memory allocation failed" when memory runs out: before any
+// Returns 0 with "Memory allocation failed" when memory runs out: before any
 // cell changed when the rules cannot be recorded, after the replacement when
-// a value cannot be recomputed.
-[[nodiscard]] bool applyRule(SymbolicMatrix& matrix, RuleGroup&& group);
+// a value cannot be recomputed. The affected individuals are first found
+// inside the progress display, as previewRule walks them; Cancel there
+// returns -1 with the matrix unchanged.
+[[nodiscard]] int applyRule(SymbolicMatrix& matrix, RuleGroup&& group);
 
 // "daughter is applicable if mother in {"m1", "m2"}"
 void describeRule(const SymbolicMatrix& matrix, const DependenceRule& rule, std::ostream& out);

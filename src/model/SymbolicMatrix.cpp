@@ -7,6 +7,7 @@
 #include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/DerivedRowValues.h"
+#include "model/MatrixRows.h"
 
 namespace velda {
 
@@ -21,22 +22,22 @@ void SymbolicMatrix::appendVariable(std::unique_ptr<SymbolicVariable> variable) 
   std::vector<std::unique_ptr<SymbolicValue>> fresh;
   fresh.reserve(assertions.size());
   for (size_t i = 0; i < assertions.size(); ++i) fresh.push_back(variable->newSymbolicValue());
-  for (Assertion& a : assertions) a.values.reserve(variables.size() + 1);
+  for (Assertion& a : assertions) a.values.reserve(variables_.size() + 1);
   DerivedRowValues derived(*this, std::span(&variable, 1));
-  variables.reserve(variables.size() + 1);
-  isDaughter.reserve(variables.size() + 1);
+  variables_.reserve(variables_.size() + 1);
+  isDaughter_.reserve(variables_.size() + 1);
   // Nothing below allocates.
   size_t next = 0;
   for (Assertion& a : assertions) a.values.push_back(std::move(fresh[next++]));
   derived.handOver();
   if (variable->isCategorical()) ++categoricalCount_;
-  variables.push_back(std::move(variable));
-  isDaughter.push_back(0);
+  variables_.push_back(std::move(variable));
+  isDaughter_.push_back(0);
 }
 
 void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
                                      std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values) {
-  const size_t total = variables.size() + added.size();
+  const size_t total = variables_.size() + added.size();
   for (Assertion& a : assertions) a.values.reserve(total);
   // values follows the table's walk order; the derived rows know their
   // assertion by number.
@@ -48,8 +49,8 @@ void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariabl
     ++walked;
   }
   DerivedRowValues derived(*this, added, byNumber);
-  variables.reserve(total);
-  isDaughter.reserve(total);
+  variables_.reserve(total);
+  isDaughter_.reserve(total);
   // Nothing below allocates.
   size_t row = 0;
   for (Assertion& a : assertions)
@@ -57,20 +58,100 @@ void SymbolicMatrix::appendVariables(std::vector<std::unique_ptr<SymbolicVariabl
   derived.handOver();
   for (auto& variable : added) {
     if (variable->isCategorical()) ++categoricalCount_;
-    variables.push_back(std::move(variable));
-    isDaughter.push_back(0);
+    variables_.push_back(std::move(variable));
+    isDaughter_.push_back(0);
   }
 }
 
 void SymbolicMatrix::recountKinds() {
   categoricalCount_ = static_cast<size_t>(
-      std::count_if(variables.begin(), variables.end(), [](const auto& v) { return v->isCategorical(); }));
+      std::count_if(variables_.begin(), variables_.end(), [](const auto& v) { return v->isCategorical(); }));
+}
+
+namespace {
+
+bool hasTaxonomy(const SymbolicVariable& variable) {
+  return variable.isCategorical() && static_cast<const CategoricalVariable&>(variable).hasTaxonomy();
+}
+
+template <typename T>
+void eraseChosen(std::vector<T>& items, std::span<const int32_t> chosen) {
+  for (auto it = chosen.rbegin(); it != chosen.rend(); ++it)
+    if (static_cast<size_t>(*it) < items.size()) items.erase(items.begin() + *it);
+}
+
+}  // namespace
+
+void SymbolicMatrix::eraseVariables(std::span<const int32_t> chosen,
+                                    std::vector<std::unique_ptr<CellValue[]>> keptCells) {
+  size_t removedCells = 0;
+  size_t removedMothers = 0;
+  for (int32_t index : chosen) {
+    if (index < 0 || static_cast<size_t>(index) >= cellCount_) continue;
+    ++removedCells;
+    if (variables_[static_cast<size_t>(index)]->isCategorical()) ++removedMothers;
+  }
+  if (removedCells) {
+    size_t next = 0;
+    for (Individual& individual : individuals) individual.cells = std::move(keptCells[next++]);
+    cellCount_ -= removedCells;
+  }
+  motherCandidates_ -= std::min(removedMothers, motherCandidates_);
+  forEachValueRow(*this, [&chosen](Assertion& row) { eraseChosen(row.values, chosen); });
+  eraseChosen(variables_, chosen);
+  eraseChosen(isDaughter_, chosen);
+  recountKinds();
+}
+
+void SymbolicMatrix::takeVariables(SymbolicMatrix& first, SymbolicMatrix& second) {
+  const size_t total = first.variableCount() + second.variableCount();
+  variables_.reserve(total);
+  isDaughter_.reserve(total);
+  rules.reserve(first.rules.size() + second.rules.size());
+  // Nothing below allocates.
+  for (SymbolicMatrix* source : {&first, &second}) {
+    for (size_t v = 0; v < source->variableCount(); ++v) {
+      isDaughter_.push_back(source->isDaughter(v) ? 1 : 0);
+      variables_.push_back(std::move(source->variables_[v]));
+    }
+    for (auto& rule : source->rules) rules.push_back(std::move(rule));
+    cellCount_ += source->cellCount_;
+    motherCandidates_ += source->motherCandidates_;
+    source->variables_.clear();
+    source->isDaughter_.clear();
+    source->rules.clear();
+    source->recountKinds();
+    source->cellCount_ = 0;
+    source->motherCandidates_ = 0;
+  }
+  recountKinds();
+}
+
+bool SymbolicMatrix::declareCellVariables(size_t count, size_t motherCandidates) {
+  if (!individuals.empty() || count > variables_.size()) return false;
+  cellCount_ = count;
+  motherCandidates_ = motherCandidates;
+  return true;
+}
+
+int32_t SymbolicMatrix::taxonomyCount() const {
+  int32_t count = 0;
+  for (const auto& variable : variables_)
+    if (hasTaxonomy(*variable)) ++count;
+  return count;
+}
+
+int32_t SymbolicMatrix::cellTaxonomyCount() const {
+  int32_t count = 0;
+  for (size_t v = 0; v < cellCount_ && v < variables_.size(); ++v)
+    if (hasTaxonomy(*variables_[v])) ++count;
+  return count;
 }
 
 Assertion& SymbolicMatrix::createAssertion(std::string id) {
   Assertion fresh(std::move(id), static_cast<int32_t>(assertions.size()));
-  fresh.values.reserve(variables.size());
-  for (const auto& variable : variables) fresh.values.push_back(variable->newSymbolicValue());
+  fresh.values.reserve(variables_.size());
+  for (const auto& variable : variables_) fresh.values.push_back(variable->newSymbolicValue());
   return assertions.insert(std::move(fresh));
 }
 
@@ -116,13 +197,13 @@ void SymbolicMatrix::removeIndividual(Individual& individual) {
 
 bool SymbolicMatrix::addMember(Assertion& assertion, const Individual& individual) {
   ++assertion.memberCount;
-  for (size_t v = 0; v < cellCount; ++v)
+  for (size_t v = 0; v < cellCount_; ++v)
     if (!assertion.values[v]->addCell(individual.cells[v], individual.weight)) return false;
   return true;
 }
 
 bool SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
-  for (size_t v = 0; v < cellCount; ++v) assertion.values[v]->reset();
+  for (size_t v = 0; v < cellCount_; ++v) assertion.values[v]->reset();
   assertion.memberCount = 0;
   for (const Individual* member : assertion.members)
     if (!addMember(assertion, *member)) return false;
@@ -144,9 +225,9 @@ bool SymbolicMatrix::finish(bool sampled) {
     }
   }
 
-  for (size_t v = 0; v < variables.size(); ++v) {
-    if (!variables[v]->isCategorical()) continue;
-    auto& variable = static_cast<CategoricalVariable&>(*variables[v]);
+  for (size_t v = 0; v < variables_.size(); ++v) {
+    if (!variables_[v]->isCategorical()) continue;
+    auto& variable = static_cast<CategoricalVariable&>(*variables_[v]);
     if (variable.modalityCount() > 0) variable.compact();
     compactValues(v);
   }
@@ -154,7 +235,7 @@ bool SymbolicMatrix::finish(bool sampled) {
 }
 
 void SymbolicMatrix::compactValues(size_t v) {
-  if (!variables[v]->isCategorical()) return;
+  if (!variables_[v]->isCategorical()) return;
   for (Assertion& a : assertions) {
     auto& value = static_cast<CategoricalValue&>(*a.values[v]);
     if (!value.entries.empty()) value.entries.rebuild(value.entries.size());

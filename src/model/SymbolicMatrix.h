@@ -2,12 +2,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "common/ChainedHashTable.h"
 #include "model/AnalysisResults.h"
 #include "model/Assertion.h"
+#include "model/CellValue.h"
 #include "model/DependenceRule.h"
 #include "model/Individual.h"
 #include "model/Modality.h"
@@ -42,14 +44,34 @@ class SymbolicMatrix {
   // Throws std::bad_alloc leaving the matrix unchanged.
   void appendVariables(std::vector<std::unique_ptr<SymbolicVariable>>& added,
                        std::vector<std::vector<std::unique_ptr<SymbolicValue>>>& values);
-  size_t variableCount() const { return variables.size(); }
+  size_t variableCount() const { return variables_.size(); }
   size_t categoricalCount() const { return categoricalCount_; }
-  size_t quantitativeCount() const { return variables.size() - categoricalCount_; }
-  SymbolicVariable& variable(size_t i) { return *variables[i]; }
-  const SymbolicVariable& variable(size_t i) const { return *variables[i]; }
-  // Recounts the categorical variables after variables were removed or
-  // replaced directly.
-  void recountKinds();
+  size_t quantitativeCount() const { return variables_.size() - categoricalCount_; }
+  SymbolicVariable& variable(size_t i) { return *variables_[i]; }
+  const SymbolicVariable& variable(size_t i) const { return *variables_[i]; }
+  const std::vector<std::unique_ptr<SymbolicVariable>>& variables() const { return variables_; }
+  // Removes the chosen variables (indexes ascending, each once, fewer than
+  // all): their values in every row (assertions, reduced assertions, horde
+  // classes), their daughter marks and, for cell-holding ones, their cells:
+  // keptCells then holds every individual's remaining cells in table order.
+  // The kind, cell-holding and mother-candidate counts follow. Indexes that
+  // variables and rules hold are the caller's to move. Allocates nothing.
+  void eraseVariables(std::span<const int32_t> chosen, std::vector<std::unique_ptr<CellValue[]>> keptCells);
+  // Takes every variable, daughter mark and rule of `first` then `second`
+  // (whose indexes the caller has shifted past the first's variables) into
+  // this empty matrix, leaving the sources without any; the cell-holding
+  // and mother-candidate counts are the sums of both. Throws std::bad_alloc
+  // before anything moved.
+  void takeVariables(SymbolicMatrix& first, SymbolicMatrix& second);
+
+  // The variables whose cells individuals hold: the extraction's columns,
+  // the first variables of an extracted matrix.
+  size_t cellCount() const { return cellCount_; }
+  // Makes the first `count` variables the cell-holding ones, `motherCandidates`
+  // of them able to be the mother of a dependence, as the extraction (or a
+  // project file) sets them up. Refused while individuals exist, whose cells
+  // were made for the previous count, or when `count` exceeds the variables.
+  [[nodiscard]] bool declareCellVariables(size_t count, size_t motherCandidates);
 
   // Individuals and assertions.
   Individual* findIndividual(std::string_view id) { return individuals.find(id); }
@@ -93,10 +115,6 @@ class SymbolicMatrix {
   // entries when a number does not fit.
   int32_t& sampleCounter(int32_t assertionNumber);
 
-  std::vector<std::unique_ptr<SymbolicVariable>> variables;
-  // The number of variables whose cells individuals hold (the extraction's).
-  size_t cellCount = 0;
-
   std::string individualColumn;
   std::string assertionColumn;
   std::string weightColumn;  // empty without a weight column
@@ -112,12 +130,15 @@ class SymbolicMatrix {
 
   // Taxonomies: how many variables have one, and how many of those are
   // among the cell-holding variables.
-  int32_t taxonomyCount = 0;
-  int32_t cellTaxonomyCount = 0;
+  int32_t taxonomyCount() const;
+  int32_t cellTaxonomyCount() const;
 
-  // Dependences: daughter marks per variable and every rule, groups in
-  // creation order.
-  std::vector<char> isDaughter;
+  // Dependences: whether a rule governs the variable, and every rule,
+  // groups in creation order.
+  bool isDaughter(size_t v) const { return v < isDaughter_.size() && isDaughter_[v] != 0; }
+  void markDaughter(size_t v) {
+    if (v < isDaughter_.size()) isDaughter_[v] = 1;
+  }
   std::vector<std::unique_ptr<DependenceRule>> rules;
 
   // The threshold of the last successful reduction and the class number of
@@ -156,13 +177,18 @@ class SymbolicMatrix {
   // variables of the extraction (rules change cells), fewer after removals,
   // the sum of both projects' after a join. Stored as the project file's
   // header counter 7; "Add a dependence" is enabled while it is above 0.
-  size_t motherCandidates = 0;
-  size_t motherCandidateCount() const { return motherCandidates; }
+  size_t motherCandidateCount() const { return motherCandidates_; }
 
  private:
   SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets);
+  void recountKinds();
 
+  std::vector<std::unique_ptr<SymbolicVariable>> variables_;
+  // One mark per variable: set when a rule makes it a daughter.
+  std::vector<char> isDaughter_;
   size_t categoricalCount_ = 0;
+  size_t cellCount_ = 0;
+  size_t motherCandidates_ = 0;
 };
 
 }  // namespace velda

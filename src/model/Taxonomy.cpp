@@ -47,27 +47,12 @@ void computeSubtreeWeights(CategoricalValue& value) {
   for (ValueEntry& entry : value.entries) topmostEntry(value, entry).subtreeWeight += entry.weight;
 }
 
-void computeSubtreeWeights(SymbolicMatrix& matrix, size_t variableIndex) {
+void settleTaxonomy(SymbolicMatrix& matrix, size_t variableIndex) {
   if (!categoricalAt(matrix, variableIndex)) return;
   forEachValueRow(matrix, [variableIndex](Assertion& row) {
     if (variableIndex >= row.values.size()) return;
     computeSubtreeWeights(static_cast<CategoricalValue&>(row.value(variableIndex)));
   });
-}
-
-void countTaxonomies(SymbolicMatrix& matrix) {
-  matrix.taxonomyCount = 0;
-  matrix.cellTaxonomyCount = 0;
-  for (size_t v = 0; v < matrix.variableCount(); ++v) {
-    if (!hasTaxonomy(matrix.variable(v))) continue;
-    ++matrix.taxonomyCount;
-    if (v < matrix.cellCount) ++matrix.cellTaxonomyCount;
-  }
-}
-
-void settleTaxonomy(SymbolicMatrix& matrix, size_t variableIndex) {
-  countTaxonomies(matrix);
-  computeSubtreeWeights(matrix, variableIndex);
 }
 
 std::vector<int32_t> taxonomyVariables(const SymbolicMatrix& matrix) {

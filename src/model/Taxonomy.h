@@ -23,16 +23,9 @@ class SymbolicVariable;
 // accumulators are set to 0.
 void computeSubtreeWeights(CategoricalValue& value);
 
-// The same for every value of one categorical variable: in the assertions,
-// the reduced assertions and the hordes' classes and reduced classes.
-void computeSubtreeWeights(SymbolicMatrix& matrix, size_t variableIndex);
-
-// Sets the two taxonomy counters of the matrix: the variables with a
-// hierarchy, and those among the cell-holding variables.
-void countTaxonomies(SymbolicMatrix& matrix);
-
 // Brings the matrix in step with a variable whose hierarchy was just built
-// or discarded: the counters and the subtree weights of its values.
+// or discarded: the subtree weights of every value of it, in the assertions,
+// the reduced assertions and the hordes' classes and reduced classes.
 void settleTaxonomy(SymbolicMatrix& matrix, size_t variableIndex);
 
 // The indexes of the variables that have a hierarchy, in variable order:

@@ -9,7 +9,15 @@
 namespace velda {
 
 TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(variable) {
-  variable_.clearTaxonomy();
+  try {
+    auto previous = std::make_unique<DetachedTaxonomy>();
+    variable_.detachTaxonomy(*previous);
+    previous_ = std::move(previous);
+  } catch (const std::bad_alloc&) {
+    setError("Memory allocation failed");
+    failed_ = true;
+    return;
+  }
   // A query may name any number of nodes; without memory for the index the
   // lookups only walk the chains.
   try {
@@ -19,12 +27,18 @@ TaxonomyBuilder::TaxonomyBuilder(CategoricalVariable& variable) : variable_(vari
 }
 
 TaxonomyBuilder::~TaxonomyBuilder() {
-  if (!finished_) variable_.clearTaxonomy();
+  if (!finished_) restorePrevious();
+}
+
+void TaxonomyBuilder::restorePrevious() {
+  if (!previous_) return;
+  variable_.restoreTaxonomy(*previous_);
+  previous_.reset();
 }
 
 bool TaxonomyBuilder::fail() {
   failed_ = true;
-  variable_.clearTaxonomy();
+  restorePrevious();
   return false;
 }
 
@@ -104,8 +118,7 @@ int TaxonomyBuilder::finish() {
   }
   if (tops.size() == 1) {
     variable_.taxonomyRoot = tops.front();
-    finished_ = true;
-    return 1;
+    return succeed(1);
   }
   // The root is made even when a modality or a node of the query is already
   // called "root_". Everything after this point tells nodes apart by their
@@ -126,8 +139,13 @@ int TaxonomyBuilder::finish() {
     root->firstChild = top;
   }
   variable_.taxonomyRoot = root;
+  return succeed(static_cast<int>(tops.size()));
+}
+
+int TaxonomyBuilder::succeed(int coveringNodes) {
   finished_ = true;
-  return static_cast<int>(tops.size());
+  previous_.reset();
+  return coveringNodes;
 }
 
 }  // namespace velda

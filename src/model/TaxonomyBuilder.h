@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -8,16 +9,19 @@ namespace velda {
 
 class CategoricalVariable;
 class Modality;
+struct DetachedTaxonomy;
 
 // One row of a taxonomy query: a node's name, then the names of its
 // ancestors upwards. An empty optional is a NULL column.
 using TaxonomyRow = std::span<const std::optional<std::string_view>>;
 
 // Builds the hierarchy of a categorical variable from the rows of a taxonomy
-// query, row by row. Making a builder removes the variable's previous
-// hierarchy. Every failure sets the last-error text and discards everything
-// linked so far; a builder that is dropped before finish() succeeded
-// discards its work too, so the variable never keeps half a hierarchy.
+// query, row by row. While it works the variable shows only the new
+// hierarchy; the previous one is set aside and dropped when finish()
+// succeeds. Every failure sets the last-error text, discards everything
+// linked so far and puts the previous hierarchy back; a builder that is
+// dropped before finish() succeeded does the same, so the variable never
+// keeps half a hierarchy and a failed or cancelled query changes nothing.
 class TaxonomyBuilder {
  public:
   static constexpr const char* kRootName = "root_";
@@ -49,8 +53,11 @@ class TaxonomyBuilder {
   Modality* nodeNamed(std::string_view name);
   bool isLeaf(const Modality& node) const;
   [[nodiscard]] bool fail();
+  [[nodiscard]] int succeed(int coveringNodes);
+  void restorePrevious();
 
   CategoricalVariable& variable_;
+  std::unique_ptr<DetachedTaxonomy> previous_;
   int line_ = 0;
   bool failed_ = false;
   bool finished_ = false;

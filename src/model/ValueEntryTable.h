@@ -15,10 +15,19 @@ namespace velda {
 struct ValueEntry {
   ValueEntry(int32_t index, double weight = 0.0, double subtreeWeight = 0.0)
       : index(index), weight(weight), subtreeWeight(subtreeWeight) {}
-  int32_t index;         // the modality's index
+  int32_t index;  // the modality's index
+
+ private:
+  friend class ValueEntryTable;
+  // The position of the following entry of the table's chain, in the room
+  // that the alignment of the weights leaves after the index.
+  uint32_t next_ = UINT32_MAX;
+
+ public:
   double weight;         // accumulated from the members' cells
   double subtreeWeight;  // set by the taxonomy, read instead when there is one
 };
+static_assert(sizeof(ValueEntry) == 24, "the chain link fits beside the index");
 
 // The entries of a categorical value, keyed by modality index. It behaves as
 // a ChainedHashTable hashed by the index itself: iteration walks buckets 0 to
@@ -27,7 +36,7 @@ struct ValueEntry {
 // inserts always give the same order.
 //
 // The entries are stored in one array, in insertion order, and chained by
-// position: a large extraction makes about one entry per row and category
+// position (the link is kept in the entry itself): a large extraction makes about one entry per row and category
 // column, and an array takes about half of what a node per entry takes, and
 // keeps a value's entries together for lookups. The price is that an entry's
 // address is valid only until the next insert or rebuild.
@@ -48,7 +57,6 @@ class ValueEntryTable {
   ValueEntryTable& operator=(const ValueEntryTable&) = delete;
   ValueEntryTable(ValueEntryTable&& other) noexcept
       : entries_(std::move(other.entries_)),
-        next_(std::move(other.next_)),
         heads_(std::move(other.heads_)),
         tails_(std::move(other.tails_)),
         slots_(std::move(other.slots_)) {
@@ -57,7 +65,6 @@ class ValueEntryTable {
   ValueEntryTable& operator=(ValueEntryTable&& other) noexcept {
     if (this != &other) {
       entries_ = std::move(other.entries_);
-      next_ = std::move(other.next_);
       heads_ = std::move(other.heads_);
       tails_ = std::move(other.tails_);
       slots_ = std::move(other.slots_);
@@ -78,7 +85,7 @@ class ValueEntryTable {
         if (entries_[at].index == index) return &entries_[at];
       }
     }
-    for (uint32_t at = heads_[bucketOf(index, heads_.size())]; at != kEnd; at = next_[at])
+    for (uint32_t at = heads_[bucketOf(index, heads_.size())]; at != kEnd; at = entries_[at].next_)
       if (entries_[at].index == index) return &entries_[at];
     return nullptr;
   }
@@ -90,17 +97,11 @@ class ValueEntryTable {
   template <typename... Args>
   ValueEntry& insert(Args&&... args) {
     entries_.emplace_back(std::forward<Args>(args)...);
-    try {
-      next_.push_back(kEnd);
-    } catch (...) {
-      entries_.pop_back();
-      throw;
-    }
     const auto added = static_cast<uint32_t>(entries_.size() - 1);
     const size_t bucket = bucketOf(entries_.back().index, heads_.size());
     if (!slots_.empty()) {
       uint32_t& tail = tails_[bucket];
-      (tail == kEnd ? heads_[bucket] : next_[tail]) = added;
+      (tail == kEnd ? heads_[bucket] : entries_[tail].next_) = added;
       tail = added;
       if (2 * entries_.size() > slots_.size())
         growIndex(2 * slots_.size());  // indexes the new entry with the others
@@ -108,7 +109,7 @@ class ValueEntryTable {
         addToIndex(added);
     } else {
       uint32_t* link = &heads_[bucket];
-      while (*link != kEnd) link = &next_[*link];
+      while (*link != kEnd) link = &entries_[*link].next_;
       *link = added;
       if (entries_.size() == kIndexedFrom) startIndex();
     }
@@ -118,7 +119,6 @@ class ValueEntryTable {
   // Removes every entry, keeping the bucket count.
   void clear() {
     entries_.clear();
-    next_.clear();
     std::fill(heads_.begin(), heads_.end(), kEnd);
     tails_.clear();
     slots_.clear();
@@ -129,32 +129,42 @@ class ValueEntryTable {
   // unchanged, when the new bucket array cannot be allocated.
   void rebuild(size_t n) {
     if (n == 0) n = 1;
-    std::vector<uint32_t> fresh(n, kEnd);
-    // Every entry is pushed on the head of its new chain, in iteration
-    // order, and each chain is then reversed: the order of appending at the
-    // tails.
+    // The bucket array is reused when it has the room: every value of an
+    // extraction is rebuilt, most of them to fewer buckets than they had.
+    std::vector<uint32_t> fresh;
+    if (n > heads_.capacity()) fresh.reserve(n);
+    // The chains are joined into one list in iteration order; every entry
+    // is then pushed on the head of its new chain, and each chain is
+    // reversed: the order of appending at the tails.
+    uint32_t list = kEnd;
+    uint32_t* last = &list;
     for (uint32_t head : heads_) {
-      while (head != kEnd) {
-        const uint32_t at = head;
-        head = next_[at];
-        uint32_t& chain = fresh[bucketOf(entries_[at].index, n)];
-        next_[at] = chain;
-        chain = at;
-      }
+      if (head == kEnd) continue;
+      *last = head;
+      uint32_t at = head;
+      while (entries_[at].next_ != kEnd) at = entries_[at].next_;
+      last = &entries_[at].next_;
     }
-    for (uint32_t& chain : fresh) {
+    if (fresh.capacity() > 0) heads_.swap(fresh);
+    heads_.assign(n, kEnd);
+    while (list != kEnd) {
+      const uint32_t at = list;
+      list = entries_[at].next_;
+      uint32_t& chain = heads_[bucketOf(entries_[at].index, n)];
+      entries_[at].next_ = chain;
+      chain = at;
+    }
+    for (uint32_t& chain : heads_) {
       uint32_t reversed = kEnd;
       for (uint32_t at = chain; at != kEnd;) {
-        const uint32_t following = next_[at];
-        next_[at] = reversed;
+        const uint32_t following = entries_[at].next_;
+        entries_[at].next_ = reversed;
         reversed = at;
         at = following;
       }
       chain = reversed;
     }
-    heads_ = std::move(fresh);
     entries_.shrink_to_fit();
-    next_.shrink_to_fit();
     // Rebuilt to as many buckets as entries, the chains are short.
     std::vector<uint32_t>().swap(tails_);
     std::vector<uint32_t>().swap(slots_);
@@ -176,7 +186,7 @@ class ValueEntryTable {
     reference operator*() const { return table_->entries_[at_]; }
     pointer operator->() const { return &table_->entries_[at_]; }
     Iterator& operator++() {
-      at_ = table_->next_[at_];
+      at_ = table_->entries_[at_].next_;
       if (at_ == kEnd) {
         ++bucket_;
         settle();
@@ -216,7 +226,6 @@ class ValueEntryTable {
   // Leaves a moved-from table empty with one bucket.
   void reset() {
     entries_.clear();
-    next_.clear();
     heads_.assign(1, kEnd);
     tails_.clear();
     slots_.clear();
@@ -238,7 +247,7 @@ class ValueEntryTable {
     try {
       tails_.assign(heads_.size(), kEnd);
       for (size_t bucket = 0; bucket < heads_.size(); ++bucket)
-        for (uint32_t at = heads_[bucket]; at != kEnd; at = next_[at]) tails_[bucket] = at;
+        for (uint32_t at = heads_[bucket]; at != kEnd; at = entries_[at].next_) tails_[bucket] = at;
       growIndex(4 * kIndexedFrom);
     } catch (const std::bad_alloc&) {
       tails_.clear();
@@ -259,7 +268,6 @@ class ValueEntryTable {
   }
 
   std::vector<ValueEntry> entries_;  // in insertion order
-  std::vector<uint32_t> next_;       // the following entry of each chain, kEnd at a tail
   std::vector<uint32_t> heads_;      // the first entry of each bucket, kEnd when empty
   std::vector<uint32_t> tails_;      // the last entry of each bucket, while indexed
   std::vector<uint32_t> slots_;      // entries by modality (open addressing), or empty

@@ -5,9 +5,7 @@
 
 #include "common/ConsoleLog.h"
 #include "common/LastError.h"
-#include "model/MatrixRows.h"
 #include "model/SymbolicMatrix.h"
-#include "model/Taxonomy.h"
 #include "model/VariableSelection.h"
 
 namespace velda {
@@ -46,7 +44,7 @@ std::vector<std::unique_ptr<CellValue[]>> keptCells(const SymbolicMatrix& matrix
   kept.reserve(matrix.individualCount());
   for (const Individual& individual : matrix.individuals) {
     auto cells = std::make_unique<CellValue[]>(keptCellCount);
-    for (size_t v = 0; v < matrix.cellCount; ++v)
+    for (size_t v = 0; v < matrix.cellCount(); ++v)
       if (moved[v] != kRemoved) cells[static_cast<size_t>(moved[v])] = individual.cells[v];
     kept.push_back(std::move(cells));
   }
@@ -56,12 +54,6 @@ std::vector<std::unique_ptr<CellValue[]>> keptCells(const SymbolicMatrix& matrix
 int32_t movedIndex(const std::vector<int32_t>& moved, int32_t index) {
   if (index < 0 || static_cast<size_t>(index) >= moved.size()) return index;
   return moved[static_cast<size_t>(index)];
-}
-
-template <typename T>
-void eraseChosen(std::vector<T>& items, const std::vector<int32_t>& chosen) {
-  for (auto it = chosen.rbegin(); it != chosen.rend(); ++it)
-    if (static_cast<size_t>(*it) < items.size()) items.erase(items.begin() + *it);
 }
 
 }  // namespace
@@ -76,7 +68,7 @@ bool isUsedByRule(const SymbolicMatrix& matrix, size_t variableIndex) {
 bool removableVariables(const SymbolicMatrix& matrix, std::vector<int32_t>& offered) {
   offered.clear();
   try {
-    for (size_t v = matrix.cellCount; v < matrix.variableCount(); ++v)
+    for (size_t v = matrix.cellCount(); v < matrix.variableCount(); ++v)
       if (!isUsedByRule(matrix, v)) offered.push_back(static_cast<int32_t>(v));
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
@@ -94,17 +86,13 @@ bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIn
   if (!checkRemovable(matrix, chosen)) return false;
 
   size_t removedCells = 0;
-  size_t removedMothers = 0;
-  for (int32_t index : chosen) {
-    if (static_cast<size_t>(index) >= matrix.cellCount) continue;
-    ++removedCells;
-    if (matrix.variable(static_cast<size_t>(index)).isCategorical()) ++removedMothers;
-  }
+  for (int32_t index : chosen)
+    if (static_cast<size_t>(index) < matrix.cellCount()) ++removedCells;
   std::vector<int32_t> moved;
   std::vector<std::unique_ptr<CellValue[]>> cells;
   try {
     moved = newIndexes(matrix.variableCount(), chosen);
-    if (removedCells) cells = keptCells(matrix, moved, matrix.cellCount - removedCells);
+    if (removedCells) cells = keptCells(matrix, moved, matrix.cellCount() - removedCells);
     console.print("%d variables removed:", static_cast<int>(chosen.size()));
     for (int32_t index : chosen) console.print("   %s", matrix.variable(static_cast<size_t>(index)).name.c_str());
   } catch (const std::bad_alloc&) {
@@ -113,26 +101,17 @@ bool removeVariables(SymbolicMatrix& matrix, std::span<const int32_t> variableIn
   }
 
   // Nothing below allocates.
-  if (removedCells) {
-    size_t next = 0;
-    for (Individual& individual : matrix.individuals) individual.cells = std::move(cells[next++]);
-    matrix.cellCount -= removedCells;
-  }
-  matrix.motherCandidates -= std::min(removedMothers, matrix.motherCandidates);
-  forEachValueRow(matrix, [&chosen](Assertion& row) { eraseChosen(row.values, chosen); });
-  eraseChosen(matrix.variables, chosen);
-  eraseChosen(matrix.isDaughter, chosen);
-  for (auto& variable : matrix.variables) {
-    variable->motherIndex = movedIndex(moved, variable->motherIndex);
-    variable->firstDaughter = movedIndex(moved, variable->firstDaughter);
-    variable->nextDaughter = movedIndex(moved, variable->nextDaughter);
+  matrix.eraseVariables(chosen, std::move(cells));
+  for (size_t v = 0; v < matrix.variableCount(); ++v) {
+    SymbolicVariable& variable = matrix.variable(v);
+    variable.motherIndex = movedIndex(moved, variable.motherIndex);
+    variable.firstDaughter = movedIndex(moved, variable.firstDaughter);
+    variable.nextDaughter = movedIndex(moved, variable.nextDaughter);
   }
   for (auto& rule : matrix.rules) {
     rule->mother = movedIndex(moved, rule->mother);
     rule->daughter = movedIndex(moved, rule->daughter);
   }
-  matrix.recountKinds();
-  countTaxonomies(matrix);
   return true;
 }
 

@@ -26,8 +26,8 @@ bool isUsedByRule(const SymbolicMatrix& matrix, size_t variableIndex);
 // every row (assertions, reduced assertions, hordes' classes and reduced
 // classes) and, for cell-holding variables, their cells in every
 // individual (the cell-holding count goes down with them). Indexes held by
-// variables and rules are moved down over the removed ones; the kind and
-// taxonomy counters are recounted. Returns false and changes nothing when the
+// variables and rules are moved down over the removed ones; the matrix's
+// counts follow. Returns false and changes nothing when the
 // choice covers every variable ("Impossible to remove all the variables"),
 // names a variable used by a rule or a variable that does not exist, or
 // when memory runs out. An empty choice does nothing and returns true.

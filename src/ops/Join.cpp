@@ -46,44 +46,21 @@ void shiftIndex(int32_t& index, int32_t offset) {
   if (index != -1) index += offset;
 }
 
-// Every allocation happens here, before anything is moved.
-void reserveFor(SymbolicMatrix& result, const SymbolicMatrix& first, const SymbolicMatrix& second) {
-  const size_t variables = first.variableCount() + second.variableCount();
-  result.variables.reserve(variables);
-  result.isDaughter.reserve(variables);
-  result.rules.reserve(first.rules.size() + second.rules.size());
-}
-
-void takeVariablesAndRules(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second,
-                           std::vector<std::string>& names) {
-  const auto offset = static_cast<int32_t>(first.variableCount());
+// Gives the second matrix's variables their joined names and shifts the
+// indexes its variables and rules hold past the first's variables.
+void placeAfterFirst(SymbolicMatrix& second, size_t offset, std::vector<std::string>& names) {
+  const auto shift = static_cast<int32_t>(offset);
   for (size_t j = 0; j < second.variableCount(); ++j) {
     SymbolicVariable& variable = second.variable(j);
-    if (names[static_cast<size_t>(offset) + j] != variable.name)
-      variable.name = std::move(names[static_cast<size_t>(offset) + j]);
-    shiftIndex(variable.motherIndex, offset);
-    shiftIndex(variable.firstDaughter, offset);
-    shiftIndex(variable.nextDaughter, offset);
+    if (names[offset + j] != variable.name) variable.name = std::move(names[offset + j]);
+    shiftIndex(variable.motherIndex, shift);
+    shiftIndex(variable.firstDaughter, shift);
+    shiftIndex(variable.nextDaughter, shift);
   }
   for (auto& rule : second.rules) {
-    shiftIndex(rule->mother, offset);
-    shiftIndex(rule->daughter, offset);
+    shiftIndex(rule->mother, shift);
+    shiftIndex(rule->daughter, shift);
   }
-  for (SymbolicMatrix* source : {&first, &second}) {
-    for (size_t v = 0; v < source->variableCount(); ++v) {
-      result.isDaughter.push_back(v < source->isDaughter.size() ? source->isDaughter[v] : 0);
-      result.variables.push_back(std::move(source->variables[v]));
-    }
-    for (auto& rule : source->rules) result.rules.push_back(std::move(rule));
-    source->variables.clear();
-    source->isDaughter.clear();
-    source->rules.clear();
-  }
-  result.recountKinds();
-  result.cellCount = first.cellCount + second.cellCount;
-  result.taxonomyCount = first.taxonomyCount + second.taxonomyCount;
-  result.cellTaxonomyCount = first.cellTaxonomyCount + second.cellTaxonomyCount;
-  result.motherCandidates = first.motherCandidates + second.motherCandidates;
 }
 
 void joinAssertion(SymbolicMatrix& result, Assertion& fromFirst, Assertion& fromSecond) {
@@ -105,8 +82,8 @@ bool Join(SymbolicMatrix& result, SymbolicMatrix& first, SymbolicMatrix& second)
   result.subtitle = first.subtitle;
   try {
     std::vector<std::string> names = joinedNames(result, first, second);
-    reserveFor(result, first, second);
-    takeVariablesAndRules(result, first, second, names);
+    placeAfterFirst(second, first.variableCount(), names);
+    result.takeVariables(first, second);
 
     const bool walkSecond = second.assertionCount() <= first.assertionCount();
     SymbolicMatrix& walked = walkSecond ? second : first;

@@ -25,55 +25,21 @@ inline const char* chainDatabaseSql() {
 // Runs the whole chain from connect to export on the database and checks
 // what every step printed and wrote.
 inline void checkChain(const std::string& connection, const std::string& dir) {
-  const CliResult result = runCli({"--seed",
-                                   "7",
-                                   "connect",
-                                   connection,
-                                   "then",
-                                   "new",
-                                   "--query",
-                                   "select id, town, job, income, w from people",
-                                   "--weight",
-                                   "--min",
-                                   "2",
-                                   "then",
-                                   "taxonomy",
-                                   "job",
-                                   "--table",
-                                   "jobs",
-                                   "then",
-                                   "dependence",
-                                   "--mother",
-                                   "job",
-                                   "--applicable",
-                                   "clerk,farmer",
-                                   "--daughters",
-                                   "income",
-                                   "--yes",
-                                   "then",
-                                   "add-variables",
-                                   "--table",
-                                   "facts",
-                                   "then",
-                                   "save",
-                                   "chain.gaj",
-                                   "then",
-                                   "export",
-                                   "chain.kvf",
-                                   "--title",
-                                   "People",
-                                   "then",
-                                   "export",
-                                   "chain.xml",
-                                   "then",
-                                   "export",
-                                   "chain.csv",
-                                   "--format",
-                                   "rsda",
-                                   "then",
-                                   "view",
-                                   "assertions"},
-                                  dir);
+  // One command of the chain per line.
+  // clang-format off
+  const CliResult result = runCli(
+      {"--seed", "7", "connect", connection,
+       "then", "new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes",
+       "then", "add-variables", "--table", "facts",
+       "then", "save", "chain.gaj",
+       "then", "export", "chain.kvf", "--title", "People",
+       "then", "export", "chain.xml",
+       "then", "export", "chain.csv", "--format", "rsda",
+       "then", "view", "assertions"},
+      dir);
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::string> lines = linesOf(result.out);
   ASSERT_GE(lines.size(), 12u) << result.out;
@@ -82,49 +48,39 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
   EXPECT_EQ(summary, (std::vector<std::string>{
                          "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
                          "3 assertions build from 6 individuals"}));
-  auto has = [&](const std::string& line) {
-    for (const std::string& l : lines)
-      if (l == line) return true;
-    return false;
-  };
   // Rome has one individual, below the minimum of 2.
-  EXPECT_TRUE(has("::Individuals per group threshold: 2"));
-  EXPECT_TRUE(has("taxonomy variable 'job': initial domain is covered by 2 nodes"));
-  EXPECT_TRUE(has("2: variable 'income': value '50.00' will be replaced by NA"));
-  EXPECT_TRUE(has("1 rules added:"));
-  EXPECT_TRUE(has("  income is applicable if job in {\"clerk\", \"farmer\"}"));
-  EXPECT_TRUE(has("1 unique variables added:"));
-  EXPECT_TRUE(has("   sea"));
-  EXPECT_TRUE(has("saving KVF file chain.kvf ..."));
-  EXPECT_TRUE(has("saving XML file chain.xml ..."));
-  EXPECT_TRUE(has("saving RSDA table chain.csv ..."));
-  EXPECT_TRUE(has("Assertion\tIndividuals\tjob\tincome\tsea"));
+  for (const char* line :
+       {"::Individuals per group threshold: 2", "taxonomy variable 'job': initial domain is covered by 2 nodes",
+        "2: variable 'income': value '50.00' will be replaced by NA",
+        "1 rules added:", "  income is applicable if job in {\"clerk\", \"farmer\"}",
+        "1 unique variables added:", "   sea", "saving KVF file chain.kvf ...", "saving XML file chain.xml ...",
+        "saving RSDA table chain.csv ...", "Assertion\tIndividuals\tjob\tincome\tsea"})
+    EXPECT_TRUE(hasLine(lines, line)) << line;
 
-  EXPECT_EQ(slurp(dir + "/chain.kvf").rfind("KORVA = (", 0), 0u);
-  EXPECT_NE(slurp(dir + "/chain.kvf").find("title = \"People\""), std::string::npos);
-  EXPECT_EQ(slurp(dir + "/chain.xml").rfind("<?xml", 0), 0u);
-  EXPECT_EQ(slurp(dir + "/chain.csv").rfind("$M;job;", 0), 0u);
+  EXPECT_EQ(readFile(dir + "/chain.kvf").rfind("KORVA = (", 0), 0u);
+  EXPECT_NE(readFile(dir + "/chain.kvf").find("title = \"People\""), std::string::npos);
+  EXPECT_EQ(readFile(dir + "/chain.xml").rfind("<?xml", 0), 0u);
+  EXPECT_EQ(readFile(dir + "/chain.csv").rfind("$M;job;", 0), 0u);
   EXPECT_EQ(access((dir + "/chain_meta.xml").c_str(), F_OK), 0);
   EXPECT_EQ(access((dir + "/chain.gaj.xml").c_str(), F_OK), 0);
 
   // The saved project opens again with its metadata; the reader checks the
   // exported file.
-  const CliResult reopened = runCli({"open", "chain.gaj", "then", "view", "individuals", "then", "check", "chain.kvf",
-                                     "then", "dependences", "then", "taxonomies"},
-                                    dir);
+  // One command of the chain per line.
+  // clang-format off
+  const CliResult reopened = runCli(
+      {"open", "chain.gaj",
+       "then", "view", "individuals",
+       "then", "check", "chain.kvf",
+       "then", "dependences",
+       "then", "taxonomies"},
+      dir);
+  // clang-format on
   ASSERT_EQ(reopened.status, 0) << reopened.err;
-  const std::vector<std::string> again = linesOf(reopened.out);
-  auto hasAgain = [&](const std::string& line) {
-    for (const std::string& l : again)
-      if (l == line) return true;
-    return false;
-  };
-  EXPECT_TRUE(hasAgain("MetaData Loaded and transfered"));
-  EXPECT_TRUE(hasAgain("2 assertions build from 5 individuals"));
-  EXPECT_TRUE(hasAgain("2\t2\tstudent\tNA\tLyon"));
-  EXPECT_TRUE(hasAgain("  income is applicable if job in {\"clerk\", \"farmer\"}"));
-  EXPECT_TRUE(hasAgain("Taxonomy of job:"));
-  EXPECT_TRUE(hasAgain("  root_"));
+  for (const char* line :
+       {"MetaData Loaded and transfered", "2 assertions build from 5 individuals", "2\t2\tstudent\tNA\tLyon",
+        "  income is applicable if job in {\"clerk\", \"farmer\"}", "Taxonomy of job:", "  root_"})
+    EXPECT_TRUE(hasLine(linesOf(reopened.out), line)) << line;
 }
 
 }  // namespace velda::test

@@ -5,10 +5,11 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/FileText.h"
 
 extern char** environ;
 
@@ -20,13 +21,6 @@ struct CliResult {
   std::string out;
   std::string err;
 };
-
-inline std::string slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 // The environment with LC_ALL set to `locale`.
 inline std::vector<std::string> environmentWithLocale(const std::string& locale) {
@@ -75,8 +69,8 @@ inline CliResult finishCli(pid_t pid, const std::string& dir) {
     waitpid(pid, &status, 0);
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  result.out = slurp(dir + "/cli.out");
-  result.err = slurp(dir + "/cli.err");
+  result.out = readFile(dir + "/cli.out");
+  result.err = readFile(dir + "/cli.err");
   return result;
 }
 

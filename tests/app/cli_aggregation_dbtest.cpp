@@ -9,12 +9,6 @@
 namespace velda::test {
 namespace {
 
-bool contains(const std::vector<std::string>& lines, const std::string& line) {
-  for (const std::string& l : lines)
-    if (l == line) return true;
-  return false;
-}
-
 // Rows ordered so that the client side meets the jobs in byte order and
 // the groups kept by the threshold (Lyon, Nice) in that order too: both
 // ways then write the same file.
@@ -23,78 +17,69 @@ const char* kQuery = "select id, town, job, income, w from people order by job, 
 TEST(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
   SqliteDatabase database(chainDatabaseSql());
   TempDir dir;
-  CliResult result = runCli({"connect",
-                             database.connectionString(),
-                             "then",
-                             "new",
-                             "--query",
-                             kQuery,
-                             "--weight",
-                             "--min",
-                             "2",
-                             "--in-database",
-                             "then",
-                             "taxonomy",
-                             "job",
-                             "--table",
-                             "jobs",
-                             "then",
-                             "add-variables",
-                             "--table",
-                             "facts",
-                             "then",
-                             "export",
-                             "aggregated.kvf",
-                             "then",
-                             "save",
-                             "aggregated.gaj"},
-                            dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--min", "2", "--in-database",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "add-variables", "--table", "facts",
+       "then", "export", "aggregated.kvf",
+       "then", "save", "aggregated.gaj"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
-  const std::vector<std::string> lines = linesOf(result.out);
-  EXPECT_TRUE(contains(lines, "3 assertions build from 6 individuals aggregated in the database")) << result.out;
-  EXPECT_TRUE(contains(lines, "::Individuals per group threshold: 2"));
-  EXPECT_TRUE(contains(lines, "::1 assertion deleted, correcting indexes..."));
-  EXPECT_TRUE(contains(lines, "taxonomy variable 'job': initial domain is covered by 2 nodes"));
-  EXPECT_TRUE(contains(lines, "1 unique variables added:"));
+  for (const char* line :
+       {"3 assertions build from 6 individuals aggregated in the database", "::Individuals per group threshold: 2",
+        "::1 assertion deleted, correcting indexes...", "taxonomy variable 'job': initial domain is covered by 2 nodes",
+        "1 unique variables added:"})
+    EXPECT_TRUE(hasLine(linesOf(result.out), line)) << line;
 
-  result = runCli({"connect",   database.connectionString(),
-                   "then",      "new",
-                   "--query",   kQuery,
-                   "--weight",  "--min",
-                   "2",         "then",
-                   "taxonomy",  "job",
-                   "--table",   "jobs",
-                   "then",      "add-variables",
-                   "--table",   "facts",
-                   "then",      "export",
-                   "client.kvf"},
-                  dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--min", "2",
+       "then", "taxonomy", "job", "--table", "jobs",
+       "then", "add-variables", "--table", "facts",
+       "then", "export", "client.kvf"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
-  const std::string exported = slurp(dir.path() + "/aggregated.kvf");
+  const std::string exported = readFile(dir.file("aggregated.kvf"));
   EXPECT_EQ(exported.rfind("KORVA = (", 0), 0u);
-  EXPECT_EQ(exported, slurp(dir.path() + "/client.kvf"));
+  EXPECT_EQ(exported, readFile(dir.file("client.kvf")));
 
   // The project keeps the assertions without any individual record.
   result =
       runCli({"open", "aggregated.gaj", "then", "export", "reopened.kvf", "then", "view", "assertions"}, dir.path());
   ASSERT_EQ(result.status, 0) << result.err;
-  EXPECT_TRUE(contains(linesOf(result.out), "2 assertions build from 0 individuals")) << result.out;
-  EXPECT_EQ(slurp(dir.path() + "/reopened.kvf"), exported);
+  EXPECT_TRUE(hasLine(linesOf(result.out), "2 assertions build from 0 individuals")) << result.out;
+  EXPECT_EQ(readFile(dir.file("reopened.kvf")), exported);
 }
 
 TEST(CliAggregationSqlite, CommandsThatNeedIndividualsAreRefused) {
   SqliteDatabase database(chainDatabaseSql());
   TempDir dir;
-  CliResult result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight",
-                             "--in-database", "--sample", "100"},
-                            dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--in-database", "--sample", "100"},
+      dir.path());
+  // clang-format on
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err)[0],
             "Sampling needs the individuals: it cannot be used when the database aggregates them");
 
-  result = runCli({"connect", database.connectionString(), "then", "new", "--query", kQuery, "--weight",
-                   "--in-database", "then", "save", "aggregated.gaj"},
-                  dir.path());
+  // One command of the chain per line.
+  // clang-format off
+  result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", kQuery, "--weight", "--in-database",
+       "then", "save", "aggregated.gaj"},
+      dir.path());
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::pair<std::vector<std::string>, std::string>> refused = {
       {{"reduce"}, "Reducing assertions"},

@@ -1,8 +1,7 @@
 // velda-cli end to end on the SQLite ODBC driver.
-#include <dirent.h>
 #include <signal.h>
 
-#include <set>
+#include <array>
 
 #include "app/CliChain.h"
 #include "support/SqliteDatabase.h"
@@ -28,15 +27,14 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
                                                            "Column name\tType\tPrecision\tNullable",
                                                            "town\tSQL_VARCHAR\t20\tYes", "sea\tSQL_VARCHAR\t3\tYes"}));
 
-  result =
-      runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--sample", "9"}, dir.path());
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Number of individuals must be between 100 and 10000");
-
-  result =
-      runCli({"connect", database.connectionString(), "then", "new", "--table", "people", "--min", "0"}, dir.path());
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Minimum of individuals must be more than 0");
+  for (const auto& [option, value, message] :
+       {std::array<std::string, 3>{"--sample", "9", "Number of individuals must be between 100 and 10000"},
+        std::array<std::string, 3>{"--min", "0", "Minimum of individuals must be more than 0"}}) {
+    result =
+        runCli({"connect", database.connectionString(), "then", "new", "--table", "people", option, value}, dir.path());
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(linesOf(result.err)[0], message);
+  }
 
   // Without --yes the dependence is only previewed: No brings the dialog
   // back once, and the second time it is cancelled with the reason.
@@ -48,15 +46,6 @@ TEST(CliChainSqlite, TablesColumnsAndTheDialogsChecks) {
             (std::vector<std::string>{"Dependence not added: some values would be replaced by NA (confirm with --yes)",
                                       "velda-cli: dependence failed"}));
   EXPECT_EQ(result.out.find("rules added"), std::string::npos);
-}
-
-std::set<std::string> namesIn(const std::string& dir) {
-  std::set<std::string> names;
-  if (DIR* folder = opendir(dir.c_str())) {
-    while (const dirent* entry = readdir(folder)) names.insert(entry->d_name);
-    closedir(folder);
-  }
-  return names;
 }
 
 TEST(CliChainSqlite, CtrlCStopsTheChainBetweenCommandsAndNeverCutsASave) {
@@ -75,8 +64,7 @@ TEST(CliChainSqlite, CtrlCStopsTheChainBetweenCommandsAndNeverCutsASave) {
 
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err), std::vector<std::string>{"velda-cli: interrupted before save"});
-  EXPECT_EQ(namesIn(dir.path()),
-            (std::set<std::string>{".", "..", "cli.out", "cli.err", "people.gaj", "people.gaj.xml"}));
+  EXPECT_EQ(folderNames(dir.path()), (std::vector<std::string>{"cli.err", "cli.out", "people.gaj", "people.gaj.xml"}));
   const CliResult reopened = runCli({"open", "people.gaj"}, dir.path());
   EXPECT_EQ(reopened.status, 0) << reopened.err;
 }

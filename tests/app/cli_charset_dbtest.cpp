@@ -20,50 +20,32 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 TEST(CliCharset, Utf8ArgumentsMatchLatin1NamesAndTheConsoleSpeaksUtf8) {
   SqliteDatabase database(kRegionsSql);
   TempDir dir;
-  const CliResult result = runCli({"connect",
-                                   database.connectionString(),
-                                   "then",
-                                   "new",
-                                   "--query",
-                                   "select id, town, region, income from people",
-                                   "then",
-                                   "dependence",
-                                   "--mother",
-                                   "region",
-                                   "--applicable",
-                                   "\xc3\x8ele-de-France",
-                                   "--daughters",
-                                   "income",
-                                   "--yes",
-                                   "then",
-                                   "save",
-                                   "regions.gaj",
-                                   "then",
-                                   "export",
-                                   "regions.kvf",
-                                   "--title",
-                                   "R\xc3\xa9gions",
-                                   "--subtitle",
-                                   "Sous-titre \xc3\xa9t\xc3\xa9",
-                                   "then",
-                                   "export",
-                                   "regions.xml"},
-                                  dir.path(), "C.UTF-8");
+  // One command of the chain per line.
+  // clang-format off
+  const CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", "select id, town, region, income from people",
+       "then", "dependence", "--mother", "region", "--applicable", "\xc3\x8ele-de-France", "--daughters", "income", "--yes",
+       "then", "save", "regions.gaj",
+       "then", "export", "regions.kvf", "--title", "R\xc3\xa9gions", "--subtitle", "Sous-titre \xc3\xa9t\xc3\xa9",
+       "then", "export", "regions.xml"},
+      dir.path(), "C.UTF-8");
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_TRUE(contains(result.out, "  income is applicable if region in {\"\xc3\x8ele-de-France\"}\n")) << result.out;
   EXPECT_FALSE(contains(result.out, "\xce")) << "a Latin-1 byte reached the UTF-8 console";
 
-  const std::string project = slurp(dir.file("regions.gaj"));
+  const std::string project = readFile(dir.file("regions.gaj"));
   EXPECT_TRUE(contains(project, std::string("\xcele-de-France") + '\0'));
   EXPECT_TRUE(contains(project, std::string("Rh\xf4ne") + '\0'));
   EXPECT_FALSE(contains(project, "\xc3"));
-  const std::string kvf = slurp(dir.file("regions.kvf"));
+  const std::string kvf = readFile(dir.file("regions.kvf"));
   EXPECT_TRUE(contains(kvf, "\"R\xe9gions\""));
   EXPECT_TRUE(contains(kvf, "\"Sous-titre \xe9t\xe9\""));
   EXPECT_FALSE(contains(kvf, "\xc3"));
   // The XML writes each Latin-1 character as one reference, never the two
   // bytes of its UTF-8 form.
-  const std::string xml = slurp(dir.file("regions.xml"));
+  const std::string xml = readFile(dir.file("regions.xml"));
   EXPECT_TRUE(contains(xml, "sub_title = \"Sous-titre &#"));
   EXPECT_FALSE(contains(xml, "&#195;"));
 
@@ -76,10 +58,13 @@ TEST(CliCharset, Utf8ArgumentsMatchLatin1NamesAndTheConsoleSpeaksUtf8) {
 TEST(CliCharset, AnArgumentLatin1CannotHoldIsAUsageErrorThatNamesIt) {
   TempDir dir;
   // U+015C, beyond Latin-1.
-  CliResult result = runCli({"save", "out.gaj", "then", "export", "out.kvf", "--title",
-                             "\xc5\x9c"
-                             "ance"},
-                            dir.path(), "C.UTF-8");
+  // One command of the chain per line.
+  // clang-format off
+  CliResult result = runCli(
+      {"save", "out.gaj",
+       "then", "export", "out.kvf", "--title", "\xc5\x9c" "ance"},
+      dir.path(), "C.UTF-8");
+  // clang-format on
   EXPECT_EQ(result.status, 2);
   EXPECT_EQ(linesOf(result.err)[0],
             "velda-cli: argument 7 \"\xc5\x9c"
@@ -95,10 +80,14 @@ TEST(CliCharset, AnArgumentLatin1CannotHoldIsAUsageErrorThatNamesIt) {
 TEST(CliCharset, TheCLocalePassesBytesUnchanged) {
   SqliteDatabase database(kRegionsSql);
   TempDir dir;
-  const CliResult result = runCli({"connect", database.connectionString(), "then", "new", "--query",
-                                   "select id, town, region, income from people", "then", "dependence", "--mother",
-                                   "region", "--applicable", "\xcele-de-France", "--daughters", "income", "--yes"},
-                                  dir.path(), "C");
+  // One command of the chain per line.
+  // clang-format off
+  const CliResult result = runCli(
+      {"connect", database.connectionString(),
+       "then", "new", "--query", "select id, town, region, income from people",
+       "then", "dependence", "--mother", "region", "--applicable", "\xcele-de-France", "--daughters", "income", "--yes"},
+      dir.path(), "C");
+  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_TRUE(contains(result.out, "  income is applicable if region in {\"\xcele-de-France\"}\n")) << result.out;
 }

@@ -115,23 +115,20 @@ TEST_F(CliUsage, AFailingCommandStopsTheChainWithOne) {
   EXPECT_EQ(result.status, 1);
   EXPECT_EQ(linesOf(result.err),
             (std::vector<std::string>{"Not connected: use connect CONN first", "velda-cli: tables failed"}));
-
-  result = run({"open", "missing.gaj", "then", "console-save", "console.txt"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Can not open file missing.gaj");
+  const std::vector<std::pair<std::vector<std::string>, std::string>> failing = {
+      {{"open", "missing.gaj", "then", "console-save", "console.txt"}, "Can not open file missing.gaj"},
+      {{"view", "assertions"}, "No data: use new, open or join first"},
+      {{"join", "a.gaj", "b.gaj"}, "Can not open file a.gaj"},
+      {{"connect", "Driver=NoSuchDriver"}, ""}};
+  for (const auto& [args, message] : failing) {
+    result = run(args);
+    EXPECT_EQ(result.status, 1) << args[0];
+    ASSERT_FALSE(result.err.empty()) << args[0];
+    if (!message.empty()) {
+      EXPECT_EQ(linesOf(result.err)[0], message);
+    }
+  }
   EXPECT_NE(access(dir_.file("console.txt").c_str(), F_OK), 0);
-
-  result = run({"view", "assertions"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "No data: use new, open or join first");
-
-  result = run({"join", "a.gaj", "b.gaj"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_EQ(linesOf(result.err)[0], "Can not open file a.gaj");
-
-  result = run({"connect", "Driver=NoSuchDriver"});
-  EXPECT_EQ(result.status, 1);
-  EXPECT_FALSE(result.err.empty());
 }
 
 }  // namespace

@@ -15,39 +15,32 @@
 #include "db/Connection.h"
 #include "db/aggregation/DatabaseAggregation.h"
 #include "db/extraction/Extraction.h"
+#include "model/CategoricalValue.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 
 namespace velda::test {
 
-// Rewrites an exported categorical value "(3(0.25),1(0.75))" with each
-// category number replaced by its name, items in name order.
-inline std::string categoriesByName(const CategoricalVariable& variable, const std::string& written) {
-  std::string items;
-  for (char c : written)
-    if (c != '\n' && c != ' ') items += c;
-  if (items.size() < 2 || items.front() != '(' || items.back() != ')') return "unexpected " + written;
-  items = items.substr(1, items.size() - 2);
+// A categorical value as "name(weight);" items in name order, weights to
+// six significant digits: category numbers differ between the two ways.
+inline std::string categoriesByName(const CategoricalVariable& variable, const CategoricalValue& value) {
   std::vector<std::string> named;
-  size_t start = 0;
-  while (start < items.size()) {
-    const size_t open = items.find('(', start);
-    const size_t close = items.find(')', open);
-    if (open == std::string::npos || close == std::string::npos) return "unexpected " + written;
-    const int number = std::stoi(items.substr(start, open - start));
-    const Modality* modality = variable.byIndex(number - 1);
-    named.push_back((modality ? modality->name : "?") + items.substr(open, close + 1 - open));
-    start = close + 2;  // past ")" and ","
+  for (const ValueEntry& entry : value.entries) {
+    const Modality* modality = variable.byIndex(entry.index);
+    std::ostringstream item;
+    item << (modality ? modality->name : "?") << '(' << entry.weight << ");";
+    named.push_back(item.str());
   }
   std::sort(named.begin(), named.end());
   std::string text;
-  for (const std::string& item : named) text += item + ";";
+  for (const std::string& item : named) text += item;
   return text;
 }
 
 // Per assertion name: its number of individuals and, per variable, the value
-// as the export writes it (categories by name) with its NULL, NA and total
-// weights, printed to six significant digits as the files carry them.
+// as the export writes it (categories by name with their weights) with its
+// NULL, NA and total weights, printed to six significant digits as the files
+// carry them.
 inline std::map<std::string, std::string> exportsByName(const SymbolicMatrix& matrix) {
   std::map<std::string, std::string> rows;
   for (const Assertion& assertion : matrix.assertions) {
@@ -59,7 +52,8 @@ inline std::map<std::string, std::string> exportsByName(const SymbolicMatrix& ma
       value.writeValue(written);
       row << " | " << matrix.variable(v).name << ' ';
       if (matrix.variable(v).isCategorical() && value.hasData())
-        row << categoriesByName(static_cast<const CategoricalVariable&>(matrix.variable(v)), written.str());
+        row << categoriesByName(static_cast<const CategoricalVariable&>(matrix.variable(v)),
+                                static_cast<const CategoricalValue&>(value));
       else
         row << written.str();
       row << " nu " << value.nullWeight << " na " << value.naWeight << " of " << value.totalWeight;
@@ -73,7 +67,7 @@ inline std::map<std::string, std::string> exportsByName(const SymbolicMatrix& ma
 // sorted list (their numbering differs between the two ways).
 inline std::vector<std::string> variablesByName(const SymbolicMatrix& matrix) {
   std::vector<std::string> described;
-  for (const auto& variable : matrix.variables) {
+  for (const auto& variable : matrix.variables()) {
     std::ostringstream out;
     if (!variable->isCategorical()) {
       variable->writeDescription(out);
@@ -93,7 +87,7 @@ inline std::vector<std::string> variablesByName(const SymbolicMatrix& matrix) {
 // Whether each categorical variable numbers its categories in ascending
 // byte order of their names.
 inline bool categoriesInByteOrder(const SymbolicMatrix& matrix) {
-  for (const auto& variable : matrix.variables) {
+  for (const auto& variable : matrix.variables()) {
     if (!variable->isCategorical()) continue;
     const auto& categorical = static_cast<const CategoricalVariable&>(*variable);
     for (size_t i = 1; i < categorical.modalityCount(); ++i) {

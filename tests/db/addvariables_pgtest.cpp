@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -8,6 +7,7 @@
 #include "common/LastError.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
+#include "db/GroupsText.h"
 #include "db/extraction/Extraction.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
@@ -18,12 +18,6 @@ namespace {
 
 using test::openConnection;
 using test::PgDatabase;
-
-std::string valueOf(SymbolicMatrix& m, const char* assertion, size_t variable) {
-  std::ostringstream out;
-  m.findAssertion(assertion)->value(variable).writeValue(out);
-  return out.str();
-}
 
 std::vector<std::string> linesOf(const ConsoleLog& console) {
   return std::vector<std::string>(console.lines().begin(), console.lines().end());
@@ -60,10 +54,7 @@ TEST(AddVariablesPostgres, BothFormsOnAServer) {
                                   "   region",
                                   "Total 3 variables (1 qualitatives, 2 quantitatives)",
                               }));
-  EXPECT_EQ(valueOf(m, "g1", 1), "10.5");
-  EXPECT_EQ(valueOf(m, "g2", 1), "2");
-  EXPECT_EQ(valueOf(m, "g1", 2), "(1(1))");
-  EXPECT_EQ(valueOf(m, "g2", 2), "(1(0.5),2(0.5))");
+  EXPECT_EQ(test::groupsText(m), "g1: a b = (1:2) 10.5 (1(1))\ng2: c = (3:3) 2 (1(0.5),2(0.5))\n");
 
   EXPECT_EQ(addMultipleVariable(m, *connection, "select grp, region, w - 1 from facts", console), 0);
   EXPECT_EQ(lastError(), "Error at line 2: invalid ponderation value");

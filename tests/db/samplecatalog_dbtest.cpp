@@ -1,34 +1,28 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "common/LastError.h"
+#include "db/AggregationComparison.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
 #include "db/TableCatalog.h"
+#include "support/FileText.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
 
 namespace velda {
 namespace {
 
-std::string sampleScript() {
-  const char* source = std::getenv("VELDA_SOURCE_DIR");
-  std::ifstream file(std::string(source ? source : ".") + "/data/sample.sql");
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
-
 // The sample database is what the demo and the README use: every table and
-// view must come out with column types that extraction accepts.
-TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypes) {
-  const std::string script = sampleScript();
+// view must come out with column types that extraction accepts, and its
+// survey aggregates alike in the database and in the program.
+TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypesAndTheSurveyAggregates) {
+  const char* source = std::getenv("VELDA_SOURCE_DIR");
+  const std::string script = ::test::readFile(std::string(source ? source : ".") + "/data/sample.sql");
   ASSERT_FALSE(script.empty());
   test::SqliteDatabase db(script);
   auto connection = test::openConnection(db.connectionString());
@@ -67,6 +61,16 @@ TEST(SampleDatabase, EveryTableAndViewHasAcceptedColumnTypes) {
   // Town names are stored as UTF-8 and read as Latin-1.
   EXPECT_EQ(towns.count("Li\xE8ge"), 1u);
   EXPECT_EQ(towns.count("Saint-\xC9tienne"), 1u);
+
+  test::expectSameAsClientSide(
+      *connection, "select person_id, town, sex, age, income, occupation, marital_status, weight from survey", true);
+  test::expectSameAsClientSide(*connection,
+                               "select person_id, region, occupation, income, sex from survey order by age;\n", false);
+  // The same person in every group of her region and of her sex.
+  test::expectSameAsClientSide(*connection,
+                               "select person_id, region, marital_status, age from survey union all "
+                               "select person_id, sex, marital_status, age from survey",
+                               false);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "common/LastError.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
+#include "db/StatementColumn.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
 
@@ -159,28 +160,11 @@ TEST(QueryStatementSqlite, ValuesAreTrimmedCutAndNullsTold) {
   ASSERT_EQ(statement.execute(*connection, "select id, v from t order by id"), 1) << statement.errorText();
   ASSERT_EQ(statement.columnKind(1), COLUMN_CHARACTER);
 
-  ASSERT_EQ(statement.fetch(), 1);
-  EXPECT_STREQ(statement.text(1), "abc");
-
-  ASSERT_EQ(statement.fetch(), 1);  // an empty string is a value, not NULL
-  EXPECT_FALSE(statement.isNull(1));
-  EXPECT_STREQ(statement.text(1), "");
-  ASSERT_EQ(statement.fetch(), 1);
-  EXPECT_TRUE(statement.isNull(1));
-  EXPECT_FALSE(statement.isNull(0));
-  ASSERT_EQ(statement.fetch(), 1);
-  EXPECT_FALSE(statement.isNull(1));
-  EXPECT_STREQ(statement.text(1), "");
-
-  ASSERT_EQ(statement.fetch(), 1);  // 300 characters arrive as the first 254
-  EXPECT_EQ(std::string(statement.text(1)), pattern254.substr(0, 254));
-  ASSERT_EQ(statement.fetch(), 1);
-  EXPECT_EQ(std::string(statement.text(1)), std::string(254, 'y'));
-  ASSERT_EQ(statement.fetch(), 1);  // cut inside the blanks, then trimmed
-  EXPECT_EQ(std::string(statement.text(1)), std::string(250, 'z'));
-
-  EXPECT_EQ(statement.fetch(), 0);
-  EXPECT_EQ(statement.status(), STATUS_OK);
+  // An empty string is a value, not NULL; 300 characters arrive as the
+  // first 254; a cut inside the blanks is trimmed.
+  EXPECT_EQ(test::fetchColumn(statement, 1),
+            (std::vector<std::string>{"abc", "", "<NULL>", "", pattern254.substr(0, 254), std::string(254, 'y'),
+                                      std::string(250, 'z')}));
 }
 
 TEST(QueryStatementSqlite, TextIsDecodedFromUtf8OrTakenAsLatin1) {
@@ -203,14 +187,10 @@ TEST(QueryStatementSqlite, TextIsDecodedFromUtf8OrTakenAsLatin1) {
   QueryStatement statement;
   ASSERT_EQ(statement.execute(*connection, "select * from t order by id"), 1) << statement.errorText();
   EXPECT_EQ(statement.columnName(1), "r\xE9gion");
-  ASSERT_EQ(statement.fetch(), 1);
-  EXPECT_STREQ(statement.text(1), "caf\xE9");
-  ASSERT_EQ(statement.fetch(), 1);  // not UTF-8: the bytes stay as they are
-  EXPECT_STREQ(statement.text(1), "caf\xE9");
-  ASSERT_EQ(statement.fetch(), 1);  // the cut falls inside the last character
-  EXPECT_EQ(std::string(statement.text(1)), std::string(253, 'a'));
-  ASSERT_EQ(statement.fetch(), 1);  // 254 fetched bytes hold 127 characters
-  EXPECT_EQ(std::string(statement.text(1)), std::string(127, '\xE9'));
+  // Bytes that are not UTF-8 stay as they are; a cut inside the last
+  // character drops it; 254 fetched bytes hold 127 characters.
+  EXPECT_EQ(test::fetchColumn(statement, 1),
+            (std::vector<std::string>{"caf\xE9", "caf\xE9", std::string(253, 'a'), std::string(127, '\xE9')}));
 }
 
 TEST(QueryStatementSqlite, ConnectionsAcceptTheOdbcPrefixAndReportFailures) {

@@ -75,8 +75,8 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
   }
   for (uint32_t i = 0; i < people; ++i) {
     Individual& person =
-        matrix.insertIndividual(Individual(uniqueText(choose, i), matrix.cellCount, randomWeight(choose)));
-    for (size_t v = 0; v < matrix.cellCount; ++v) {
+        matrix.insertIndividual(Individual(uniqueText(choose, i), matrix.cellCount(), randomWeight(choose)));
+    for (size_t v = 0; v < matrix.cellCount(); ++v) {
       const bool null = choose(5) == 0;
       const std::string text = matrix.variable(v).isCategorical()
                                    ? categories[choose(static_cast<uint32_t>(categories.size()))]
@@ -86,28 +86,28 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
     // The first individuals go one to each group: no group stays empty.
     Assertion& group = *assertions[i < groups ? i : choose(groups)];
     matrix.link(person, group);
-    if (matrix.addMember(group, person) != 1) return nullptr;
+    if (!matrix.addMember(group, person)) return nullptr;
   }
   // Categories no individual has still belong to the first categorical
   // variable, as after a taxonomy query.
-  for (size_t v = 0; v < matrix.cellCount; ++v) {
+  for (size_t v = 0; v < matrix.cellCount(); ++v) {
     if (!matrix.variable(v).isCategorical()) continue;
     CellValue unused;
     for (const std::string& category : categories)
       static_cast<void>(matrix.variable(v).addCell(category.c_str(), unused));
     break;
   }
-  if (matrix.finish(false) != 1) return nullptr;
+  if (!matrix.finish(false)) return nullptr;
   // A dependence between two categorical variables, when there are two.
   std::vector<int32_t> categorical;
-  for (size_t v = 0; v < matrix.cellCount; ++v)
+  for (size_t v = 0; v < matrix.cellCount(); ++v)
     if (matrix.variable(v).isCategorical()) categorical.push_back(static_cast<int32_t>(v));
   if (categorical.size() >= 2 && choose(2)) {
     RuleGroup group;
     const int32_t applicable[] = {0};
     const int32_t daughters[] = {categorical[1]};
-    if (makeRuleGroup(matrix, categorical[0], applicable, daughters, group))
-      static_cast<void>(applyRule(matrix, std::move(group)));
+    if (makeRuleGroup(matrix, categorical[0], applicable, daughters, group) && applyRule(matrix, std::move(group)) != 1)
+      return nullptr;
   }
   if (variables > 1 && choose(3) == 0) matrix.variable(choose(variables)).active = 0;
   return std::move(hand.matrix);

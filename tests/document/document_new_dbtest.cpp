@@ -2,29 +2,17 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <fstream>
-#include <sstream>
-
-#include "document/Document.h"
-#include "document/ScriptedUserInterface.h"
-#include "model/SymbolicMatrix.h"
+#include "document/DocumentHarness.h"
 #include "support/SqliteDatabase.h"
-#include "support/TempDir.h"
 
 namespace velda {
 namespace {
 
-class DocumentNew : public ::testing::Test {
+class DocumentNew : public test::DocumentHarness {
  protected:
   void SetUp() override {
     ui_.onNew = [](NewValues& values) {
       values.tableName = "people";
-      return true;
-    };
-    ui_.onChooseFile = [this](const FileRequest& request, FileChoice& choice) {
-      requests_.push_back(request);
-      if (nextFile_.empty()) return false;
-      choice.path = nextFile_;
       return true;
     };
   }
@@ -35,11 +23,6 @@ class DocumentNew : public ::testing::Test {
       "CREATE TABLE empty_people (id integer, town varchar(20), age integer);"
       "CREATE TABLE sizes (town varchar(20), area real);"
       "INSERT INTO sizes VALUES ('Lyon', 48), ('Nice', 72);"};
-  test::TempDir dir_;
-  ScriptedUserInterface ui_;
-  Document document_{ui_};
-  std::vector<FileRequest> requests_;
-  std::string nextFile_;
 };
 
 TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
@@ -60,7 +43,6 @@ TEST_F(DocumentNew, NewDataIsModifiedAndItsFirstSaveAsksForAName) {
   ASSERT_EQ(requests_.size(), 1u);
   EXPECT_EQ(requests_[0].mode, FileRequest::Mode::Save);
   EXPECT_EQ(requests_[0].filter, "VELDA file (*.gaj)");
-  EXPECT_EQ(requests_[0].defaultSuffix, "gaj");
   EXPECT_EQ(document_.matrix(), before);
   EXPECT_TRUE(document_.isModified());
 
@@ -127,9 +109,6 @@ TEST_F(DocumentNew, NewClosesTheDataBeforeItsDialogSoAFailureLeavesNothing) {
 }
 
 TEST_F(DocumentNew, VariablesAddedAfterAReductionAreExportedWithTheReducedRows) {
-  char previous[4096];
-  ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-  ASSERT_EQ(chdir(dir_.path().c_str()), 0);  // tempkvf.dat and parser.dat land here
   ASSERT_TRUE(document_.connect(database_.connectionString()));
   ASSERT_TRUE(document_.newFromDatabase());
   ui_.onReduction = [](ReductionValues& values) {
@@ -148,12 +127,9 @@ TEST_F(DocumentNew, VariablesAddedAfterAReductionAreExportedWithTheReducedRows) 
   const SymbolicMatrix& matrix = *document_.matrix();
   const size_t area = matrix.variableCount() - 1;
   for (const auto& reduced : matrix.reducedAssertions) {
-    std::ostringstream own;
-    std::ostringstream town;
-    reduced->value(area).writeValue(own);
-    matrix.orderedAssertions[static_cast<size_t>(reduced->number)]->value(area).writeValue(town);
-    EXPECT_EQ(own.str(), town.str()) << reduced->id;
-    EXPECT_NE(own.str(), "NU") << reduced->id;
+    const std::string own = test::HandMatrix::written(*reduced, area);
+    EXPECT_EQ(own, test::HandMatrix::written(*matrix.orderedAssertions[static_cast<size_t>(reduced->number)], area));
+    EXPECT_NE(own, "NU") << reduced->id;
   }
   const std::string destination = dir_.file("reduced.kvf");
   ui_.onExport = [&](ExportValues& values) {
@@ -161,11 +137,7 @@ TEST_F(DocumentNew, VariablesAddedAfterAReductionAreExportedWithTheReducedRows) 
     return values.exportReducedAssertions;
   };
   EXPECT_TRUE(document_.exportMatrix()) << ui_.lastMessage();
-  std::ifstream in(destination);
-  std::ostringstream text;
-  text << in.rdbuf();
-  EXPECT_EQ(text.str().find("NU"), std::string::npos);
-  ASSERT_EQ(chdir(previous), 0);
+  EXPECT_EQ(test::readFile(destination).find("NU"), std::string::npos);
 }
 
 }  // namespace

@@ -4,35 +4,17 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 
 #include "document/view/ViewFiles.h"
 #include "document/view/ViewerLauncher.h"
+#include "support/FileText.h"
+#include "support/ScopedEnv.h"
 #include "support/TempDir.h"
 
 namespace velda {
 namespace {
 
-// Sets an environment variable for the scope of a test.
-class ScopedEnv {
- public:
-  ScopedEnv(const char* name, const std::string& value) : name_(name) {
-    if (const char* old = std::getenv(name)) previous_ = old, hadValue_ = true;
-    setenv(name, value.c_str(), 1);
-  }
-  ~ScopedEnv() {
-    if (hadValue_)
-      setenv(name_, previous_.c_str(), 1);
-    else
-      unsetenv(name_);
-  }
-
- private:
-  const char* name_;
-  std::string previous_;
-  bool hadValue_ = false;
-};
+using test::ScopedEnv;
 
 TEST(DocumentViewer, TheChosenViewerIsTheOnlyOneTried) {
   {
@@ -58,12 +40,8 @@ TEST(DocumentViewer, TheChosenViewerIsTheOnlyOneTried) {
 
 // Makes an executable script that does nothing.
 void fakeProgram(const test::TempDir& bin, const std::string& name) {
-  const std::string path = bin.file(name);
-  FILE* script = std::fopen(path.c_str(), "w");
-  ASSERT_NE(script, nullptr);
-  std::fputs("#!/bin/sh\nexit 0\n", script);
-  std::fclose(script);
-  chmod(path.c_str(), 0755);
+  test::writeFile(bin.file(name), "#!/bin/sh\nexit 0\n");
+  ASSERT_EQ(chmod(bin.file(name).c_str(), 0755), 0);
 }
 
 TEST(DocumentViewer, ProgramsThatNeedATerminalDoNotCountAsViewers) {

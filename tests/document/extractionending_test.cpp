@@ -35,7 +35,7 @@ ExtractionResult extracted(milliseconds elapsed, size_t smallGroup = 1) {
   SymbolicMatrix& m = *result.matrix;
   m.appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
   m.appendVariable(std::make_unique<QuantitativeVariable>("x", 1));
-  m.cellCount = 2;
+  EXPECT_TRUE(m.declareCellVariables(2, 1));
   const std::vector<std::pair<std::string, size_t>> groups = {{"g0", 3}, {"g1", smallGroup}};
   for (const auto& [id, size] : groups) {
     Assertion& assertion = m.createAssertion(id);
@@ -44,10 +44,10 @@ ExtractionResult extracted(milliseconds elapsed, size_t smallGroup = 1) {
       individual.cells[0].flags = CELL_MODALITY | CELL_NULL;
       individual.cells[1].flags = CELL_NUMBER | CELL_NULL;
       m.link(individual, assertion);
-      static_cast<void>(m.addMember(assertion, individual));
+      EXPECT_TRUE(m.addMember(assertion, individual));
     }
   }
-  static_cast<void>(m.indexAssertions());
+  EXPECT_TRUE(m.indexAssertions());
   result.startedAt = std::chrono::steady_clock::time_point(std::chrono::seconds(50));
   result.finishedAt = result.startedAt + elapsed;
   return result;
@@ -92,46 +92,38 @@ TEST(ExtractionEnding, TimeIsInWholeTenthsWithTheSingularAtExactlyOneSecond) {
   }
 }
 
-TEST(ExtractionEnding, SummaryThenFieldsReset) {
+TEST(ExtractionEnding, SummaryThenFieldsResetWithStoppedAndThresholdAroundIt) {
   RecordingMessages messages;
+  const std::vector<std::string> summary = {
+      "Symbolic data matrix is composed by:", "2 variables (1 qualitatives, 1 quantitatives)",
+      "2 assertions build from 4 individuals"};
   Document doc;
   ExtractionResult result = extracted(milliseconds(350));
   SymbolicMatrix* made = result.matrix.get();
   ASSERT_EQ(endExtraction(std::move(result), 0, doc.console, doc.hooks()), 1);
   EXPECT_EQ(doc.matrix.get(), made);
-  EXPECT_EQ(doc.lines(), (std::vector<std::string>{
-                             "Extraction done in 0.3 seconds.",
-                             "Symbolic data matrix is composed by:",
-                             "2 variables (1 qualitatives, 1 quantitatives)",
-                             "2 assertions build from 4 individuals",
-                             "<fields reset>",
-                         }));
+  std::vector<std::string> expected = {"Extraction done in 0.3 seconds."};
+  expected.insert(expected.end(), summary.begin(), summary.end());
+  expected.push_back("<fields reset>");
+  EXPECT_EQ(doc.lines(), expected);
   EXPECT_EQ(doc.resets, 1);
   EXPECT_TRUE(messages.shown.empty());
-}
 
-TEST(ExtractionEnding, StoppedAndThresholdComeAroundTheSummary) {
-  Document doc;
-  ExtractionResult result = extracted(milliseconds(1000));
+  Document stopped;
+  result = extracted(milliseconds(1000));
   result.stopped = true;
-  ASSERT_EQ(endExtraction(std::move(result), 2, doc.console, doc.hooks()), 1);
-  EXPECT_EQ(doc.lines(), (std::vector<std::string>{
-                             "*stopped*",
-                             "Extraction done in 1.0 second .",
-                             "Symbolic data matrix is composed by:",
-                             "2 variables (1 qualitatives, 1 quantitatives)",
-                             "2 assertions build from 4 individuals",
-                             ":Privacy operation",
-                             "::Individuals per group threshold: 2",
-                             "::1 assertion deleted, correcting indexes...",
-                             "Assertion n\xb0"
-                             "0 has 3 individual(s). Minimum: 2",
-                             ":[done]",
-                             "<fields reset>",
-                         }));
-  ASSERT_TRUE(doc.matrix);
-  EXPECT_EQ(doc.matrix->assertionCount(), 1u);
-  EXPECT_EQ(doc.matrix->individualCount(), 3u);
+  ASSERT_EQ(endExtraction(std::move(result), 2, stopped.console, stopped.hooks()), 1);
+  expected = {"*stopped*", "Extraction done in 1.0 second ."};
+  expected.insert(expected.end(), summary.begin(), summary.end());
+  expected.insert(expected.end(), {":Privacy operation", "::Individuals per group threshold: 2",
+                                   "::1 assertion deleted, correcting indexes...",
+                                   "Assertion n\xb0"
+                                   "0 has 3 individual(s). Minimum: 2",
+                                   ":[done]", "<fields reset>"});
+  EXPECT_EQ(stopped.lines(), expected);
+  ASSERT_TRUE(stopped.matrix);
+  EXPECT_EQ(stopped.matrix->assertionCount(), 1u);
+  EXPECT_EQ(stopped.matrix->individualCount(), 3u);
 }
 
 TEST(ExtractionEnding, FailuresShowAMessageAndInstallNothing) {
@@ -166,6 +158,52 @@ TEST(ExtractionEnding, FailuresShowAMessageAndInstallNothing) {
                                 {"No individual extracted", MessageIcon::Warning},
                                 {"Internal error: cannot assert", MessageIcon::Warning},
                             }));
+}
+
+// A matrix that the database aggregated: groups a (5 individuals) and b
+// (2), 6 distinct individuals in all, and no individual record.
+ExtractionResult aggregated(long individuals) {
+  ExtractionResult result;
+  result.matrix = SymbolicMatrix::create(5, 3);
+  result.matrix->appendVariable(std::make_unique<CategoricalVariable>("c", 1, 19));
+  EXPECT_TRUE(result.matrix->declareCellVariables(1, 1));
+  result.matrix->createAssertion("a").memberCount = 5;
+  result.matrix->createAssertion("b").memberCount = 2;
+  EXPECT_TRUE(result.matrix->indexAssertions());
+  result.aggregatedIndividuals = individuals;
+  return result;
+}
+
+TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheThreshold) {
+  RecordingMessages messages;
+  ConsoleLog console;
+  std::unique_ptr<SymbolicMatrix> installed;
+  ExtractionEndingHooks hooks;  // no fields to reset
+  hooks.install = [&](std::unique_ptr<SymbolicMatrix> m) {
+    installed = std::move(m);
+    return true;
+  };
+  ASSERT_EQ(endExtraction(aggregated(6), 3, console, hooks), 1);
+  const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
+  ASSERT_EQ(lines.size(), 9u);  // the time first
+  EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
+            (std::vector<std::string>{
+                "Symbolic data matrix is composed by:", "1 variables (1 qualitatives, 0 quantitatives)",
+                "2 assertions build from 6 individuals aggregated in the database", ":Privacy operation",
+                "::Individuals per group threshold: 3", "::1 assertion deleted, correcting indexes...",
+                "Assertion n\xb0"
+                "0 has 5 individual(s). Minimum: 3",
+                ":[done]"}));
+  ASSERT_TRUE(installed);
+  EXPECT_EQ(installed->assertionCount(), 1u);
+  EXPECT_TRUE(messages.shown.empty());
+
+  // No individual at all is the client side's empty result.
+  installed.reset();
+  EXPECT_EQ(endExtraction(aggregated(0), 0, console, hooks), 0);
+  EXPECT_FALSE(installed);
+  EXPECT_EQ(messages.shown,
+            (std::vector<std::pair<std::string, MessageIcon>>{{"No individual extracted", MessageIcon::Warning}}));
 }
 
 }  // namespace

@@ -24,8 +24,7 @@ TEST(HordesTable, EveryClassShowsItsLabel) {
   Individual& a = data.person("a", {"1"});
   Individual& b = data.person("b", {"2"});
   Individual& c = data.person("c", {"4"});
-  Individual& d = data.person("d", {"20"});
-  data.group("Paris", {&a, &b, &c, &d});
+  data.group("Paris", {&a, &b, &c, &data.person("d", {"20"})});
   ASSERT_EQ(Divide(*data.matrix, 2), 1);
 
   std::ostringstream hordes;

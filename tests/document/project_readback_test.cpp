@@ -34,10 +34,7 @@ TEST(ProjectReadBack, RulesAndRecomputedDaughtersKeepTheirOrder) {
   hand.holdCells();
   const char* const names[] = {"alpha", "beta", "gamma", "delta", "mu"};
   std::vector<Individual*> people;
-  for (int i = 0; i < 5; ++i) {
-    const std::string id = std::to_string(i);
-    people.push_back(&hand.person(id.c_str(), {names[i], names[i]}));
-  }
+  for (int i = 0; i < 5; ++i) people.push_back(&hand.person(std::to_string(i).c_str(), {names[i], names[i]}));
   hand.group("g", {people[1], people[4]});
   hand.group("h", {people[0], people[2], people[3]});
   ASSERT_EQ(hand.matrix->finish(false), 1);
@@ -59,12 +56,12 @@ TEST(ProjectReadBack, RulesAndRecomputedDaughtersKeepTheirOrder) {
 TEST(ProjectReadBack, AnEmptyCategoryIsStoredAsPresent) {
   auto matrix = test::smallProject();
   CellValue unused;
-  static_cast<void>(matrix->variable(1).addCell("", unused));
+  matrix->variable(1).addCell("", unused);
   const std::string bytes = test::projectBytes(*matrix);
   // c's leaves in the order of three buckets: "" (hash 0, number 2), then
   // a (97 % 3 = 1) and b (98 % 3 = 2).
-  const std::string leaves = test::ProjectBytes().u16(1).u8(0).u16(2).str("a").u16(0).str("b").u16(1).bytes();
-  EXPECT_NE(bytes.find(leaves), std::string::npos);
+  EXPECT_NE(bytes.find(test::ProjectBytes().u16(1).u8(0).u16(2).str("a").u16(0).str("b").u16(1).bytes()),
+            std::string::npos);
 }
 
 TEST(ProjectReadBack, ProbabilistWeightsStayFiniteBesideAHugeNullWeight) {

@@ -71,14 +71,12 @@ TEST(ProjectFileDamage, EveryTruncationFailsWithItsReason) {
 
 TEST(ProjectFileDamage, OnlyTheExactMagicIsAccepted) {
   const std::string body = projectBytes(*test::smallProject()).substr(10);
-  EXPECT_EQ(refusal(ProjectBytes().u16(0).raw(body).bytes()), "Incorrect file type");
-  // Without its zero, and with a wrong last byte.
-  EXPECT_EQ(refusal(ProjectBytes().u16(7).raw("$KORVA$").raw(body).bytes()), "Incorrect file type");
-  EXPECT_EQ(refusal(ProjectBytes().u16(8).raw("$KORVA$!").raw(body).bytes()), "Incorrect file type");
-  EXPECT_EQ(refusal(ProjectBytes().str("$KORVA").raw(body).bytes()), "Incorrect file type");
-  EXPECT_EQ(refusal(ProjectBytes().str("$korva$").raw(body).bytes()), "Incorrect file type");
-  EXPECT_EQ(refusal(ProjectBytes().str("$KORVA$$").raw(body).bytes()), "Incorrect file type");
-  // A length far beyond the file is never read past the end.
+  // Empty, without its zero, a wrong last byte, short, lower case, long,
+  // and a length far beyond the file, which is never read past the end.
+  for (const std::string& magic : {ProjectBytes().u16(0).bytes(), ProjectBytes().u16(7).raw("$KORVA$").bytes(),
+                                   ProjectBytes().u16(8).raw("$KORVA$!").bytes(), ProjectBytes().str("$KORVA").bytes(),
+                                   ProjectBytes().str("$korva$").bytes(), ProjectBytes().str("$KORVA$$").bytes()})
+    EXPECT_EQ(refusal(magic + body), "Incorrect file type") << magic;
   EXPECT_EQ(refusal(ProjectBytes().u16(0xFFFF).raw("$KORVA$").bytes()), "Incorrect file type");
 }
 
@@ -104,25 +102,21 @@ TEST(ProjectFileDamage, CountsThatDoNotAddUpAreRefused) {
   EXPECT_EQ(refusal(withCounter(0, 0xFFFF)), "Load failed");
 }
 
-TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgain) {
-  // A join sums the counters; what the variables hold decides.
+TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgainAndTheMotherCounterKeptAsStored) {
+  // A join sums the taxonomy counters: what the variables hold decides.
   std::string bytes = projectBytes(*test::smallProject());
   setU16(bytes, kHeaderOffset + 2 * 3, 1);
   setU16(bytes, kHeaderOffset + 2 * 5, 7);
-  const auto matrix = projectFromBytes(bytes);
-  ASSERT_TRUE(matrix) << lastError();
-  EXPECT_EQ(matrix->taxonomyCount, 0);
-  EXPECT_EQ(matrix->cellTaxonomyCount, 0);
-}
-
-TEST(ProjectFileDamage, TheMotherCounterIsKeptAsStored) {
   // c is the one categorical column, but a join or a removal may have left
-  // another count: it is read and written back as it stands.
-  std::string bytes = projectBytes(*test::smallProject());
+  // another count of mothers: it is read and written back as it stands.
   setU16(bytes, kHeaderOffset + 2 * 6, 0);
   const auto matrix = projectFromBytes(bytes);
   ASSERT_TRUE(matrix) << lastError();
+  EXPECT_EQ(matrix->taxonomyCount(), 0);
+  EXPECT_EQ(matrix->cellTaxonomyCount(), 0);
   EXPECT_EQ(matrix->motherCandidateCount(), 0u);
+  setU16(bytes, kHeaderOffset + 2 * 3, 0);
+  setU16(bytes, kHeaderOffset + 2 * 5, 0);
   EXPECT_EQ(projectBytes(*matrix), bytes);
 }
 
@@ -181,23 +175,19 @@ TEST(ProjectFileDamage, ACellWithNoBitSetReadsAsClearedAndAddsNoValue) {
 
 TEST(ProjectFileDamage, NumbersThatReferToNothingAreRefused) {
   const std::string valid = projectBytes(*test::smallProject());
-  // The last cell is modality 0 of c: number 2 does not exist.
-  std::string badCell = valid;
-  setU16(badCell, badCell.size() - 2, 2);
-  EXPECT_EQ(refusal(badCell), "Load failed");
-
-  // The membership of i1 (assertion 0) pointing at assertion 1 of 1.
-  std::string badMembership = valid;
-  const size_t membership = valid.size() - (1 + 8 + 1 + 2) - 4 - 4;
-  setU32(badMembership, membership, 1);
-  EXPECT_EQ(refusal(badMembership), "Load failed");
-
-  // Two leaves of c both numbered 0.
-  std::string twice = valid;
   const size_t leaves = valid.find(ProjectBytes().str("b").u16(1).bytes());
   ASSERT_NE(leaves, std::string::npos);
-  setU16(twice, leaves + 4, 0);
-  EXPECT_EQ(refusal(twice), "Load failed");
+  // The last cell (modality 0 of c) naming modality 2, which does not exist;
+  // two leaves of c both numbered 0.
+  for (const size_t offset : {valid.size() - 2, leaves + 4}) {
+    std::string bytes = valid;
+    setU16(bytes, offset, offset == leaves + 4 ? 0 : 2);
+    EXPECT_EQ(refusal(bytes), "Load failed") << offset;
+  }
+  // The membership of i1 (assertion 0) pointing at assertion 1 of 1.
+  std::string badMembership = valid;
+  setU32(badMembership, valid.size() - (1 + 8 + 1 + 2) - 4 - 4, 1);
+  EXPECT_EQ(refusal(badMembership), "Load failed");
 
   // A non-finite weight.
   std::string infinite = valid;

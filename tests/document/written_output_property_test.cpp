@@ -11,10 +11,7 @@ namespace velda {
 namespace {
 
 TEST(WrittenOutputProperty, EveryWrittenFileReadsBack) {
-  test::TempDir dir;
-  char previous[4096];
-  ASSERT_NE(getcwd(previous, sizeof previous), nullptr);
-  ASSERT_EQ(chdir(dir.path().c_str()), 0);  // parser.dat lands here
+  test::InTempDir dir;  // parser.dat lands here
   for (uint32_t seed = 1; seed <= 60; ++seed) {
     std::mt19937 random(seed);
     const test::Choose choose = [&](uint32_t bound) { return static_cast<uint32_t>(random() % bound); };
@@ -23,7 +20,6 @@ TEST(WrittenOutputProperty, EveryWrittenFileReadsBack) {
     ASSERT_TRUE(matrix) << "seed " << seed;
     EXPECT_EQ(test::checkWrittenOutput(*matrix, dir.file("meta.xml")), "") << "seed " << seed;
   }
-  ASSERT_EQ(chdir(previous), 0);
 }
 
 }  // namespace

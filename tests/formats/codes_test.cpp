@@ -1,44 +1,25 @@
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "formats/Codes.h"
 #include "formats/SymbolicTextStyle.h"
 
 namespace velda {
 namespace {
 
-TEST(Codes, LetterPairsWrapAfter676Numbers) {
-  EXPECT_EQ(letterPair(0), "AA");
-  EXPECT_EQ(letterPair(1), "AB");
-  EXPECT_EQ(letterPair(25), "AZ");
-  EXPECT_EQ(letterPair(26), "BA");
-  EXPECT_EQ(letterPair(27), "BB");
-  EXPECT_EQ(letterPair(675), "ZZ");
-  EXPECT_EQ(letterPair(676), "AA");
-  EXPECT_EQ(letterPair(703), "BB");
-}
-
-TEST(Codes, SuffixesUseDecimalsBelow620ThenBase62By52) {
-  EXPECT_EQ(codeSuffix(0), "00");
-  EXPECT_EQ(codeSuffix(9), "09");
-  EXPECT_EQ(codeSuffix(10), "10");
-  EXPECT_EQ(codeSuffix(61), "61");
-  EXPECT_EQ(codeSuffix(62), "62");
-  EXPECT_EQ(codeSuffix(100), "A0");
-  EXPECT_EQ(codeSuffix(369), "a9");
-  EXPECT_EQ(codeSuffix(619), "z9");
-  // Second range: y = x - 620, (y / 52) % 62 then y % 52.
-  EXPECT_EQ(codeSuffix(620), "00");
-  EXPECT_EQ(codeSuffix(621), "01");
-  EXPECT_EQ(codeSuffix(671), "0p");
-  EXPECT_EQ(codeSuffix(672), "10");
-  EXPECT_EQ(codeSuffix(3843), "zp");
-  EXPECT_EQ(codeSuffix(3844), "00");
-  EXPECT_EQ(codeSuffix(3845), "01");
-}
-
-TEST(Codes, ItemCodesJoinLettersAndSuffix) {
+TEST(Codes, LetterPairsSuffixesAndItemCodes) {
+  // Letter pairs wrap after 676 numbers.
+  const std::pair<int, const char*> pairs[] = {{0, "AA"},  {1, "AB"},   {25, "AZ"},  {26, "BA"},
+                                               {27, "BB"}, {675, "ZZ"}, {676, "AA"}, {703, "BB"}};
+  for (const auto& [number, code] : pairs) EXPECT_EQ(letterPair(number), code) << number;
+  // Decimals below 620 (tens past 9 as letters), then y = x - 620 written
+  // as (y / 52) % 62 and y % 52 in base 62.
+  const std::pair<int, const char*> suffixes[] = {{0, "00"},   {9, "09"},   {10, "10"},   {61, "61"},   {62, "62"},
+                                                  {100, "A0"}, {369, "a9"}, {619, "z9"},  {620, "00"},  {621, "01"},
+                                                  {671, "0p"}, {672, "10"}, {3843, "zp"}, {3844, "00"}, {3845, "01"}};
+  for (const auto& [number, code] : suffixes) EXPECT_EQ(codeSuffix(number), code) << number;
   EXPECT_EQ(itemCode(0, 0), "AA00");
-  EXPECT_EQ(itemCode(27, 0), "BB00");
   EXPECT_EQ(itemCode(27, 10), "BB10");
   EXPECT_EQ(itemCode(27, 620), "BB00");
   EXPECT_EQ(itemCode(2, 3844), "AC00");

@@ -173,7 +173,7 @@ TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
   const size_t region = categorical("region", 0);
   const size_t hidden = categorical("hidden", 0);
   const size_t size = quantitative("size", 1);
-  matrix->cellCount = matrix->variableCount();
+  ASSERT_TRUE(matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()));
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   add(a, region, "north");
@@ -334,22 +334,13 @@ TEST_F(WriterTest, ReducedRowsGiveTheValuesAndTheCounts) {
   EXPECT_TRUE(refused.str().empty());
 }
 
-TEST_F(WriterTest, NoActiveVariableWritesNothing) {
+TEST_F(WriterTest, RefusalsWriteNothingAndAnEmptyMatrixWritesEveryBlock) {
   const size_t age = quantitative("age", 0);
-  matrix->createAssertion("a");
-  matrix->variable(age).active = 0;
-  ConsoleLog console;
-  std::ostringstream out;
-  clearError();
-  EXPECT_FALSE(IndexAndWriteSymbolicText(out, *matrix, false, &console));
-  EXPECT_TRUE(out.str().empty());
-  EXPECT_EQ(lastError(), "No active variable");
-  ASSERT_EQ(console.count(), 1u);
-  EXPECT_EQ(*console.lineAt(0), "No active variable");
-}
+  const std::string text = write();
+  EXPECT_NE(text.find("INDIVIDUALS = (\n),\n\nVARIABLES = (\n"), std::string::npos);
+  EXPECT_NE(text.find("\"age\", 0, 0, 1.79769e+308, -1.79769e+308)\n),\n\n"), std::string::npos);
+  EXPECT_NE(text.find("RECTANGLE_MATRIX = (\n)\n\n)\nEND\n\n"), std::string::npos);
 
-TEST_F(WriterTest, AssertionNumbersThatCannotBeOrderedWriteNothing) {
-  quantitative("age", 0);
   Assertion& a = matrix->createAssertion("a");
   Assertion& b = matrix->createAssertion("b");
   for (int32_t wrong : {0, 2, -1}) {
@@ -362,14 +353,16 @@ TEST_F(WriterTest, AssertionNumbersThatCannotBeOrderedWriteNothing) {
   b.number = 1;
   EXPECT_NE(write().find("  (1, \"AA00\", \"a\"),\n  (2, \"AA01\", \"b\")\n"), std::string::npos);
   EXPECT_EQ(matrix->orderedAssertions, (std::vector<Assertion*>{&a, &b}));
-}
 
-TEST_F(WriterTest, AnEmptyMatrixStillWritesEveryBlock) {
-  quantitative("age", 0);
-  const std::string text = write();
-  EXPECT_NE(text.find("INDIVIDUALS = (\n),\n\nVARIABLES = (\n"), std::string::npos);
-  EXPECT_NE(text.find("\"age\", 0, 0, 1.79769e+308, -1.79769e+308)\n),\n\n"), std::string::npos);
-  EXPECT_NE(text.find("RECTANGLE_MATRIX = (\n)\n\n)\nEND\n\n"), std::string::npos);
+  matrix->variable(age).active = 0;
+  ConsoleLog console;
+  std::ostringstream out;
+  clearError();
+  EXPECT_FALSE(IndexAndWriteSymbolicText(out, *matrix, false, &console));
+  EXPECT_TRUE(out.str().empty());
+  EXPECT_EQ(lastError(), "No active variable");
+  ASSERT_EQ(console.count(), 1u);
+  EXPECT_EQ(*console.lineAt(0), "No active variable");
 }
 
 }  // namespace

@@ -4,13 +4,13 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
 #include <string>
 
 #include "TableMatrix.h"
 #include "common/LastError.h"
 #include "formats/RsdaTableWriter.h"
 #include "formats/TidyTableWriter.h"
+#include "support/FileText.h"
 #include "support/TempDir.h"
 
 namespace velda {
@@ -64,13 +64,6 @@ for column in ("min", "max", "weight"):
     assert d[column].dtype.kind == "f", (column, d[column].dtype)
 )python";
 
-std::string slurp(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 bool runs(const std::string& command) { return std::system((command + " >/dev/null 2>&1").c_str()) == 0; }
 
 class TableClientTest : public ::testing::Test, protected test::TableMatrix {
@@ -89,7 +82,7 @@ class TableClientTest : public ::testing::Test, protected test::TableMatrix {
     const int result = std::system(
         (program + " " + dir_.file("check") + " " + dir_.file("table.csv") + " >" + output + " 2>&1").c_str());
     status = WIFEXITED(result) ? WEXITSTATUS(result) : -1;
-    return slurp(output);
+    return ::test::readFile(output);
   }
 
   test::TempDir dir_;
@@ -101,7 +94,7 @@ TEST_F(TableClientTest, RReadsTheRsdaTableWithRsdaArguments) {
   int status = -1;
   // A UTF-8 locale, as R users have, so that the names compare as text.
   const std::string output = check(WriteRsdaTable, "LC_ALL=C.UTF-8 Rscript --vanilla", kRsdaCheck, status);
-  EXPECT_EQ(status, 0) << output << "\n" << slurp(dir_.file("table.csv"));
+  EXPECT_EQ(status, 0) << output << "\n" << ::test::readFile(dir_.file("table.csv"));
 }
 
 TEST_F(TableClientTest, PandasReadsEveryValueOfTheTidyTable) {
@@ -118,7 +111,7 @@ TEST_F(TableClientTest, PandasReadsEveryValueOfTheTidyTable) {
     GTEST_SKIP() << "pandas is not installed for python3; scripts/install-deps.sh installs python3-pandas";
   int status = -1;
   const std::string output = check(WriteTidyTable, python, kTidyCheck, status);
-  EXPECT_EQ(status, 0) << output << "\n" << slurp(dir_.file("table.csv"));
+  EXPECT_EQ(status, 0) << output << "\n" << ::test::readFile(dir_.file("table.csv"));
 }
 
 }  // namespace

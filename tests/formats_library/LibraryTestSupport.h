@@ -8,16 +8,10 @@
 #include <string>
 
 #include "formats/library/SymbolicLibrary.h"
+#include "support/FileText.h"
 #include "support/TempDir.h"
 
 namespace velda::symlib::test {
-
-inline std::string ReadFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
 
 inline void WriteFile(const std::string& path, const std::string& text) {
   std::ofstream out(path, std::ios::binary);
@@ -57,7 +51,7 @@ class LibraryTest : public ::testing::Test {
   }
   void TearDown() override { std::filesystem::current_path(previous_); }
 
-  std::string log() const { return ReadFile(dir_.file("parser.dat")); }
+  std::string log() const { return ::test::readFile(dir_.file("parser.dat")); }
   std::string file(const std::string& name) const { return dir_.file(name); }
 
  private:

@@ -23,107 +23,8 @@ MetaData SmallMetadata() {
   return m;
 }
 
-const char* const kSmallMetadata =
-    "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"
-    "<MetaUlme xmlns:xsi=\"http://www.w3.org/2000/10/XMLSchema-instance\" "
-    "xsi:noNamespaceSchemaLocation =\"./Metulme5.xsd\">\n"
-    "<!--===[ VELDA 2.x generated META File ]===-->\n"
-    "\t<OrigInfo>\n"
-    "\t\t<NbOrigVar>1</NbOrigVar>\n"
-    "\t\t<NbOrigMat>1</NbOrigMat>\n"
-    "\t\t<PopSampSize>unknown</PopSampSize>\n"
-    "\t\t<SampSize>unknown</SampSize>\n"
-    "\t\t<RelUnit>unknown</RelUnit>\n"
-    "\t\t<SurveyDesc>Native Data</SurveyDesc>\n"
-    "\t\t<LegalFrame>none</LegalFrame>\n"
-    "\t\t<SurveyType>unknown</SurveyType>\n"
-    "\t\t<SurveyFreq>unknown</SurveyFreq>\n"
-    "\t\t<GeoCover>unknown</GeoCover>\n"
-    "\t\t<InterStand>none</InterStand>\n"
-    "\t\t<SpecInterStand>none</SpecInterStand>\n"
-    "\t\t<ReportUnit>unknown</ReportUnit>\n"
-    "\t\t<PopDesc>unknown</PopDesc>\n"
-    "\t\t<SampOrig>unknown</SampOrig>\n"
-    "\t\t<SampSelect>unknown</SampSelect>\n"
-    "\t\t<LawBase>none</LawBase>\n"
-    "\t\t<AdminQual>unknown</AdminQual>\n"
-    "\t\t<StatCollect>unknown</StatCollect>\n"
-    "\t\t<ValidTech>none</ValidTech>\n"
-    "\t\t<NonRespMeth>none</NonRespMeth>\n"
-    "\t\t<MissValReaj>none</MissValReaj>\n"
-    "\t\t<AgregMeth>none</AgregMeth>\n"
-    "\t\t<GrossMeth>none</GrossMeth>\n"
-    "\t\t<CorrError>none</CorrError>\n"
-    "\t\t<OtheCor>none</OtheCor>\n"
-    "\t\t<PopSampFrac>unknown</PopSampFrac>\n"
-    "\t\t<RespRate>unknown</RespRate>\n"
-    "\t\t<ListeVarOrig>\n"
-    "\t\t\t<OrigVar>\n"
-    "\t\t\t\t<Num>1</Num>\n"
-    "\t\t\t\t<Name>AB00</Name>\n"
-    "\t\t\t\t<Label>&#232;ge</Label>\n"
-    "\t\t\t\t<Comment>none</Comment>\n"
-    "\t\t\t\t<Source>1</Source>\n"
-    "\t\t\t\t<Computed>no</Computed>\n"
-    "\t\t\t\t<DataType>continue</DataType>\n"
-    "\t\t\t</OrigVar>\n"
-    "\t\t</ListeVarOrig>\n"
-    "\t\t<ListeTabOrig>\n"
-    "\t\t\t<OrigTab>\n"
-    "\t\t\t\t<Name>towns</Name>\n"
-    "\t\t\t\t<Label>R&#38;D</Label>\n"
-    "\t\t\t\t<Comment>none</Comment>\n"
-    "\t\t\t\t<Source>sample.db</Source>\n"
-    "\t\t\t</OrigTab>\n"
-    "\t\t</ListeTabOrig>\n"
-    "\t</OrigInfo>\n"
-    "\t<MetaMat>\n"
-    "\t\t<Author>unknown</Author>\n"
-    "\t\t<MetaHistory>\n"
-    "\t\t\t<SqlQuery>select * from t where a &#60; 3</SqlQuery>\n"
-    "\t\t\t<OdbcSource>SQLite3</OdbcSource>\n"
-    "\t\t\t<History>\n"
-    "\t\t\t\t<PrevFile>none</PrevFile>\n"
-    "\t\t\t\t<PrevTreatment>none</PrevTreatment>\n"
-    "\t\t\t</History>\n"
-    "\t\t</MetaHistory>\n"
-    "\t\t<NbMetaVar>1</NbMetaVar>\n"
-    "\t\t<NbMetaInd>1</NbMetaInd>\n"
-    "\t\t<MetaDistance>\n"
-    "\t\t\t<Measure>none</Measure>\n"
-    "\t\t\t<ListVar>\n"
-    "\t\t\t</ListVar>\n"
-    "\t\t</MetaDistance>\n"
-    "\t\t<MetaMatch>\n"
-    "\t\t\t<Measure>none</Measure>\n"
-    "\t\t\t<ListVar>\n"
-    "\t\t\t\t<V>1</V>\n"
-    "\t\t\t</ListVar>\n"
-    "\t\t</MetaMatch>\n"
-    "\t\t<MetaIndLis>\n"
-    "\t\t\t<MetaInd>\n"
-    "\t\t\t\t<Num>1</Num>\n"
-    "\t\t\t\t<Name>AA00</Name>\n"
-    "\t\t\t\t<NbInObj>12</NbInObj>\n"
-    "\t\t\t\t<GNbInObj>12</GNbInObj>\n"
-    "\t\t\t\t<Operator>aggregated</Operator>\n"
-    "\t\t\t</MetaInd>\n"
-    "\t\t</MetaIndLis>\n"
-    "\t\t<MetaVarLis>\n"
-    "\t\t\t<MetaVar>\n"
-    "\t\t\t\t<Num>1</Num>\n"
-    "\t\t\t\t<Name>AB00</Name>\n"
-    "\t\t\t\t<VarOrig>1</VarOrig>\n"
-    "\t\t\t\t<VarOrigLis>\n"
-    "\t\t\t\t</VarOrigLis>\n"
-    "\t\t\t\t<Label>age</Label>\n"
-    "\t\t\t\t<RelUnit>unknown</RelUnit>\n"
-    "\t\t\t\t<StepWidht>none</StepWidht>\n"
-    "\t\t\t\t<Operator>native</Operator>\n"
-    "\t\t\t</MetaVar>\n"
-    "\t\t</MetaVarLis>\n"
-    "\t</MetaMat>\n"
-    "</MetaUlme>\n";
+// What the library writes for SmallMetadata.
+std::string SmallMetadataText() { return Fixture("towns_meta.xml"); }
 
 std::string MetadataText(const MetaData& metadata) {
   std::ostringstream out;
@@ -141,7 +42,7 @@ class MetadataTest : public LibraryTest {};
 TEST_F(MetadataTest, WritesTheDocumentAndReadsItBack) {
   const MetaData written = SmallMetadata();
   const std::string text = MetadataText(written);
-  EXPECT_EQ(text, kSmallMetadata);
+  EXPECT_EQ(text, SmallMetadataText());
   WriteFile(file("out_meta.xml"), text);
   EXPECT_TRUE(XmlLintAccepts(file("out_meta.xml")));
 
@@ -156,7 +57,7 @@ TEST_F(MetadataTest, WritesTheDocumentAndReadsItBack) {
 }
 
 TEST_F(MetadataTest, ReadsEmptyLeavesAndAnAbsentOriginalList) {
-  std::string text = Edited(kSmallMetadata, "<Author>unknown</Author>", "<Author/>");
+  std::string text = Edited(SmallMetadataText(), "<Author>unknown</Author>", "<Author/>");
   text = Edited(text, "\t\t\t\t<VarOrigLis>\n\t\t\t\t</VarOrigLis>\n", "");
   text = Edited(text, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n", "");
   MetaData read;
@@ -210,7 +111,7 @@ void ShowOnStandardError(const std::string& text) { std::fprintf(stderr, "BOX[%s
 class MetadataDeathTest : public LibraryTest {};
 
 TEST_F(MetadataDeathTest, SyntaxErrorsAreShownInABoxAndStopTheProgram) {
-  const std::string broken = Edited(kSmallMetadata, "<NbOrigMat>1</NbOrigMat>", "");
+  const std::string broken = Edited(SmallMetadataText(), "<NbOrigMat>1</NbOrigMat>", "");
   EXPECT_EXIT(
       {
         SetSymbolicMessageBoxHandler(ShowOnStandardError);
@@ -225,7 +126,7 @@ TEST_F(MetadataDeathTest, SymbolicReaderRefusesTheCoherenceCheckOfMetadata) {
   EXPECT_EXIT(
       {
         SymbolicFile model;
-        ParseText(kSmallMetadata, model);
+        ParseText(SmallMetadataText(), model);
       },
       ExitedWithCode(1), "");
   EXPECT_EQ(log(),

@@ -23,15 +23,12 @@ TEST_F(ScannerTest, LineOf3000CharactersIsReadAnd3001StopsTheRun) {
             " ERROR Line in the input file must not be longer than 3000 \n"
             "found 3001 for line 1. STOP PROGRAMM \n");
   EXPECT_EXIT(ParseText(tooLong, model), ExitedWithCode(1), "");
-}
 
-TEST_F(ScannerTest, LongLineIsReportedWithItsNumberAfterTheLinesBeforeIt) {
+  // Further down, the report names the line after the strings read before it.
   const std::string text = Edited(TownsFile(), "base = \"\"", "base = \"\"" + std::string(2992, ' '));
-  SymbolicFile model;
   CaptureStdout();
   EXPECT_EQ(ExitStatusOf([&] { ParseText(text, model); }), 1);
-  const std::string out = GetCapturedStdout();
-  EXPECT_EQ(out,
+  EXPECT_EQ(GetCapturedStdout(),
             "CHaine Korva: velda \n"
             "CHaine Korva: sans \n"
             "CHaine Korva:  \n"
@@ -85,7 +82,7 @@ TEST_F(ScannerTest, OldStyleNamesAreReadAndTwoOfThemWarnOnce) {
   EXPECT_EQ(log().substr(0, expected.size()), expected);
 }
 
-TEST_F(ScannerTest, SyntaxErrorShowsTheLineAndUnderlinesTheToken) {
+TEST_F(ScannerTest, SyntaxErrorsShowTheLineAndUnderlineTheToken) {
   const std::string text = Edited(TownsFile(), "  (1, \"AA00\", \"north\")", "\t(1, \"AA00\" \"north\")");
   SymbolicFile model;
   EXPECT_EQ(ExitStatusOf([&] { ParseText(text, model); }), 1);
@@ -97,10 +94,8 @@ TEST_F(ScannerTest, SyntaxErrorShowsTheLineAndUnderlinesTheToken) {
             "1 syntactic errors reading the input file\n"
             " THE PROGRAM STOP\n");
   EXPECT_EXIT(ParseText(text, model), ExitedWithCode(1), "parse error line 34 column 13");
-}
 
-TEST_F(ScannerTest, SyntaxErrorOnACharacterGivesItsCode) {
-  SymbolicFile model;
+  // A character that starts no token is shown with its code.
   EXPECT_EQ(ExitStatusOf([&] { ParseText(Edited(TownsFile(), "var_nb = 4", "var_nb # 4"), model); }), 1);
   EXPECT_TRUE(Contains(log(),
                        "parse error line 18 column 8 reading character \"#\" (ascii: 35 )\n"

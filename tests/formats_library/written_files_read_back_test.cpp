@@ -10,6 +10,7 @@
 #include "formats/library/KeyValueBlock.h"
 #include "formats/library/SymbolicLibrary.h"
 #include "formats/library/XmlEscape.h"
+#include "formats_library/TownsFile.h"
 
 namespace velda::symlib::test {
 namespace {
@@ -75,6 +76,13 @@ TEST(WrittenFilesReadBack, RefusedMetadataReturnsInsteadOfEndingTheProgram) {
   read.metaMat.sqlQuery = "kept?";
   EXPECT_FALSE(TryParseMetadataFile(in, "bad.xml", read));
   EXPECT_EQ(read.metaMat.sqlQuery, MetaData().metaMat.sqlQuery);
+  // The fuzz-found documents of the fixtures (see their README) are refused
+  // the same way.
+  for (const char* name :
+       {"meta_high_byte_between_tags.xml", "meta_elements_inside_a_leaf.xml", "meta_broken_names.xml"}) {
+    std::istringstream found(Fixture(name));
+    EXPECT_FALSE(TryParseMetadataFile(found, name, read)) << name;
+  }
 }
 
 // Two variables NA in 1,234,567 rows each: each prints as 1.23457e+06.

@@ -11,13 +11,14 @@
 
 namespace velda::test {
 
-// The one QApplication of a GUI test program (offscreen platform).
-inline QApplication& guiApplication() {
+// The one QApplication of a GUI test program, on Qt's offscreen platform
+// unless the first call names another ("xcb": a real X server).
+inline QApplication& guiApplication(const char* platform = "offscreen") {
   static int argc = 1;
   static char name[] = "velda_gui_test";
   static char* argv[] = {name, nullptr};
-  static QApplication* application = [] {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+  static QApplication* application = [platform] {
+    qputenv("QT_QPA_PLATFORM", platform);
     auto* app = new QApplication(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     return app;
@@ -34,17 +35,8 @@ struct ShownMessage {
   int count = 0;
 };
 
-// Records the next message box and closes it with its default button.
-inline void recordNextMessage(ShownMessage& shown) {
-  onNextModal<QMessageBox>([&shown](QMessageBox* box) {
-    shown.text = box->text().toStdString();
-    shown.icon = box->icon();
-    ++shown.count;
-    box->accept();
-  });
-}
-
-// Answers the next message box with one of its buttons.
+// Answers the next message box with one of its buttons (by default its
+// default button), recording what it said.
 inline void answerNextMessage(QMessageBox::StandardButton button, ShownMessage* shown = nullptr) {
   onNextModal<QMessageBox>([button, shown](QMessageBox* box) {
     if (shown) {
@@ -52,8 +44,10 @@ inline void answerNextMessage(QMessageBox::StandardButton button, ShownMessage* 
       shown->icon = box->icon();
       ++shown->count;
     }
-    box->button(button)->click();
+    button == QMessageBox::NoButton ? box->accept() : box->button(button)->click();
   });
 }
+
+inline void recordNextMessage(ShownMessage& shown) { answerNextMessage(QMessageBox::NoButton, &shown); }
 
 }  // namespace velda::test

@@ -13,6 +13,7 @@
 
 #include "document/DialogChecks.h"
 #include "gui/GuiTestSupport.h"
+#include "support/ScopedEnv.h"
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/ExportDialog.h"
 #include "ui/dialogs/ExtractionDialog.h"
@@ -49,17 +50,37 @@ class DialogTest : public ::testing::Test {
 };
 
 // The written form of New, with a query typed, so only the settings decide.
-std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link) {
-  auto dialog =
-      std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, ExtractionDialog::Values{}, link, nullptr);
+std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link, const ExtractionDialog::Values& start = {}) {
+  auto dialog = std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, start, link, nullptr);
   dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
   return dialog;
 }
 
-TEST_F(DialogTest, ExtractionSettingsStartDisabledWithTheirCounts) {
-  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
-  EXPECT_EQ(dialog.windowTitle().toStdString(), "Extraction of individuals");
-  ExtractionSettingsBox* settings = dialog.settings();
+// Presses OK and returns the message shown instead of closing, which must
+// have the given icon.
+std::string refusalOf(QDialog& dialog, QMessageBox::Icon icon = QMessageBox::Warning) {
+  auto shown = std::make_shared<ShownMessage>();  // outlives the call if no message comes
+  test::onNextModal<QMessageBox>([shown](QMessageBox* box) {
+    shown->text = box->text().toStdString();
+    shown->icon = box->icon();
+    box->accept();
+  });
+  dialog.accept();
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(shown->icon, icon) << shown->text;
+  return shown->text;
+}
+
+bool accepted(QDialog& dialog) {
+  dialog.accept();
+  return dialog.result() == QDialog::Accepted;
+}
+
+TEST_F(DialogTest, ExtractionSettingsEnableTheirCountsAndCheckThemOnlyWhenTicked) {
+  ExtractionDialog empty(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
+  EXPECT_EQ(empty.windowTitle().toStdString(), "Extraction of individuals");
+  EXPECT_EQ(refusalOf(empty), "Please select a Table or a Request");
+  ExtractionSettingsBox* settings = empty.settings();
   EXPECT_EQ(settings->sampleSizeEdit()->text().toStdString(), "1000");
   EXPECT_EQ(settings->minimumEdit()->text().toStdString(), "1");
   EXPECT_FALSE(settings->sampleSizeEdit()->isEnabled());
@@ -69,84 +90,73 @@ TEST_F(DialogTest, ExtractionSettingsStartDisabledWithTheirCounts) {
   EXPECT_FALSE(settings->minimumEdit()->isEnabled());
   settings->minimumBox()->setChecked(true);
   EXPECT_TRUE(settings->minimumEdit()->isEnabled());
-}
 
-TEST_F(DialogTest, ExtractionWithoutTableIsRefused) {
-  ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, noSource, nullptr);
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "Please select a Table or a Request");
-  EXPECT_EQ(shown.icon, QMessageBox::Warning);
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
-}
+  auto sampled = writtenNewDialog(noSource);
+  sampled->settings()->samplingBox()->setChecked(true);
+  sampled->settings()->sampleSizeEdit()->setText(QStringLiteral("9"));
+  EXPECT_EQ(refusalOf(*sampled, QMessageBox::Information), "Number of individuals must be between 100 and 10000");
+  sampled->settings()->sampleSizeEdit()->setText(QStringLiteral("10"));
+  EXPECT_TRUE(accepted(*sampled));
+  EXPECT_TRUE(sampled->values().query.sampling);
+  EXPECT_EQ(sampled->values().query.sampleSize, 10);
+  EXPECT_EQ(sampled->values().query.query, "select person_id, town from survey");
 
-TEST_F(DialogTest, SamplingCountAcceptsTenToTenThousandWithTheHundredText) {
-  for (int refused : {9, 10001, 0}) {
-    auto dialog = writtenNewDialog(noSource);
-    dialog->settings()->samplingBox()->setChecked(true);
-    dialog->settings()->sampleSizeEdit()->setText(QString::number(refused));
-    ShownMessage shown;
-    recordNextMessage(shown);
-    dialog->accept();
-    EXPECT_EQ(shown.text, "Number of individuals must be between 100 and 10000") << refused;
-    EXPECT_EQ(shown.icon, QMessageBox::Information);
-    EXPECT_NE(dialog->result(), QDialog::Accepted);
-  }
-  for (int accepted : {10, 50, 10000}) {
-    auto dialog = writtenNewDialog(noSource);
-    dialog->settings()->samplingBox()->setChecked(true);
-    dialog->settings()->sampleSizeEdit()->setText(QString::number(accepted));
-    dialog->accept();
-    ASSERT_EQ(dialog->result(), QDialog::Accepted) << accepted;
-    EXPECT_TRUE(dialog->values().query.sampling);
-    EXPECT_EQ(dialog->values().query.sampleSize, accepted);
-    EXPECT_EQ(dialog->values().query.query, "select person_id, town from survey");
-  }
-}
-
-TEST_F(DialogTest, MinimumZeroIsRefusedAndUntickedCountsAreNotChecked) {
-  auto refused = writtenNewDialog(noSource);
-  refused->settings()->minimumBox()->setChecked(true);
-  refused->settings()->minimumEdit()->setText(QStringLiteral("0"));
-  ShownMessage shown;
-  recordNextMessage(shown);
-  refused->accept();
-  EXPECT_EQ(shown.text, "Minimum of individuals must be more than 0");
-  EXPECT_EQ(shown.icon, QMessageBox::Information);
-  EXPECT_NE(refused->result(), QDialog::Accepted);
+  auto minimum = writtenNewDialog(noSource);
+  minimum->settings()->minimumBox()->setChecked(true);
+  minimum->settings()->minimumEdit()->setText(QStringLiteral("0"));
+  EXPECT_EQ(refusalOf(*minimum, QMessageBox::Information), "Minimum of individuals must be more than 0");
 
   auto unticked = writtenNewDialog(noSource);
   unticked->settings()->sampleSizeEdit()->setText(QStringLiteral("3"));
   unticked->settings()->minimumEdit()->setText(QStringLiteral("0"));
   unticked->settings()->weightBox()->setChecked(true);
-  unticked->accept();
-  ASSERT_EQ(unticked->result(), QDialog::Accepted);
+  EXPECT_TRUE(accepted(*unticked));
   EXPECT_FALSE(unticked->values().query.sampling);
   EXPECT_FALSE(unticked->values().query.minimumSet);
   EXPECT_TRUE(unticked->values().query.lastColumnIsWeight);
+}
+
+// Sampling needs the individuals, which the database does not send.
+TEST_F(DialogTest, AggregatingInTheDatabaseTurnsSamplingOff) {
+  ExtractionDialog::Values start;
+  start.query.sampling = true;
+  ExtractionDialog dialog(QueryPurpose::NewData, false, start, noSource, nullptr);
+  ExtractionSettingsBox* settings = dialog.settings();
+  QCheckBox* inDatabase = settings->inDatabaseBox();
+  EXPECT_EQ(inDatabase->text().toStdString(), "Aggregate in the database (individuals are not read)");
+  EXPECT_FALSE(inDatabase->isChecked());
+  EXPECT_TRUE(settings->samplingBox()->isEnabled());
+  inDatabase->setChecked(true);
+  EXPECT_FALSE(settings->samplingBox()->isChecked());
+  EXPECT_FALSE(settings->samplingBox()->isEnabled());
+  EXPECT_FALSE(settings->sampleSizeEdit()->isEnabled());
+  NewValues values;
+  settings->store(values);
+  EXPECT_TRUE(values.inDatabase);
+  EXPECT_FALSE(values.sampling);
+  inDatabase->setChecked(false);
+  EXPECT_TRUE(settings->samplingBox()->isEnabled());
+  settings->store(values);
+  EXPECT_FALSE(values.inDatabase);
+
+  // The dialog opens again with the box as it was left.
+  start.query.inDatabase = true;
+  ExtractionDialog again(QueryPurpose::NewData, false, start, noSource, nullptr);
+  EXPECT_TRUE(again.settings()->inDatabaseBox()->isChecked());
+  EXPECT_FALSE(again.settings()->samplingBox()->isEnabled());
 }
 
 TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
   ExtractionDialog dialog(QueryPurpose::Taxonomy, true, ExtractionDialog::Values{}, noSource, nullptr);
   EXPECT_EQ(dialog.windowTitle().toStdString(), "Taxonomy query");
   dialog.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No variable selected");
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(refusalOf(dialog), "No variable selected");
 }
 
 TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
   JoinValues initial{"first.gaj", ""};
   JoinDialog dialog(initial);
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "You must select file name");
-  EXPECT_EQ(shown.icon, QMessageBox::Warning);
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(refusalOf(dialog), "You must select file name");
 
   dialog.secondField()->setText(QStringLiteral("second.gaj"));
   dialog.reject();
@@ -154,20 +164,15 @@ TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
   EXPECT_EQ(dialog.values().secondFile, "");
 
   JoinDialog both(JoinValues{"a.gaj", "b.gaj"});
-  both.accept();
-  EXPECT_EQ(both.result(), QDialog::Accepted);
+  EXPECT_TRUE(accepted(both));
 }
 
 TEST_F(DialogTest, JoinBrowseKeepsItsFilterTextAndProposesProjects) {
   // The filter text names .kvf files but restricts nothing: the .gaj
   // projects stay visible.
-  const QStringList filters = qtNameFilters("Korva file (*.kvf)");
-  ASSERT_EQ(filters.size(), 1);
-  EXPECT_EQ(filters.front().toStdString(), "Korva file (*.kvf) (*)");
-  const QStringList pairs = qtNameFilters("XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf||");
-  ASSERT_EQ(pairs.size(), 2);
-  EXPECT_EQ(pairs[0].toStdString(), "XML file (*.xml) (*.xml)");
-  EXPECT_EQ(pairs[1].toStdString(), "Korva file (*.kvf) (*.kvf)");
+  EXPECT_EQ(qtNameFilters("Korva file (*.kvf)"), QStringList{QStringLiteral("Korva file (*.kvf) (*)")});
+  EXPECT_EQ(qtNameFilters("XML file (*.xml)|*.xml|Korva file (*.kvf)|*.kvf||"),
+            (QStringList{QStringLiteral("XML file (*.xml) (*.xml)"), QStringLiteral("Korva file (*.kvf) (*.kvf)")}));
 }
 
 TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
@@ -192,17 +197,10 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   dialog.fileField()->selectButton()->click();
   EXPECT_EQ(suffix.toStdString(), "xml");
 
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "You must set a file name");
-  EXPECT_EQ(shown.icon, QMessageBox::Warning);
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
-
+  EXPECT_EQ(refusalOf(dialog), "You must set a file name");
   dialog.fileField()->setText(QStringLiteral("/tmp/out.kvf"));
   dialog.subtitleEdit()->clear();
-  dialog.accept();
-  ASSERT_EQ(dialog.result(), QDialog::Accepted);
+  ASSERT_TRUE(accepted(dialog));
   EXPECT_EQ(dialog.values().file, "/tmp/out.kvf");
   EXPECT_EQ(dialog.values().subtitle, "Survey");
   EXPECT_TRUE(dialog.values().exportReducedAssertions);
@@ -249,18 +247,13 @@ TEST_F(DialogTest, ParameterRangesAndCancel) {
   EXPECT_EQ(dialog.field()->text().toStdString(), "80");
   for (const char* refused : {"9", "101", "abc"}) {
     dialog.field()->setText(QString::fromLatin1(refused));
-    ShownMessage shown;
-    recordNextMessage(shown);
-    dialog.accept();
-    EXPECT_EQ(shown.text, "Please enter an integer between 10 and 100.") << refused;
-    EXPECT_NE(dialog.result(), QDialog::Accepted);
+    EXPECT_EQ(refusalOf(dialog, QMessageBox::Information), "Please enter an integer between 10 and 100.") << refused;
     EXPECT_EQ(dialog.value(), 80);
   }
   dialog.field()->setText(QStringLiteral("10"));
   dialog.reject();
   EXPECT_EQ(dialog.value(), 80);
-  dialog.accept();
-  EXPECT_EQ(dialog.result(), QDialog::Accepted);
+  EXPECT_TRUE(accepted(dialog));
   EXPECT_EQ(dialog.value(), 10);
 }
 
@@ -281,7 +274,7 @@ TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
   });
   EXPECT_EQ(during, &dialog);
   EXPECT_EQ(progressTarget(), nullptr);
-  EXPECT_TRUE(result);
+  EXPECT_TRUE(result) << "the operation's own result comes back";
   EXPECT_TRUE(dialog.wasCancelled());
   EXPECT_EQ(dialog.line1().toStdString(), "Reduction in progress...");
   EXPECT_EQ(dialog.line2().toStdString(), "Assertion Paris");
@@ -399,13 +392,12 @@ TEST_F(DialogTest, ExtractionDialogOpensOnTheInstalledSampleDatabase) {
   test::SqliteDatabase sample("create table survey (person_id integer, town text);");
   CMainFrame frame;
   {
-    qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path() + ".missing"));
+    test::ScopedEnv missing("VELDA_SAMPLE_DB", sample.path() + ".missing");
     ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
     EXPECT_EQ(frame.view().connection(), nullptr);
   }
-  qputenv("VELDA_SAMPLE_DB", QByteArray::fromStdString(sample.path()));
+  test::ScopedEnv installed("VELDA_SAMPLE_DB", sample.path());
   ExtractionDialog dialog(QueryPurpose::NewData, false, ExtractionDialog::Values{}, frame.view(), nullptr);
-  qunsetenv("VELDA_SAMPLE_DB");
   EXPECT_NE(frame.view().connection(), nullptr);
   EXPECT_FALSE(dialog.tableList()->list()->findItems(QStringLiteral("survey"), Qt::MatchExactly).isEmpty());
 }

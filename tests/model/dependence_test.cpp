@@ -122,9 +122,9 @@ TEST(Dependence, ApplyingMarksNAKeepsPayloadsAndRecomputesDaughters) {
   EXPECT_EQ(m.matrix->variable(1).nextDaughter, -1);
   EXPECT_EQ(m.matrix->variable(1).motherIndex, 0);
   EXPECT_EQ(m.matrix->variable(2).rule, firmRule);
-  EXPECT_EQ(m.matrix->isDaughter, (std::vector<char>{0, 1, 1, 0}));
+  EXPECT_EQ(test::daughterMarks(*m.matrix), (std::vector<bool>{false, true, true, false}));
   EXPECT_EQ(described(*m.matrix, *firmRule), "firm is applicable if job in {\"worker\"}");
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
 }
 
 TEST(Dependence, ChoicesAreChecked) {

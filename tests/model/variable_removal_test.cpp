@@ -29,7 +29,7 @@ void giveTaxonomy(SymbolicMatrix& matrix, size_t index, std::string_view leaf) {
 
 std::vector<std::string> names(const SymbolicMatrix& matrix) {
   std::vector<std::string> all;
-  for (const auto& variable : matrix.variables) all.push_back(variable->name);
+  for (const auto& variable : matrix.variables()) all.push_back(variable->name);
   return all;
 }
 
@@ -66,7 +66,7 @@ struct RuledMatrix : test::HandMatrix {
 
 TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   RuledMatrix m;
-  ASSERT_EQ(m.matrix->cellTaxonomyCount, 1);
+  ASSERT_EQ(m.matrix->cellTaxonomyCount(), 1);
   std::vector<int32_t> offered;
   ASSERT_EQ(removableVariables(*m.matrix, offered), 1);
   EXPECT_EQ(offered, (std::vector<int32_t>{4, 5, 6}));
@@ -76,11 +76,11 @@ TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   ASSERT_EQ(removeVariables(*m.matrix, chosen, console), 1);
   EXPECT_EQ(console.lines(), (Lines{"2 variables removed:", "   salary", "   region"}));
   EXPECT_EQ(names(*m.matrix), (std::vector<std::string>{"job", "firm", "city", "score", "memo"}));
-  EXPECT_EQ(m.matrix->cellCount, 3u);
+  EXPECT_EQ(m.matrix->cellCount(), 3u);
   EXPECT_EQ(m.matrix->categoricalCount(), 4u);
   EXPECT_EQ(m.matrix->quantitativeCount(), 1u);
-  EXPECT_EQ(m.matrix->taxonomyCount, 2);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 2);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
 
   // Cells keep their flags and payloads in the remaining columns.
   EXPECT_EQ(m.i1->cells[0].modality->name, "worker");
@@ -108,12 +108,12 @@ TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   EXPECT_EQ(m.matrix->variable(2).nextDaughter, -1);
   EXPECT_EQ(m.matrix->variable(2).motherIndex, 0);
   EXPECT_EQ(m.matrix->variable(1).rule, m.matrix->rules[1].get());
-  EXPECT_EQ(m.matrix->isDaughter, (std::vector<char>{0, 1, 1, 0, 0}));
+  EXPECT_EQ(test::daughterMarks(*m.matrix), (std::vector<bool>{false, true, true, false, false}));
 
   const int32_t memo[] = {4};
   ASSERT_EQ(removeVariables(*m.matrix, memo, console), 1);
-  EXPECT_EQ(m.matrix->taxonomyCount, 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount, 1);
+  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
+  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
 }
 
 TEST(VariableRemoval, RemovedCategoricalColumnsLowerTheMotherCount) {
@@ -130,10 +130,14 @@ TEST(VariableRemoval, RemovedCategoricalColumnsLowerTheMotherCount) {
   ASSERT_EQ(removeVariables(*m.matrix, aAndAdded, console), 1);
   EXPECT_EQ(m.matrix->motherCandidateCount(), 1u);
   // A stored count already below the columns never wraps around.
-  m.matrix->motherCandidates = 0;
-  const int32_t b[] = {1};
-  ASSERT_EQ(removeVariables(*m.matrix, b, console), 1);
-  EXPECT_EQ(m.matrix->motherCandidateCount(), 0u);
+  test::HandMatrix low;
+  low.categorical("b");
+  low.quantitative("x");
+  ASSERT_TRUE(low.matrix->declareCellVariables(2, 0));
+  low.person("i1", {"q", "1"});
+  const int32_t b[] = {0};
+  ASSERT_EQ(removeVariables(*low.matrix, b, console), 1);
+  EXPECT_EQ(low.matrix->motherCandidateCount(), 0u);
 }
 
 TEST(VariableRemoval, RefusedChoicesChangeNothing) {
@@ -157,7 +161,7 @@ TEST(VariableRemoval, RefusedChoicesChangeNothing) {
   EXPECT_EQ(removeVariables(*m.matrix, std::vector<int32_t>{}, console), 1);
   EXPECT_EQ(console.count(), 0u);
   EXPECT_EQ(m.matrix->variableCount(), 7u);
-  EXPECT_EQ(m.matrix->cellCount, 4u);
+  EXPECT_EQ(m.matrix->cellCount(), 4u);
   EXPECT_EQ(m.matrix->rules[1]->daughter, 2);
   EXPECT_EQ(static_cast<double>(m.i1->cells[1].number), 100.0);
 }

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <tuple>
 
 #include "model/QuantitativeValue.h"
 #include "ops/OpsTargets.h"
@@ -24,13 +25,12 @@ std::unique_ptr<SymbolicMatrix> paris(std::initializer_list<const char*> xs) {
   HandMatrix data;
   data.quantitative("x");
   data.holdCells();
-  std::vector<Individual*> members;
-  int n = 0;
-  for (const char* x : xs) members.push_back(&data.person(("p" + std::to_string(++n)).c_str(), {x}));
   Assertion& assertion = data.matrix->createAssertion("Paris");
-  for (Individual* member : members) {
-    data.matrix->link(*member, assertion);
-    static_cast<void>(data.matrix->addMember(assertion, *member));
+  int n = 0;
+  for (const char* x : xs) {
+    Individual& member = data.person(("p" + std::to_string(++n)).c_str(), {x});
+    data.matrix->link(member, assertion);
+    EXPECT_TRUE(data.matrix->addMember(assertion, member));
   }
   return std::move(data.matrix);
 }
@@ -46,10 +46,8 @@ TEST(Division, TwoQuantitativeClassesByHand) {
   ASSERT_EQ(matrix->hordes.size(), 1u);
   const Horde& horde = matrix->hordes[0];
   ASSERT_EQ(horde.classes.size(), 2u);
-  EXPECT_EQ(horde.classes[0]->id, "Paris2");
-  EXPECT_EQ(horde.classes[1]->id, "Paris3");
-  EXPECT_EQ(horde.labels[0], " Classe 1 (Ng=2)");
-  EXPECT_EQ(horde.labels[1], " Classe 1 (Nd=2)");
+  EXPECT_EQ(horde.classes[0]->id + horde.labels[0] + "|" + horde.classes[1]->id + horde.labels[1],
+            "Paris2 Classe 1 (Ng=2)|Paris3 Classe 1 (Nd=2)");
   EXPECT_EQ(interval(*horde.classes[0]).min, 1.0);
   EXPECT_EQ(interval(*horde.classes[0]).max, 2.0);
   EXPECT_EQ(interval(*horde.classes[1]).min, 10.0);
@@ -105,21 +103,17 @@ TEST(Division, TwoCategoricalClassesByHand) {
   data.categorical("c");
   data.categorical("d");
   data.holdCells();
-  Individual& i1 = data.person("i1", {"a", "u"});
-  Individual& i2 = data.person("i2", {"b", "v"});
-  Individual& i3 = data.person("i3", {"a", "u"});
-  Individual& i4 = data.person("i4", {"c", "v"});
   Assertion& nice = data.matrix->createAssertion("Nice");
-  for (Individual* member : {&i1, &i2, &i3, &i4}) data.matrix->link(*member, nice);
+  const std::tuple<const char*, const char*, const char*> rows[] = {
+      {"i1", "a", "u"}, {"i2", "b", "v"}, {"i3", "a", "u"}, {"i4", "c", "v"}};
+  for (const auto& [id, c, d] : rows) data.matrix->link(data.person(id, {c, d}), nice);
   ASSERT_EQ(Divide(*data.matrix, 2), 1);
   const Horde& horde = data.matrix->hordes[0];
   ASSERT_EQ(horde.classes.size(), 2u);
-  EXPECT_EQ(horde.classes[0]->id, "Nice2");
+  EXPECT_EQ(horde.classes[0]->id + horde.labels[0] + "|" + horde.classes[1]->id + horde.labels[1],
+            "Nice2 Classe 1 (Ng=2)|Nice3 Classe 1 (Nd=2)");
   ASSERT_EQ(horde.classes[0]->members.size(), 2u);
-  EXPECT_EQ(horde.classes[0]->members[0]->id, "i1");
-  EXPECT_EQ(horde.classes[0]->members[1]->id, "i3");
-  EXPECT_EQ(horde.labels[0], " Classe 1 (Ng=2)");
-  EXPECT_EQ(horde.labels[1], " Classe 1 (Nd=2)");
+  EXPECT_EQ(horde.classes[0]->members[0]->id + horde.classes[0]->members[1]->id, "i1i3");
   // Right child {b, c}: per category of c the share of its column, then d.
   EXPECT_EQ(folder.read("result.txt"),
             " variable: c \n  gravit\xe9 de Nice =  0  gravit\xe9 de Nice =  0.5  gravit\xe9 de Nice =  0.5"
@@ -131,16 +125,12 @@ TEST(Division, MissingCategoryShowsOneBoxPerRun) {
   HandMatrix data;
   data.categorical("c");
   data.holdCells();
-  Individual& i1 = data.person("i1", {"a"});
-  Individual& i2 = data.person("i2", {"b"});
-  Individual& i3 = data.person("i3", {nullptr});
-  Individual& j1 = data.person("j1", {"a"});
-  Individual& j2 = data.person("j2", {nullptr});
-  Individual& j3 = data.person("j3", {"b"});
   Assertion& group = data.matrix->createAssertion("G");
-  for (Individual* member : {&i1, &i2, &i3}) data.matrix->link(*member, group);
   Assertion& other = data.matrix->createAssertion("H");
-  for (Individual* member : {&j1, &j2, &j3}) data.matrix->link(*member, other);
+  const std::tuple<const char*, const char*, Assertion*> rows[] = {{"i1", "a", &group},     {"i2", "b", &group},
+                                                                   {"i3", nullptr, &group}, {"j1", "a", &other},
+                                                                   {"j2", nullptr, &other}, {"j3", "b", &other}};
+  for (const auto& [id, c, assertion] : rows) data.matrix->link(data.person(id, {c}), *assertion);
   test::MessageRecorder boxes;
   // Both assertions' root and right child hold a NULL cell: 8 missing
   // entries, one box.

@@ -79,7 +79,7 @@ TEST(Join, KeepsCommonAssertionsInTheSmallerTablesOrderWithBothValueLists) {
   EXPECT_EQ(&a->value(2).variable(), &result->variable(2));
   EXPECT_EQ(result->variableCount(), 3u);
   EXPECT_EQ(result->quantitativeCount(), 3u);
-  EXPECT_EQ(result->cellCount, 3u);
+  EXPECT_EQ(result->cellCount(), 3u);
   EXPECT_EQ(result->individualCount(), 0u);
   EXPECT_EQ(first->variableCount(), 0u) << "the variables were taken over";
 
@@ -102,10 +102,9 @@ TEST(Join, ShiftsTheSecondFilesDependencesPastTheFirstsVariables) {
   second.variable(0).firstDaughter = 1;
   second.variable(1).motherIndex = 0;
   second.variable(1).rule = &rule;
-  second.isDaughter[1] = 1;
-  first->taxonomyCount = 1;
-  second.taxonomyCount = 2;
-  first->motherCandidates = 1;  // as if the first had a categorical column since removed
+  second.markDaughter(1);
+  // As if the first had a categorical column since removed.
+  ASSERT_TRUE(first->declareCellVariables(first->cellCount(), 1));
 
   auto result = SymbolicMatrix::create(1, 1);
   ASSERT_EQ(Join(*result, *first, second), 1);
@@ -117,9 +116,8 @@ TEST(Join, ShiftsTheSecondFilesDependencesPastTheFirstsVariables) {
   EXPECT_EQ(result->rules[0]->mother, 2);
   EXPECT_EQ(result->rules[0]->daughter, 3);
   EXPECT_EQ(result->variable(3).rule, result->rules[0].get());
-  EXPECT_EQ(result->isDaughter, (std::vector<char>{0, 0, 0, 1}));
+  EXPECT_EQ(test::daughterMarks(*result), (std::vector<bool>{false, false, false, true}));
   EXPECT_EQ(result->categoricalCount(), 2u);
-  EXPECT_EQ(result->taxonomyCount, 3);
   EXPECT_EQ(result->motherCandidateCount(), 3u) << "summed, not counted again";
 }
 

@@ -41,7 +41,7 @@ class LiteralReduction {
     k_ = (100 - threshold_) * n_ / 100;
     if (k_ == n_) k_ = n_ - 1;
     std::vector<RemovalCandidate> made;
-    for (size_t v = 0; v < matrix_.cellCount; ++v) record_.gather(made, v, k_);
+    for (size_t v = 0; v < matrix_.cellCount(); ++v) record_.gather(made, v, k_);
     for (const RemovalCandidate& candidate : made) list_.insert(list_.begin(), Step{candidate, 1});
     if (list_.empty()) return;
     std::stable_sort(list_.begin(), list_.end(), [](const Step& x, const Step& y) { return x.c.cost < y.c.cost; });
@@ -174,24 +174,18 @@ struct RandomCase {
     const int groups = pick(1, 3);
     int person = 0;
     for (int g = 0; g < groups; ++g) {
-      std::vector<Individual*> members;
-      const int size = pick(1, largestGroup);
-      for (int i = 0; i < size; ++i) {
+      Assertion& group = data.matrix->createAssertion("g" + std::to_string(g));
+      for (int i = pick(1, largestGroup); i > 0; --i) {
         std::vector<std::string> texts;
         for (int range : ranges) {
           if (pick(0, 9) == 0)
             texts.push_back("");
-          else if (range < 0)
-            texts.push_back(std::to_string(pick(0, -range)));
           else
-            texts.push_back("c" + std::to_string(pick(0, range - 1)));
+            texts.push_back(range < 0 ? std::to_string(pick(0, -range)) : "c" + std::to_string(pick(0, range - 1)));
         }
-        members.push_back(&addPerson("p" + std::to_string(person++), texts));
-      }
-      Assertion& group = data.matrix->createAssertion("g" + std::to_string(g));
-      for (Individual* member : members) {
-        data.matrix->link(*member, group);
-        static_cast<void>(data.matrix->addMember(group, *member));
+        Individual& member = addPerson("p" + std::to_string(person++), texts);
+        data.matrix->link(member, group);
+        EXPECT_TRUE(data.matrix->addMember(group, member));
       }
     }
     const int firstCategorical =
@@ -204,9 +198,9 @@ struct RandomCase {
 
   Individual& addPerson(const std::string& id, const std::vector<std::string>& texts) {
     SymbolicMatrix& m = *data.matrix;
-    Individual individual(id, m.cellCount);
+    Individual individual(id, m.cellCount());
     for (size_t v = 0; v < texts.size(); ++v)
-      static_cast<void>(m.variable(v).addCell(texts[v].empty() ? nullptr : texts[v].c_str(), individual.cells[v]));
+      EXPECT_TRUE(m.variable(v).addCell(texts[v].empty() ? nullptr : texts[v].c_str(), individual.cells[v]));
     return m.insertIndividual(std::move(individual));
   }
 

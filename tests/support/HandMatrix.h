@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <initializer_list>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
@@ -31,13 +33,12 @@ struct HandMatrix {
   // Every variable made so far holds its cells in the individuals, as after
   // an extraction.
   void holdCells() {
-    matrix->cellCount = matrix->variableCount();
-    matrix->motherCandidates = matrix->categoricalCount();
+    if (!matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount())) std::abort();
   }
 
   // An individual with one text per cell-holding variable (null: NULL).
   Individual& person(const char* id, std::initializer_list<const char*> texts, double weight = 1.0) {
-    Individual individual(id, matrix->cellCount, weight);
+    Individual individual(id, matrix->cellCount(), weight);
     size_t v = 0;
     for (const char* text : texts) {
       static_cast<void>(matrix->variable(v).addCell(text, individual.cells[v]));
@@ -51,7 +52,9 @@ struct HandMatrix {
     Assertion& assertion = matrix->createAssertion(id);
     for (Individual* member : members) {
       matrix->link(*member, assertion);
-      EXPECT_TRUE(matrix->addMember(assertion, *member));
+      // A single-valued variable keeps its first member's value and refuses
+      // the others' (false): hand matrices may mean that.
+      static_cast<void>(matrix->addMember(assertion, *member));
     }
     return assertion;
   }
@@ -60,9 +63,10 @@ struct HandMatrix {
   // with an empty value per variable and the given members' cells added.
   std::unique_ptr<Assertion> row(const char* id, std::initializer_list<Individual*> members) {
     auto made = std::make_unique<Assertion>(id, 0);
-    for (const auto& variable : matrix->variables) made->values.push_back(variable->newSymbolicValue());
+    for (const auto& variable : matrix->variables()) made->values.push_back(variable->newSymbolicValue());
     for (Individual* member : members)
-      for (size_t v = 0; v < matrix->cellCount; ++v) made->value(v).addCell(member->cells[v], member->weight);
+      for (size_t v = 0; v < matrix->cellCount(); ++v)
+        EXPECT_TRUE(made->value(v).addCell(member->cells[v], member->weight));
     return made;
   }
 
@@ -75,5 +79,12 @@ struct HandMatrix {
 
   std::unique_ptr<SymbolicMatrix> matrix;
 };
+
+// Whether each variable, in order, is marked as a rule's daughter.
+inline std::vector<bool> daughterMarks(const SymbolicMatrix& matrix) {
+  std::vector<bool> marks;
+  for (size_t v = 0; v < matrix.variableCount(); ++v) marks.push_back(matrix.isDaughter(v));
+  return marks;
+}
 
 }  // namespace velda::test

@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
+
+#include "support/FileText.h"
 
 namespace velda::test {
 
@@ -28,11 +28,6 @@ InTempDir::~InTempDir() {
   std::filesystem::current_path(previous_, ignored);
 }
 
-std::string InTempDir::read(const char* name) const {
-  std::ifstream in(dir_.file(name), std::ios::binary);
-  std::stringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+std::string InTempDir::read(const char* name) const { return readFile(dir_.file(name)); }
 
 }  // namespace velda::test

@@ -32,6 +32,7 @@ class InTempDir {
   InTempDir& operator=(const InTempDir&) = delete;
 
   const std::string& path() const { return dir_.path(); }
+  std::string file(const std::string& name) const { return dir_.file(name); }
   // The whole content of a file of the folder (empty when there is none).
   std::string read(const char* name) const;
 

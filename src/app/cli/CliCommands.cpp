@@ -18,7 +18,8 @@ namespace velda::cli {
 
 namespace {
 
-[[nodiscard]] bool fail(Session& session, const std::string& text) {
+// Shows the refusal; always false, for `return fail(...)`.
+bool fail(Session& session, const std::string& text) {
   session.ui.showMessage(text, MessageIcon::Warning);
   return false;
 }

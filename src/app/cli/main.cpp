@@ -11,6 +11,7 @@
 
 #include "app/cli/CliCommands.h"
 #include "app/cli/CliUserInterface.h"
+#include "app/cli/HugePageHeap.h"
 #include "app/cli/LocaleCharset.h"
 #include "app/cli/TerminalProgress.h"
 #include "common/MessageBox.h"
@@ -95,6 +96,7 @@ std::string parseCommand(const std::vector<std::string>& words, ParsedChain& cha
 }  // namespace
 
 int main(int argc, char** argv) {
+  restartWithHugePageHeap(argv);
   std::vector<std::string> args(argv + 1, argv + argc);
   const LocaleCharset charset = LocaleCharset::fromEnvironment();
   // Printed as given, before output is converted, so the argument reads as typed.

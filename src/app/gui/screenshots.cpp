@@ -263,7 +263,7 @@ void saveFormDialogs() {
     dialog->reject();
   });
   FileChoice choice;
-  chooseFile(nullptr, open, choice);
+  static_cast<void>(chooseFile(nullptr, open, choice));  // the dialog is shot, then dismissed
 }
 
 // The Window menu with its ticks, and the console's pop-up menu.

@@ -3,7 +3,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <map>
 #include <new>
 #include <unordered_map>
 #include <vector>
@@ -47,7 +46,8 @@ class Aggregation {
       : connection_(connection), matrix_(matrix), sql_(sql) {}
 
   // Each step returns false with the last-error text set when the
-  // extraction must end. The check gives the number of distinct individuals.
+  // extraction must end. The check gives the number of distinct individuals
+  // and must come first.
   [[nodiscard]] bool checkIndividuals(long& individuals);
   [[nodiscard]] bool readGroups();
   [[nodiscard]] bool readCategories(size_t variable);
@@ -57,15 +57,20 @@ class Aggregation {
  private:
   // Runs one aggregate whose rows have the given number of columns.
   [[nodiscard]] bool run(const std::string& sql, size_t width, const RowSink& sink);
+  [[nodiscard]] bool runForOneRow(const std::string& sql, size_t width, TextRow& row);
   Assertion& groupNamed(const std::string& name);
+  Assertion* knownGroup(const std::string& name);
   [[nodiscard]] bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
   SymbolicMatrix& matrix_;
   const AggregateSql& sql_;
+  // Whether some individual has several rows, known after the count.
+  AggregateSql::Rows rows_ = AggregateSql::Rows::Repeated;
   // The groups by name: the matrix's table keeps the few buckets of an
   // extraction's start, too few for lookups at every row.
   std::unordered_map<std::string, Assertion*> groups_;
+  Assertion* lastGroup_ = nullptr;
 };
 
 bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink) {
@@ -76,37 +81,48 @@ bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink)
   });
 }
 
-bool Aggregation::checkIndividuals(long& individuals) {
-  progressLine2("Checking the individuals");
-  const size_t variables = matrix_.cellCount;
-  const size_t weightChecks = matrix_.weightColumn.empty() ? 0 : 2;
-  TextRow row;
-  if (!run(sql_.individualCheck(), 1 + variables + weightChecks, [&](const TextRow& r) {
+// Reads the single row of an aggregate that has one.
+bool Aggregation::runForOneRow(const std::string& sql, size_t width, TextRow& row) {
+  row.clear();
+  if (!run(sql, width, [&](const TextRow& r) {
         row = r;
         return true;
       }))
     return false;
-  if (row.empty()) {
-    setError("Error: the individuals could not be counted");
-    return false;
-  }
-  for (size_t v = 0; v < variables; ++v) {
-    if (!row[v + 1]) continue;
-    setError("Value of column '%s' differ from previous definition of '%s'", matrix_.variable(v).name.c_str(),
-             row[v + 1]->c_str());
-    return false;
-  }
-  if (weightChecks > 0) {
-    if (row[variables + 1]) {
-      setError("Ponderation of individual '%s' is null or negative", row[variables + 1]->c_str());
+  if (!row.empty()) return true;
+  setError("Error: the individuals could not be counted");
+  return false;
+}
+
+bool Aggregation::checkIndividuals(long& individuals) {
+  progressLine2("Counting the individuals");
+  const bool weighted = !matrix_.weightColumn.empty();
+  TextRow counts;
+  if (!runForOneRow(sql_.individuals(), weighted ? 3 : 2, counts)) return false;
+  individuals = static_cast<long>(numberOf(counts[1]));
+  rows_ =
+      numberOf(counts[0]) > numberOf(counts[1]) ? AggregateSql::Rows::Repeated : AggregateSql::Rows::OnePerIndividual;
+  // An individual of one row cannot disagree with itself.
+  TextRow check;
+  if (rows_ == AggregateSql::Rows::Repeated) {
+    progressLine2("Checking the individuals");
+    const size_t variables = matrix_.cellCount();
+    if (!runForOneRow(sql_.individualCheck(), 1 + variables + (weighted ? 1 : 0), check)) return false;
+    for (size_t v = 0; v < variables; ++v) {
+      if (!check[v + 1]) continue;
+      setError("Value of column '%s' differ from previous definition of '%s'", matrix_.variable(v).name.c_str(),
+               check[v + 1]->c_str());
       return false;
     }
-    if (row[variables + 2]) {
-      setError("Ponderation differ from previous definition of '%s'", row[variables + 2]->c_str());
-      return false;
-    }
   }
-  individuals = static_cast<long>(numberOf(row.front()));
+  if (weighted && counts[2]) {
+    setError("Ponderation of individual '%s' is null or negative", counts[2]->c_str());
+    return false;
+  }
+  if (weighted && !check.empty() && check.back()) {
+    setError("Ponderation differ from previous definition of '%s'", check.back()->c_str());
+    return false;
+  }
   return true;
 }
 
@@ -129,12 +145,12 @@ bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* tex
 // have a number and the weight of those that have none.
 bool Aggregation::readGroups() {
   progressLine2("Counting the individuals of each group and the bounds of the numbers");
-  return run(sql_.groups(), 2 + 4 * matrix_.quantitativeCount(), [&](const TextRow& row) {
+  return run(sql_.groups(rows_), 2 + 4 * matrix_.quantitativeCount(), [&](const TextRow& row) {
     if (!row[0]) return true;
     Assertion& assertion = groupNamed(*row[0]);
     assertion.memberCount += static_cast<int32_t>(numberOf(row[1]));
     size_t field = 2;
-    for (size_t v = 0; v < matrix_.cellCount; ++v) {
+    for (size_t v = 0; v < matrix_.cellCount(); ++v) {
       if (matrix_.variable(v).isCategorical()) continue;
       const double numbered = numberOf(row[field + 2]);
       const double missing = numberOf(row[field + 3]);
@@ -148,6 +164,18 @@ bool Aggregation::readGroups() {
   });
 }
 
+// The group of a row of the categories. Rows of one group often come
+// together, so the last one found is tried first.
+Assertion* Aggregation::knownGroup(const std::string& name) {
+  if (lastGroup_ && lastGroup_->id == name) return lastGroup_;
+  const auto group = groups_.find(name);
+  if (group == groups_.end()) {
+    setError("Error: group '%s' appeared while the database was aggregating", name.c_str());
+    return nullptr;
+  }
+  return lastGroup_ = group->second;
+}
+
 // The categories enter the variable in ascending byte order of their names,
 // whatever the order of the rows: the rows are kept in a compact form (one
 // entry per group and category, as many as the values will hold) until all
@@ -159,28 +187,25 @@ bool Aggregation::readCategories(size_t variable) {
     int32_t name;  // -1: the individuals without a category
     double weight;
   };
-  std::map<std::string, int32_t> names;
+  std::unordered_map<std::string, int32_t> names;
   std::vector<Weighed> weighed;
-  const bool read = run(sql_.categories(variable), 3, [&](const TextRow& row) {
+  const bool read = run(sql_.categories(variable, rows_), 3, [&](const TextRow& row) {
     if (!row[0]) return true;
-    const auto group = groups_.find(*row[0]);
-    if (group == groups_.end()) {
-      setError("Error: group '%s' appeared while the database was aggregating", row[0]->c_str());
-      return false;
-    }
+    Assertion* group = knownGroup(*row[0]);
+    if (!group) return false;
     int32_t name = -1;
-    if (row[1]) {
-      auto known = names.find(*row[1]);
-      if (known == names.end()) known = names.emplace(*row[1], static_cast<int32_t>(names.size())).first;
-      name = known->second;
-    }
-    weighed.push_back({group->second, name, numberOf(row[2])});
+    if (row[1]) name = names.try_emplace(*row[1], static_cast<int32_t>(names.size())).first->second;
+    weighed.push_back({group, name, numberOf(row[2])});
     return true;
   });
   if (!read) return false;
+  std::vector<const std::pair<const std::string, int32_t>*> sorted;
+  sorted.reserve(names.size());
+  for (const auto& name : names) sorted.push_back(&name);
+  std::sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return a->first < b->first; });
   std::vector<CellValue> cells(names.size());
-  for (const auto& [name, number] : names) {
-    if (matrix_.variable(variable).addCell(name.c_str(), cells[static_cast<size_t>(number)])) continue;
+  for (const auto* name : sorted) {
+    if (matrix_.variable(variable).addCell(name->first.c_str(), cells[static_cast<size_t>(name->second)])) continue;
     setError("Memory allocation failed");
     return false;
   }
@@ -212,7 +237,7 @@ std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const st
   std::unique_ptr<SymbolicMatrix> matrix = ExtractionBuilder::matrixFor(columns, options);
   if (!matrix) return nullptr;
 
-  std::vector<bool> categorical(matrix->cellCount);
+  std::vector<bool> categorical(matrix->cellCount());
   for (size_t v = 0; v < categorical.size(); ++v) categorical[v] = matrix->variable(v).isCategorical();
   const AggregateSql queries(sql, columns.size(), categorical, weighted);
   Aggregation aggregation(connection, *matrix, queries);

@@ -68,7 +68,7 @@ std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<
                                                               const ExtractionOptions& options) {
   std::unique_ptr<SymbolicMatrix> matrix = matrixFor(columns, options);
   if (!matrix) return nullptr;
-  const size_t variableCount = matrix->cellCount;
+  const size_t variableCount = matrix->cellCount();
   try {
     return std::unique_ptr<ExtractionBuilder>(new ExtractionBuilder(std::move(matrix), variableCount, options));
   } catch (const std::bad_alloc&) {
@@ -103,9 +103,11 @@ std::unique_ptr<SymbolicMatrix> ExtractionBuilder::matrixFor(const std::vector<E
       const ExtractionColumn& column = columns[static_cast<size_t>(i + 2)];
       matrix->appendVariable(variableFor(namer.nameFor(column.name), column.kind));
     }
-    matrix->cellCount = static_cast<size_t>(variableCount);
-    matrix->motherCandidates = matrix->categoricalCount();
-    return matrix;
+    // Every column of the query is a cell-holding variable, and its
+    // categorical ones may become mothers: a matrix without individuals
+    // takes that declaration.
+    return matrix->declareCellVariables(matrix->variableCount(), matrix->categoricalCount()) ? std::move(matrix)
+                                                                                             : nullptr;
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");
     return nullptr;

@@ -48,10 +48,21 @@ long validUtf8Length(const unsigned char* text, size_t length, bool cut) {
 
 bool isTrimmed(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\f' || c == '\b'; }
 
+bool isAscii(const unsigned char* bytes, size_t length) {
+  unsigned char any = 0;
+  for (size_t i = 0; i < length; ++i) any |= bytes[i];
+  return any < 0x80;
+}
+
 }  // namespace
 
 size_t decodeFetchedText(char* text, size_t length, bool cut) {
   unsigned char* bytes = reinterpret_cast<unsigned char*>(text);
+  // Most values are plain ASCII, which reads the same in both encodings.
+  if (isAscii(bytes, length)) {
+    text[length] = '\0';
+    return length;
+  }
   const long valid = validUtf8Length(bytes, length, cut);
   if (valid < 0) {
     text[length] = '\0';
@@ -77,7 +88,8 @@ size_t trimFetchedText(char* text, size_t length) {
   size_t end = length;
   while (end > begin && isTrimmed(text[end - 1])) --end;
   const size_t size = end - begin;
-  for (size_t i = 0; i < size; ++i) text[i] = text[begin + i];
+  if (begin > 0)
+    for (size_t i = 0; i < size; ++i) text[i] = text[begin + i];
   text[size] = '\0';
   return size;
 }

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "common/LastError.h"
+#include "model/CategoricalValue.h"
 
 namespace velda {
 
@@ -42,6 +43,15 @@ size_t PendingVariables::coveredCount() const {
 
 bool PendingVariables::commit() {
   try {
+    // The new values in the order that a saved and reopened project has,
+    // before anything is appended.
+    for (auto& row : values_) {
+      for (auto& value : row) {
+        if (!value->variable().isCategorical()) continue;
+        auto& categorical = static_cast<CategoricalValue&>(*value);
+        if (!categorical.entries.empty()) categorical.rebuild();
+      }
+    }
     matrix_.appendVariables(variables_, values_);
   } catch (const std::bad_alloc&) {
     setError("Memory allocation failed");

@@ -37,7 +37,8 @@ class PendingVariables {
   bool isCovered(size_t position) const { return covered_[position] != 0; }
   size_t coveredCount() const;
 
-  // Appends the variables and their values to the matrix. Returns false (with
+  // Appends the variables and their values, each categorical value's
+  // entries rehashed to their count, to the matrix. Returns false (with
   // "Memory allocation failed" set), leaving the matrix unchanged, when
   // memory runs out.
   [[nodiscard]] bool commit();

@@ -11,7 +11,7 @@ VariableNamer::VariableNamer(const SymbolicMatrix& matrix) {
   taken_.reserve(matrix.variableCount() + 2);
   taken_.push_back(matrix.individualColumn);
   taken_.push_back(matrix.assertionColumn);
-  for (const auto& variable : matrix.variables) taken_.push_back(variable->name);
+  for (const auto& variable : matrix.variables()) taken_.push_back(variable->name);
 }
 
 std::string VariableNamer::nameFor(const std::string& columnName) {

@@ -144,8 +144,6 @@ bool Document::exportHordes() {
   const ExportTexts texts = exportTexts(values.format, destination);
   const char* status = table || xml ? texts.heading : "Creating Korva file...";
   BusyScope busy(ui_, status);
-  updateAssertions();
-  ui_.setStatusText(status);
 
   // Text and tables go straight to the destination and follow "Export
   // reduced Hordes"; XML goes through the temporary file and follows

@@ -20,7 +20,7 @@ namespace {
 // individuals, native when a query gave it at the level of the groups);
 // every assertion is a metaindividual.
 void describeMatrix(const SymbolicMatrix& matrix, symlib::MetaData& meta) {
-  const size_t cells = std::min(matrix.cellCount, matrix.variableCount());
+  const size_t cells = std::min(matrix.cellCount(), matrix.variableCount());
   meta.origInfo.nbOrigVar = static_cast<long long>(cells);
   meta.origInfo.nbOrigMat = 1;
   meta.origInfo.origVars.clear();

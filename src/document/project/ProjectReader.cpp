@@ -11,7 +11,6 @@
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
-#include "model/Taxonomy.h"
 
 namespace velda {
 
@@ -107,15 +106,12 @@ std::unique_ptr<SymbolicMatrix> ProjectReader::readRest() {
   try {
     bool ok = readHeader() && readTexts();
     for (size_t v = 0; ok && v < header_[kVariables]; ++v) ok = readVariable();
+    ok = ok && matrix_->declareCellVariables(header_[kCellVariables], header_[kMotherCandidates]);
     for (size_t r = 0; ok && r < header_[kRules]; ++r) ok = readRule();
     ok = ok && mothersFormTrees();
     for (size_t a = 0; ok && a < assertionCount_; ++a) ok = readAssertion();
     for (size_t i = 0; ok && i < individualCount_; ++i) ok = readIndividual(i);
-    if (ok && matrix_->indexAssertions()) {
-      // The file's taxonomy counters may be a join's sums: count them again.
-      countTaxonomies(*matrix_);
-      return std::move(matrix_);
-    }
+    if (ok && matrix_->indexAssertions()) return std::move(matrix_);
   } catch (const std::bad_alloc&) {
   }
   matrix_.reset();
@@ -138,10 +134,6 @@ bool ProjectReader::readHeader() {
       header_[kCellVariables] > header_[kVariables] || header_[kTaxonomies] > header_[kCategoricalVariables])
     return false;
   if (!in_.holds(header_[kVariables], kMinVariableRecord)) return false;
-  matrix_->cellCount = header_[kCellVariables];
-  matrix_->taxonomyCount = header_[kTaxonomies];
-  matrix_->cellTaxonomyCount = header_[kCellTaxonomies];
-  matrix_->motherCandidates = header_[kMotherCandidates];
   matrix_->reductionThreshold = header_[kReductionThreshold];
   matrix_->divisionClassCount = header_[kDivisionClasses];
   slots_.assign(assertionCount_, nullptr);
@@ -246,13 +238,13 @@ bool ProjectReader::readRule() {
   target.rule = rule.get();
   target.nextDaughter = source->firstDaughter;
   source->firstDaughter = daughter;
-  matrix_->isDaughter[daughter] = 1;
+  matrix_->markDaughter(daughter);
   matrix_->rules.push_back(std::move(rule));
   return true;
 }
 
 bool ProjectReader::mothersFormTrees() const {
-  const auto& variables = matrix_->variables;
+  const auto& variables = matrix_->variables();
   return everyWalkEnds(
       variables.size(), [&](size_t v) { return static_cast<size_t>(variables[v]->motherIndex); },
       [&](size_t v) { return variables[v]->motherIndex < 0; });
@@ -315,9 +307,9 @@ bool ProjectReader::readIndividual(size_t ordinal) {
     lastMembership_[number] = stamp;
     memberships.push_back(slots_[number]);
   }
-  if (memberships.empty() || !in_.holds(matrix_->cellCount, kMinCellRecord)) return false;
-  Individual individual(std::move(name), matrix_->cellCount, weight);
-  for (size_t v = 0; v < matrix_->cellCount; ++v)
+  if (memberships.empty() || !in_.holds(matrix_->cellCount(), kMinCellRecord)) return false;
+  Individual individual(std::move(name), matrix_->cellCount(), weight);
+  for (size_t v = 0; v < matrix_->cellCount(); ++v)
     if (!readCell(v, individual.cells[v])) return false;
   Individual& stored = matrix_->insertIndividual(std::move(individual));
   // Linking puts each assertion in the direct slot and pushes the previous

@@ -42,7 +42,7 @@ uint16_t truncated(int32_t count) { return static_cast<uint16_t>(static_cast<uin
 }  // namespace
 
 bool ProjectWriter::write() {
-  if (matrix_.variableCount() > kNone || matrix_.cellCount > matrix_.variableCount() || !number()) {
+  if (matrix_.variableCount() > kNone || matrix_.cellCount() > matrix_.variableCount() || !number()) {
     out_.fail();
     return false;
   }
@@ -101,9 +101,9 @@ void ProjectWriter::writeHeader() {
   counters[kVariables] = truncated(matrix_.variableCount());
   counters[kQuantitativeVariables] = truncated(matrix_.quantitativeCount());
   counters[kCategoricalVariables] = truncated(matrix_.categoricalCount());
-  counters[kTaxonomies] = truncated(matrix_.taxonomyCount);
-  counters[kCellVariables] = truncated(matrix_.cellCount);
-  counters[kCellTaxonomies] = truncated(matrix_.cellTaxonomyCount);
+  counters[kTaxonomies] = truncated(matrix_.taxonomyCount());
+  counters[kCellVariables] = truncated(matrix_.cellCount());
+  counters[kCellTaxonomies] = truncated(matrix_.cellTaxonomyCount());
   counters[kMotherCandidates] = truncated(matrix_.motherCandidateCount());
   counters[kReductionThreshold] = truncated(matrix_.reductionThreshold);
   counters[kRules] = truncated(matrix_.rules.size());
@@ -206,7 +206,7 @@ void ProjectWriter::writeIndividual(const Individual& individual) {
   out_.f64(individual.weight);
   individual.forEachAssertion([&](const Assertion* a) { out_.u32(static_cast<uint32_t>(a->number)); });
   out_.u32(kEndOfMemberships);
-  for (size_t v = 0; v < matrix_.cellCount; ++v) writeCell(v, individual.cells[v]);
+  for (size_t v = 0; v < matrix_.cellCount(); ++v) writeCell(v, individual.cells[v]);
 }
 
 void ProjectWriter::writeCell(size_t v, const CellValue& cell) {

@@ -24,7 +24,7 @@ std::vector<const Assertion*> assertionsInOrder(const SymbolicMatrix& matrix) {
 template <typename Rows>
 void writeAssertionRows(const SymbolicMatrix& matrix, const Rows& rows, std::ostream& out) {
   out << "Assertion\tIndividuals";
-  for (const auto& variable : matrix.variables) out << '\t' << variable->name;
+  for (const auto& variable : matrix.variables()) out << '\t' << variable->name;
   out << '\n';
   for (const auto& row : rows) {
     if (!row) continue;
@@ -46,7 +46,7 @@ void writeNode(const Modality& node, int depth, std::ostream& out) {
 
 void writeIndividualsTable(const SymbolicMatrix& matrix, std::ostream& out) {
   out << (matrix.individualColumn.empty() ? "Individual" : matrix.individualColumn) << "\tWeight";
-  const size_t cells = std::min(matrix.cellCount, matrix.variableCount());
+  const size_t cells = std::min(matrix.cellCount(), matrix.variableCount());
   for (size_t v = 0; v < cells; ++v) out << '\t' << matrix.variable(v).name;
   out << "\tAssertions\n";
   for (const Individual& individual : matrix.individuals) {
@@ -72,7 +72,7 @@ void writeReducedAssertionsTable(const SymbolicMatrix& matrix, std::ostream& out
 
 void writeHordesTable(const SymbolicMatrix& matrix, bool reduced, std::ostream& out) {
   out << "Assertion\tClass\tLabel\tIndividuals";
-  for (const auto& variable : matrix.variables) out << '\t' << variable->name;
+  for (const auto& variable : matrix.variables()) out << '\t' << variable->name;
   out << '\n';
   const std::vector<const Assertion*> divided = assertionsInOrder(matrix);
   for (size_t h = 0; h < matrix.hordes.size(); ++h) {
@@ -101,7 +101,7 @@ void writeVolumeMatrixReport(const SymbolicMatrix& matrix, bool before, std::ost
 }
 
 void writeTaxonomiesReport(const SymbolicMatrix& matrix, std::ostream& out) {
-  for (const auto& variable : matrix.variables) {
+  for (const auto& variable : matrix.variables()) {
     if (!variable->isCategorical()) continue;
     const auto& categorical = static_cast<const CategoricalVariable&>(*variable);
     if (!categorical.hasTaxonomy()) continue;

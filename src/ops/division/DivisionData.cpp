@@ -7,7 +7,8 @@
 
 namespace velda {
 
-DivisionData::DivisionData(const SymbolicMatrix& matrix, const ReductionRecord& record) : variables_(matrix.cellCount) {
+DivisionData::DivisionData(const SymbolicMatrix& matrix, const ReductionRecord& record)
+    : variables_(matrix.cellCount()) {
   const auto& members = record.members();
   const size_t n = members.size();
   try {

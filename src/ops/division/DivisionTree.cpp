@@ -107,7 +107,7 @@ void DivisionTree::cut(size_t position, int32_t cutNumber) {
 Horde DivisionTree::horde() const {
   Horde horde;
   horde.individualCount = record_.size();
-  const size_t cells = matrix_.cellCount;
+  const size_t cells = matrix_.cellCount();
   const Assertion& divided = record_.assertion();
   for (const DivisionNode& node : nodes_) {
     if (node.cut != 0) continue;

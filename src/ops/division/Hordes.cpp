@@ -42,9 +42,10 @@ namespace {
 
 }  // namespace
 
-bool ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+bool ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures,
+                  int64_t levelCap) {
   if (matrix.hordes.empty()) return false;
-  ReductionRun run(matrix, threshold, console, figures);
+  ReductionRun run(matrix, threshold, console, figures, levelCap);
   for (Horde& horde : matrix.hordes) {
     matrix.reductionThreshold = 0;
     if (!reduceHorde(matrix, horde, run)) return false;

@@ -17,7 +17,8 @@ class SymbolicMatrix;
 // stored reduction threshold is reset to 0 for each horde and never set.
 // Returns false at once without hordes, and on failure or cancel: the hordes
 // reduced before keep their new results, the others their previous ones.
+// `levelCap` bounds each class's search (see ReductionRun).
 [[nodiscard]] bool ReduceHordes(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
-                                std::vector<SearchFigures>* figures = nullptr);
+                                std::vector<SearchFigures>* figures = nullptr, int64_t levelCap = kSearchLevelCap);
 
 }  // namespace velda

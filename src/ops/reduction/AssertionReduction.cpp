@@ -38,7 +38,7 @@ bool AssertionReduction::run() {
 // The list is built as a list whose new steps go in front: the last step
 // made comes first. Returns false when there is no step.
 bool AssertionReduction::gatherCandidates() {
-  for (size_t v = 0; v < matrix_.cellCount; ++v) record_.gather(candidates_, v, budget_);
+  for (size_t v = 0; v < matrix_.cellCount(); ++v) record_.gather(candidates_, v, budget_);
   if (candidates_.empty()) return false;
   std::reverse(candidates_.begin(), candidates_.end());
   std::stable_sort(candidates_.begin(), candidates_.end(),

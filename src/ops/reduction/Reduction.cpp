@@ -6,7 +6,8 @@
 
 namespace velda {
 
-bool Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures) {
+bool Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std::vector<SearchFigures>* figures,
+            int64_t levelCap) {
   matrix.reducedAssertions.clear();
   matrix.volumesBefore.clear();
   matrix.volumesAfter.clear();
@@ -15,12 +16,12 @@ bool Reduce(SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console, std:
 
   WorkSet workSet;
   if (!workSet.buildFromAssertions(matrix)) return false;
-  const auto p = static_cast<double>(matrix.cellCount);
+  const auto p = static_cast<double>(matrix.cellCount());
   const std::vector<Assertion*>& assertions = matrix.orderedAssertions;
   if (!computeVolumeMatrix(matrix, {assertions.data(), assertions.size()}, p, matrix.volumesBefore)) return false;
 
   std::vector<std::unique_ptr<Assertion>> reduced;
-  ReductionRun run(matrix, threshold, console, figures);
+  ReductionRun run(matrix, threshold, console, figures, levelCap);
   if (!run.reduceAll(workSet, reduced)) return false;
 
   std::vector<const Assertion*> rows;

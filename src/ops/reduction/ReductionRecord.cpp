@@ -36,7 +36,7 @@ bool ReductionRecord::prepare(const SymbolicMatrix& matrix) {
   try {
     parts_.clear();
     std::vector<const CellValue*> cells(members_.size());
-    for (size_t v = 0; v < matrix.cellCount; ++v) {
+    for (size_t v = 0; v < matrix.cellCount(); ++v) {
       for (size_t m = 0; m < members_.size(); ++m) cells[m] = &members_[m]->cells[v];
       if (matrix.variable(v).isCategorical())
         parts_.push_back(std::make_unique<CategoryPart>(cells));
@@ -84,7 +84,7 @@ double ReductionRecord::volume(const SymbolicMatrix& matrix) const {
 
 std::unique_ptr<Assertion> ReductionRecord::reducedAssertion(const SymbolicMatrix& matrix) const {
   // An assertion without registered individuals is left as it is.
-  const size_t cells = members_.empty() ? 0 : matrix.cellCount;
+  const size_t cells = members_.empty() ? 0 : matrix.cellCount();
   std::unique_ptr<Assertion> reduced = derivedAssertion(*assertion_, assertion_->id, assertion_->number, cells);
   reduced->memberCount = members_.empty() ? assertion_->memberCount : 0;
   for (size_t m = 0; m < members_.size(); ++m) {

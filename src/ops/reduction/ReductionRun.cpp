@@ -19,7 +19,7 @@ bool ReductionRun::reduceAll(WorkSet& workSet, std::vector<std::unique_ptr<Asser
     reduced.reserve(workSet.records.size());
     for (ReductionRecord& record : workSet.records) {
       const auto started = std::chrono::steady_clock::now();
-      AssertionReduction reduction(matrix_, record, threshold_, cancel_);
+      AssertionReduction reduction(matrix_, record, threshold_, cancel_, levelCap_);
       if (!reduction.run()) {
         reduced.clear();
         return false;

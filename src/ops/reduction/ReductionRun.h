@@ -8,6 +8,7 @@
 #include "model/Assertion.h"
 #include "model/SymbolicMatrix.h"
 #include "ops/CancelPoll.h"
+#include "ops/reduction/AssertionReduction.h"
 #include "ops/reduction/WorkSet.h"
 
 namespace velda {
@@ -26,12 +27,12 @@ struct SearchFigures {
 // Reduces every record of a work set in order, as Reduce and ReduceHordes
 // both do: progress line 1 "Reduction in progress...", line 2 per
 // assertion, one console line for each assertion whose search reached the
-// level cap.
+// level cap (the most levels one assertion's search may visit).
 class ReductionRun {
  public:
   ReductionRun(const SymbolicMatrix& matrix, int32_t threshold, ConsoleLog& console,
-               std::vector<SearchFigures>* figures = nullptr)
-      : matrix_(matrix), threshold_(threshold), console_(console), figures_(figures) {}
+               std::vector<SearchFigures>* figures = nullptr, int64_t levelCap = kSearchLevelCap)
+      : matrix_(matrix), threshold_(threshold), console_(console), figures_(figures), levelCap_(levelCap) {}
 
   // The reduced assertions, one per record in record order. Returns false, with
   // `reduced` empty, at the first record whose reduction fails or is
@@ -47,6 +48,7 @@ class ReductionRun {
   int32_t threshold_;
   ConsoleLog& console_;
   std::vector<SearchFigures>* figures_;
+  int64_t levelCap_;
   CancelPoll cancel_;
 };
 

@@ -69,7 +69,7 @@ bool computeVolumeMatrix(const SymbolicMatrix& matrix, std::span<const Assertion
                          TriangularMatrix& out) {
   out.clear();
   const size_t n = items.size();
-  const size_t cells = matrix.cellCount;
+  const size_t cells = matrix.cellCount();
   try {
     out.entries.resize(n * (n + 1) / 2);
   } catch (const std::bad_alloc&) {

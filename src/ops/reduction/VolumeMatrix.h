@@ -25,7 +25,7 @@ double describedVolume(const SymbolicMatrix& matrix, size_t p, const Description
   double volume = 1.0;
   for (size_t v = 0; v < p; ++v) {
     const SymbolicVariable& variable = matrix.variable(v);
-    const bool daughter = variable.motherIndex >= 0 || (v < matrix.isDaughter.size() && matrix.isDaughter[v]);
+    const bool daughter = variable.motherIndex >= 0 || matrix.isDaughter(v);
     if (daughter) continue;
     if (variable.firstDaughter < 0 || !variable.isCategorical()) {
       volume *= description.size(v);

@@ -20,8 +20,6 @@ class DBViewDialog : public QDialog {
  public:
   DBViewDialog(const Connection& connection, const std::string& table, QWidget* parent = nullptr);
 
-  QTreeWidget* columnList() const { return columns_; }
-  QLabel* databaseLabel() const { return database_; }
   // Fills the list; shows the driver's message when the table cannot be read.
   void load();
 

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "db/OdbcListing.h"
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/OdbcSources.h"
 #include "ui/widgets/SideButton.h"

@@ -19,10 +19,6 @@ class DataSourceDialog : public QDialog {
   explicit DataSourceDialog(const std::string& connectionString, QWidget* parent = nullptr);
 
   std::string connectionString() const;
-  QLineEdit* connectionEdit() const { return edit_; }
-  QListWidget* driverList() const { return drivers_; }
-  QListWidget* dataSourceList() const { return sources_; }
-  QPushButton* sampleButton() const { return sample_; }
 
   void accept() override;
 

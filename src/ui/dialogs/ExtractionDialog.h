@@ -48,9 +48,6 @@ class ExtractionDialog : public QDialog {
   QPlainTextEdit* queryEdit() const { return queryEdit_; }
   ExtractionSettingsBox* settings() const { return settings_; }
   QListWidget* variableList() const { return variables_; }
-  QPushButton* writeQueryButton() const { return writeQuery_; }
-  QPushButton* viewButton() const { return view_; }
-  DataSourceBox* dataSource() const { return dataSource_; }
 
   void accept() override;
 

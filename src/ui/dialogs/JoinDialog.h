@@ -16,7 +16,6 @@ class JoinDialog : public QDialog {
   explicit JoinDialog(const JoinValues& values, QWidget* parent = nullptr);
 
   JoinValues values() const { return values_; }
-  FileField* firstField() const { return first_; }
   FileField* secondField() const { return second_; }
 
   void accept() override;

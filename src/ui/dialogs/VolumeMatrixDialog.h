@@ -21,7 +21,6 @@ class VolumeMatrixDialog : public QDialog {
   explicit VolumeMatrixDialog(const SymbolicMatrix& matrix, QWidget* parent = nullptr);
 
   VolumeMatrixView* view() const { return view_; }
-  QCheckBox* initialBox() const { return initial_; }
 
  private:
   VolumeMatrixView* view_;

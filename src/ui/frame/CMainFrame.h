@@ -30,7 +30,6 @@ class CMainFrame : public QMainWindow {
   QDockWidget* panel(int32_t commandId) const;
   VariablesPanel* variablesPanel() const { return variables_; }
   IndividualsPanel* individualsPanel() const { return individuals_; }
-  DependencesPanel* dependencesPanel() const { return dependences_; }
 
   // Enabled and ticked states of every command from the document and the
   // frame.

@@ -17,8 +17,6 @@ class DataSourceBox : public QGroupBox {
  public:
   DataSourceBox(DataSourceLink& link, QWidget* parent = nullptr);
 
-  QLabel* nameLabel() const { return name_; }
-  QPushButton* modifyButton() const { return modify_; }
   void refresh();
 
  signals:

@@ -19,7 +19,6 @@ class FileField : public QWidget {
 
   QString text() const;
   void setText(const QString& text);
-  QLineEdit* edit() const { return edit_; }
   QPushButton* selectButton() const { return select_; }
   // The file type of the last file chosen with "Select...", by its place
   // among the request's filters; -1 before any.

@@ -15,42 +15,36 @@
 #include <QProcess>
 #include <QScrollBar>
 #include <QThread>
-#include <clocale>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
 
 #include "gui/GuiTestSupport.h"
+#include "model/SymbolicMatrix.h"
+#include "support/FileText.h"
 #include "support/SqliteDatabase.h"
 #include "ui/dialogs/DependenceDialog.h"
+#include "ui/dialogs/ExportDialog.h"
 #include "ui/dialogs/ExtractionDialog.h"
+#include "ui/dialogs/NumberParameterDialog.h"
 #include "ui/frame/CKORVAView.h"
 #include "ui/frame/CMainFrame.h"
+#include "ui/panels/IndividualsPanel.h"
+#include "ui/panels/VariablesPanel.h"
 #include "ui/widgets/ExtractionSettingsBox.h"
+#include "ui/widgets/FileField.h"
 #include "ui/widgets/Latin1.h"
 #include "ui/widgets/TableListBox.h"
 
 namespace velda::ui {
 namespace {
 
-QApplication& realApplication() {
-  static int argc = 1;
-  static char name[] = "velda_screen_test";
-  static char* argv[] = {name, nullptr};
-  static QApplication* application = [] {
-    qputenv("QT_QPA_PLATFORM", "xcb");
-    auto* app = new QApplication(argc, argv);
-    std::setlocale(LC_NUMERIC, "C");
-    return app;
-  }();
-  return *application;
-}
-
 std::string sampleSql() {
   const char* source = std::getenv("VELDA_SOURCE_DIR");
-  std::ifstream file(std::string(source ? source : ".") + "/data/sample.sql");
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
+  return test::readFile(std::string(source ? source : ".") + "/data/sample.sql");
+}
+
+bool consoleHasPrefix(const ConsoleLog& console, const std::string& prefix) {
+  return std::any_of(console.lines().begin(), console.lines().end(),
+                     [&](const std::string& line) { return line.rfind(prefix, 0) == 0; });
 }
 
 void choose(QListWidget* list, const char* text) {
@@ -124,7 +118,7 @@ class ConsoleScreenTest : public ::testing::Test {
  protected:
   void SetUp() override {
     if (qEnvironmentVariableIsEmpty("DISPLAY")) GTEST_FAIL() << "no X display: run under scripts/with-xvfb.sh";
-    realApplication();
+    test::guiApplication("xcb");
     previous_ = QDir::currentPath();
     QDir::setCurrent(QString::fromStdString(work_.path()));
   }
@@ -164,12 +158,16 @@ class ConsoleScreenTest : public ::testing::Test {
   QString previous_;
 };
 
+// The commands are driven through their own dialogs, from New to closing
+// the window, and each one's effect on the document and the menus is
+// checked on the way.
 TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
   test::SqliteDatabase database(sampleSql());
   CMainFrame frame;
   frame.show();
   Document& document = frame.view().document();
   ASSERT_TRUE(document.connect(database.connectionString()));
+  EXPECT_TRUE(frame.action(ID_DISCONNECT)->isEnabled());
 
   // New: the survey, 50 individuals per group at most, groups of 3 at least.
   test::onNextModal<ExtractionDialog>([](ExtractionDialog* dialog) {
@@ -182,21 +180,22 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
   });
   frame.runCommand(ID_FILE_NEW);
   ASSERT_NE(document.matrix(), nullptr);
+  EXPECT_TRUE(frame.action(ID_FILE_SAVE)->isEnabled());
+  EXPECT_FALSE(frame.variablesPanel()->isEmptyShown());
+  EXPECT_EQ(static_cast<size_t>(frame.individualsPanel()->view()->model()->rowCount()),
+            document.matrix()->individualCount());
   expectConsoleOnScreen(frame, "new");
 
   // Save, then Open what was saved.
   const QString project = QString::fromStdString(work_.file("survey.gaj"));
-  test::onNextModal<QFileDialog>([project](QFileDialog* dialog) {
-    dialog->selectFile(project);
-    static_cast<QDialog*>(dialog)->accept();
-  });
-  frame.runCommand(ID_FILE_SAVE);
-  ASSERT_FALSE(document.isModified());
-  test::onNextModal<QFileDialog>([project](QFileDialog* dialog) {
-    dialog->selectFile(project);
-    static_cast<QDialog*>(dialog)->accept();
-  });
-  frame.runCommand(ID_FILE_OPEN);
+  for (const int32_t command : {ID_FILE_SAVE, ID_FILE_OPEN}) {
+    test::onNextModal<QFileDialog>([project](QFileDialog* dialog) {
+      dialog->selectFile(project);
+      static_cast<QDialog*>(dialog)->accept();
+    });
+    frame.runCommand(command);
+    ASSERT_FALSE(document.isModified());
+  }
   ASSERT_NE(document.matrix(), nullptr);
   expectConsoleOnScreen(frame, "open");
 
@@ -206,15 +205,18 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
     dialog->accept();
   });
   frame.runCommand(ID_CREATE_TAXONOMY);
+  EXPECT_TRUE(consoleHasPrefix(document.console(), "taxonomy variable 'town': initial domain is covered by "));
+  EXPECT_TRUE(frame.action(ID_VIEW_TAXONOMIES)->isEnabled());
   expectConsoleOnScreen(frame, "taxonomy");
 
   // The preview twice (No brings the dialog back with the same choice, Yes
   // applies): the console grows past the window and scrolls.
-  test::onNextModal<DependenceDialog>([](DependenceDialog* dialog) {
+  test::ShownMessage question;
+  test::onNextModal<DependenceDialog>([&question](DependenceDialog* dialog) {
     choose(dialog->motherList(), "occupation");
     choose(dialog->modalityList(), "manager");
     choose(dialog->daughterList(), "income");
-    test::answerNextMessage(QMessageBox::No);
+    test::answerNextMessage(QMessageBox::No, &question);
     test::onNextModal<DependenceDialog>([](DependenceDialog* again) {
       test::answerNextMessage(QMessageBox::Yes);
       again->accept();
@@ -222,9 +224,33 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
     dialog->accept();
   });
   frame.runCommand(ID_ADD_DEPENDENCE);
+  EXPECT_EQ(question.count, 1);
+  EXPECT_TRUE(consoleHasPrefix(document.console(), "1 rules added:"));
+  EXPECT_TRUE(frame.action(ID_VIEW_DEPENDENCES)->isEnabled());
   ASSERT_GT(document.console().count() * static_cast<size_t>(frame.view().lineHeight()),
             static_cast<size_t>(frame.view().viewport()->height()));
   expectConsoleOnScreen(frame, "dependence");
+
+  // Reduce at the proposed threshold, then export the reduced rows.
+  QString proposed;
+  test::onNextModal<NumberParameterDialog>([&proposed](NumberParameterDialog* dialog) {
+    proposed = dialog->field()->text();
+    dialog->accept();
+  });
+  frame.runCommand(ID_REDUCE_ASSERTIONS);
+  EXPECT_EQ(proposed.toStdString(), "80");
+  EXPECT_TRUE(frame.action(ID_VIEW_VOLUME_MATRIX)->isEnabled());
+  const std::string destination = work_.file("survey.kvf");
+  bool reducedOffered = false;
+  test::onNextModal<ExportDialog>([&](ExportDialog* dialog) {
+    reducedOffered = dialog->reducedAssertionsBox()->isEnabled();
+    dialog->fileField()->setText(QString::fromStdString(destination));
+    dialog->accept();
+  });
+  frame.runCommand(ID_EXPORT);
+  EXPECT_TRUE(reducedOffered);
+  EXPECT_EQ(test::readFile(destination).rfind("KORVA = (", 0), 0u);
+  expectConsoleOnScreen(frame, "export");
 
   // Past the cut at 4800 lines every line moves.
   ConsoleLog& console = document.console();
@@ -233,8 +259,14 @@ TEST_F(ConsoleScreenTest, EveryConsoleLineIsOnTheScreenAfterEachCommand) {
   ASSERT_EQ(console.count(), 3601u);
   expectConsoleOnScreen(frame, "cut");
 
-  test::answerNextMessage(QMessageBox::No);
-  frame.close();
+  // Closing modified data asks first; No closes without saving.
+  test::ShownMessage saveQuestion;
+  test::answerNextMessage(QMessageBox::No, &saveQuestion);
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(saveQuestion.text, "Do you want to save current data ?");
+  EXPECT_EQ(document.matrix(), nullptr);
+  EXPECT_EQ(frame.windowTitle().toStdString(), "VELDA");
+  EXPECT_TRUE(frame.variablesPanel()->isEmptyShown());
 }
 
 }  // namespace
