@@ -18,8 +18,9 @@ using RowSink = std::function<bool(const TextRow&)>;
 
 // Runs a select and hands its rows to the sink one at a time. The statement
 // runs beside the user-interface thread, which keeps polling the progress
-// target; when the user cancels, the running statement is cancelled with
-// SQLCancel. The sink runs on the statement's thread: it must only touch
+// target; when the user cancels, a statement that the server still executes
+// is cancelled with SQLCancel, one whose rows are being read stops at the
+// next row. The sink runs on the statement's thread: it must only touch
 // what nothing else reads until the call returns. Returns true, or false with the
 // last-error text set (the sink's, the driver's message, or "Aggregation
 // cancelled").

@@ -4,11 +4,13 @@
 #include <sqlext.h>
 #include <strings.h>
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 
 #include "common/LastError.h"
 #include "db/OdbcDiagnostic.h"
+#include "db/QueryStatement.h"
 #include "db/extraction/FetchedText.h"
 
 namespace velda {
@@ -37,6 +39,7 @@ std::string infoText(const Connection& connection, SQLUSMALLINT infoType) {
 }  // namespace
 
 Connection::~Connection() {
+  while (!statements_.empty()) statements_.back()->close();
   if (dbc_) {
     SQLDisconnect(dbc_);
     SQLFreeHandle(SQL_HANDLE_DBC, dbc_);
@@ -81,6 +84,12 @@ std::unique_ptr<Connection> Connection::open(const std::string& connectionString
     setError("Memory allocation failed");
     return nullptr;
   }
+}
+
+void Connection::attach(QueryStatement& statement) const { statements_.push_back(&statement); }
+
+void Connection::detach(QueryStatement& statement) const {
+  statements_.erase(std::remove(statements_.begin(), statements_.end(), &statement), statements_.end());
 }
 
 std::string dataSourceName(const Connection& connection) {

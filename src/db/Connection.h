@@ -2,8 +2,11 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace velda {
+
+class QueryStatement;
 
 // An open ODBC connection made from the user's connection string (a leading
 // "ODBC;" is accepted). The environment runs in ODBC 2 behaviour so that
@@ -21,11 +24,19 @@ class Connection {
   void* handle() const { return dbc_; }
   const std::string& connectionString() const { return connectionString_; }
 
+  // A statement open on this connection registers while it holds a handle:
+  // disconnecting frees every statement handle of the connection, so the
+  // connection closes its statements first rather than leave them with
+  // handles that point into freed memory.
+  void attach(QueryStatement& statement) const;
+  void detach(QueryStatement& statement) const;
+
  private:
   Connection() = default;
   void* env_ = nullptr;
   void* dbc_ = nullptr;
   std::string connectionString_;
+  mutable std::vector<QueryStatement*> statements_;
 };
 
 // The data source's name as the driver reports it, or "not available".

@@ -68,14 +68,15 @@ bool QueryStatement::fail(StatementStatus status) {
 bool QueryStatement::execute(const Connection& connection, const std::string& sql) {
   close();
   if (sql.size() < 6 || strncasecmp(sql.c_str(), "select", 6) != 0) return fail(STATUS_NOT_SELECT);
-  dbc_ = connection.handle();
-  SQLHSTMT stmt = SQL_NULL_HSTMT;
-  if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, dbc_, &stmt))) return fail(STATUS_ODBC_ERROR);
-  stmt_ = stmt;
-  const SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.c_str())),
-                                     static_cast<SQLINTEGER>(sql.size()));
-  if (!SQL_SUCCEEDED(rc)) return fail(STATUS_ODBC_ERROR);
   try {
+    connection.attach(*this);
+    connection_ = &connection;
+    SQLHSTMT stmt = SQL_NULL_HSTMT;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection.handle(), &stmt))) return fail(STATUS_ODBC_ERROR);
+    stmt_ = stmt;
+    const SQLRETURN rc = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.c_str())),
+                                       static_cast<SQLINTEGER>(sql.size()));
+    if (!SQL_SUCCEEDED(rc)) return fail(STATUS_ODBC_ERROR);
     return bindColumns();
   } catch (const std::bad_alloc&) {
     columns_.clear();
@@ -138,7 +139,8 @@ bool QueryStatement::fetch() {
 void QueryStatement::close() {
   if (stmt_) SQLFreeHandle(SQL_HANDLE_STMT, stmt_);
   stmt_ = nullptr;
-  dbc_ = nullptr;
+  if (connection_) connection_->detach(*this);
+  connection_ = nullptr;
   columns_.clear();
 }
 
@@ -153,8 +155,11 @@ std::string QueryStatement::errorText() {
     case STATUS_ODBC_ERROR: break;
   }
   OdbcDiagnostic diagnostic;
-  const bool read =
-      stmt_ ? readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic) : readDiagnostic(SQL_HANDLE_DBC, dbc_, diagnostic);
+  bool read = false;
+  if (stmt_)
+    read = readDiagnostic(SQL_HANDLE_STMT, stmt_, diagnostic);
+  else if (connection_)
+    read = readDiagnostic(SQL_HANDLE_DBC, connection_->handle(), diagnostic);
   if (!read) return "";
   if (diagnostic.state == "22005") {
     return format("Error %s: %s\n%s", diagnostic.state.c_str(), diagnostic.message.c_str(), kOracleNumberHint);

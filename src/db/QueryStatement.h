@@ -46,7 +46,7 @@ class QueryStatement {
   // Reads the next row: true for a row, false at the end of data (status 0) or on
   // an error (status 1).
   [[nodiscard]] bool fetch();
-  // Frees the statement and its columns.
+  // Frees the statement and its columns; closing the connection does it too.
   void close();
   // The text for the current status (empty for 0); resets the status.
   std::string errorText();
@@ -64,7 +64,7 @@ class QueryStatement {
   [[nodiscard]] bool fail(StatementStatus status);
   [[nodiscard]] bool bindColumns();
 
-  void* dbc_ = nullptr;  // the connection's handle, not owned
+  const Connection* connection_ = nullptr;  // not owned; set while attached to it
   void* stmt_ = nullptr;
   std::vector<ResultColumn> columns_;
   StatementStatus status_ = STATUS_OK;
