@@ -11,20 +11,10 @@
 #include "formats/SymbolicTextWriter.h"
 #include "model/CategoricalValue.h"
 #include "model/Dependence.h"
+#include "support/FileText.h"
 
 namespace velda {
 namespace {
-
-constexpr const char* kFiles =
-    "FILES = (\n"
-    "procedure_name = \"velda\",\n"
-    "version = \"sans\",\n"
-    "create_date = \"\",\n"
-    "filiere_name = \"\",\n"
-    "filiere_path = \"\",\n"
-    "base = \"\"\n"
-    "),\n\n";
-
 class WriterTest : public ::testing::Test, protected test::WriterMatrix {};
 
 TEST_F(WriterTest, WritesEveryKindOfValueWithCountsAndRenumbering) {
@@ -62,69 +52,8 @@ TEST_F(WriterTest, WritesEveryKindOfValueWithCountsAndRenumbering) {
   add(c, color, "blue");
   add(c, sport, "foot", 2.0);
 
-  const std::string expected = std::string(
-                                   "KORVA = (\n"
-                                   "\n"
-                                   "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RECTANGLE_MATRIX),\n"
-                                   "\n") +
-                               kFiles +
-                               "HEADER = (\n"
-                               "title = \"Sports '2024'\",\n"
-                               "sub_title = \"first second\",\n"
-                               "indiv_nb = 3,\n"
-                               "var_nb = 4,\n"
-                               "rules_nb = 0,\n"
-                               "nb_var_set = 0,\n"
-                               "nb_indiv_set = 0,\n"
-                               "nb_var_nom = 0,\n"
-                               "nb_var_cont = 0,\n"
-                               "nb_var_text = 0,\n"
-                               "nb_var_cont_symb = 2,\n"
-                               "nb_var_nom_symb = 1,\n"
-                               "nb_var_nom_mod = 1,\n"
-                               "nb_na = 2,\n"
-                               "nb_nu = 2,\n"
-                               "nb_hierarchies = 0\n"
-                               "),\n"
-                               "\n"
-                               "INDIVIDUALS = (\n"
-                               "  (1, \"AA00\", \"b\"),\n"
-                               "  (2, \"AA01\", \"a\"),\n"
-                               "  (3, \"AA02\", \"c\")\n"
-                               "),\n"
-                               "\n"
-                               "VARIABLES = (\n"
-                               "  (1, continue, \"\", \"AB00\", \"age\", 0, 1, 12.5, 30),\n"
-                               "  (2, inter_continue, \"\", \"AC00\", \"height\", 1, 0, 1.5, 2),\n"
-                               "  (3, nominal, \"\", \"AD00\", \"color\", 1, 0, 2,\n"
-                               "     ((1, \"AD01\", \"red\", 1 ), \n"
-                               "      (2, \"AD02\", \"blue\", 1 ))\n"
-                               "  ),\n"
-                               "  (4, mult_nominal_Modif, \"\", \"AE00\", \"sport\", cardinal, 0, 1, 2,\n"
-                               "     ((1, \"AE01\", \"ski\", 1 ), \n"
-                               "      (2, \"AE02\", \"foot\", 1 ))\n"
-                               "  )\n"
-                               "),\n"
-                               "\n"
-                               "RECTANGLE_MATRIX = (\n"
-                               "  (30, \n"
-                               "   (1.5:1.8), \n"
-                               "   1, \n"
-                               "   (1(2),2(1))),\n"
-                               "  (NU, \n"
-                               "   NA, \n"
-                               "   NA, \n"
-                               "   NU),\n"
-                               "  (12.5, \n"
-                               "   (2:2), \n"
-                               "   2, \n"
-                               "   (2(2)))\n"
-                               ")\n"
-                               "\n"
-                               ")\n"
-                               "END\n"
-                               "\n";
-  EXPECT_EQ(write(), expected);
+  // The whole file, written by hand from the layout's rules.
+  EXPECT_EQ(write(), test::fixture("formats/every_kind.txt"));
   // The list of assertions by number was built on the way.
   ASSERT_EQ(matrix->orderedAssertions.size(), 3u);
   EXPECT_EQ(matrix->orderedAssertions[0], &b);
@@ -201,72 +130,7 @@ TEST_F(WriterTest, WritesTaxonomiesAndRulesOfActiveVariablesOnly) {
   for (auto& rule : group) matrix->rules.push_back(std::move(rule));
 
   // coast is made before root_: they are numbered 5 and 6.
-  const std::string expected = std::string(
-                                   "KORVA = (\n"
-                                   "\n"
-                                   "CONTAINS = (FILES, HEADER, INDIVIDUALS, VARIABLES, RULES, HIERARCHIE, "
-                                   "RECTANGLE_MATRIX),\n"
-                                   "\n") +
-                               kFiles +
-                               "HEADER = (\n"
-                               "title = \"\",\n"
-                               "sub_title = \"\",\n"
-                               "indiv_nb = 2,\n"
-                               "var_nb = 2,\n"
-                               "rules_nb = 1,\n"
-                               "nb_var_set = 0,\n"
-                               "nb_indiv_set = 0,\n"
-                               "nb_var_nom = 0,\n"
-                               "nb_var_cont = 0,\n"
-                               "nb_var_text = 0,\n"
-                               "nb_var_cont_symb = 1,\n"
-                               "nb_var_nom_symb = 1,\n"
-                               "nb_var_nom_mod = 0,\n"
-                               "nb_na = 1,\n"
-                               "nb_nu = 0,\n"
-                               "nb_hierarchies = 1\n"
-                               "),\n"
-                               "\n"
-                               "INDIVIDUALS = (\n"
-                               "  (1, \"AA00\", \"a\"),\n"
-                               "  (2, \"AA01\", \"b\")\n"
-                               "),\n"
-                               "\n"
-                               "VARIABLES = (\n"
-                               "  (1, nominal, \"\", \"AB00\", \"region\", 0, 0, 4,\n"
-                               "     ((1, \"AB01\", \"north\", 1 ), \n"
-                               "      (2, \"AB02\", \"south\", 1 ), \n"
-                               "      (3, \"AB03\", \"east\", 2 ), \n"
-                               "      (4, \"AB04\", \"west\", 1 ))\n"
-                               "  ),\n"
-                               "  (2, inter_continue, \"\", \"AC00\", \"size\", 1, 0, 3, 7.5)\n"
-                               "),\n"
-                               "\n"
-                               "HIERARCHIE = (\n"
-                               "  (VAR = 1, 2(\n"
-                               "      (5, \"AB05\", \"coast\", 0), \n"
-                               "      (6, \"AB06\", \"root_\", 0)),\n"
-                               "      (3 = (2,1), \n"
-                               "       5 = (4), \n"
-                               "       6 = (5,3)\n"
-                               ")  )\n"
-                               "),\n"
-                               "\n"
-                               "RULES = (\n"
-                               "  ((1 = (2))  (2 = NA))\n"
-                               "),\n"
-                               "\n"
-                               "RECTANGLE_MATRIX = (\n"
-                               "  (1, \n"
-                               "   (3:7.5)),\n"
-                               "  (2, \n"
-                               "   NA)\n"
-                               ")\n"
-                               "\n"
-                               ")\n"
-                               "END\n"
-                               "\n";
-  EXPECT_EQ(write(), expected);
+  EXPECT_EQ(write(), test::fixture("formats/taxonomy_and_rule.txt"));
 
   // Without its daughter the rule goes, and so do RULES and its block.
   matrix->variable(size).active = 0;

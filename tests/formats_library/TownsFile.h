@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdlib>
 #include <string>
 
 #include "LibraryTestSupport.h"
@@ -11,10 +10,7 @@ namespace velda::symlib::test {
 // the layout of the program's symbolic text writer, towns.xml the same
 // towns as the library writes them in XML, towns_meta.xml a small metadata
 // document as the library writes it.
-inline std::string Fixture(const std::string& name) {
-  const char* source = std::getenv("VELDA_SOURCE_DIR");
-  return ::test::readFile(std::string(source ? source : ".") + "/tests/fixtures/symlib/" + name);
-}
+inline std::string Fixture(const std::string& name) { return ::test::fixture("symlib/" + name); }
 
 inline std::string TownsFile() { return Fixture("towns.kvf"); }
 

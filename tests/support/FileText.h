@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -15,6 +16,13 @@ inline std::string readFile(const std::string& path) {
   std::ostringstream content;
   content << in.rdbuf();
   return content.str();
+}
+
+// A file of tests/fixtures, by its path below that folder: samples and
+// expected outputs written by hand.
+inline std::string fixture(const std::string& relativePath) {
+  const char* source = std::getenv("VELDA_SOURCE_DIR");
+  return readFile(std::string(source ? source : ".") + "/tests/fixtures/" + relativePath);
 }
 
 inline void writeFile(const std::string& path, const std::string& content) {
@@ -41,6 +49,7 @@ bool hasLine(const Lines& lines, const std::string& line) {
 
 // The same helpers for code inside velda, where `test` names velda::test.
 namespace velda::test {
+using ::test::fixture;
 using ::test::folderNames;
 using ::test::hasLine;
 using ::test::readFile;
