@@ -13,6 +13,7 @@
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
+#include "support/Recorders.h"
 #include "support/SqliteDatabase.h"
 
 namespace velda {
@@ -197,22 +198,6 @@ TEST_F(AddVariablesSqlite, MultipleFormAddsWeightedCategories) {
   EXPECT_EQ(valueOf(m, "g2", 1), "NU");
 }
 
-// Answers Cancel at the given poll and records what the reading shows.
-class CancelAtPoll : public ProgressTarget {
- public:
-  explicit CancelAtPoll(int poll) : cancelAt_(poll) {}
-  void setLine1(const std::string& text) override { lines.push_back(text); }
-  void setLine2(const std::string& text) override { lines.push_back(text); }
-  void enableCancel(bool enabled) override { cancelEnabled = cancelEnabled || enabled; }
-  bool cancelRequested() override { return ++polls >= cancelAt_; }
-  std::vector<std::string> lines;
-  bool cancelEnabled = false;
-  int polls = 0;
-
- private:
-  int cancelAt_;
-};
-
 TEST_F(AddVariablesSqlite, CancelStopsBothFormsWithTheMatrixUnchanged) {
   std::string rows;
   for (int n = 0; n < 250; ++n)
@@ -225,7 +210,8 @@ TEST_F(AddVariablesSqlite, CancelStopsBothFormsWithTheMatrixUnchanged) {
                                                         : "select grp, region, area from facts where n < 3";
     // The set-valued form is cancelled after 150 rows, the other before its
     // last row.
-    CancelAtPoll target(form == addMultipleVariable ? 151 : 3);
+    test::ProgressRecorder target;
+    target.cancelAtPoll = form == addMultipleVariable ? 151 : 3;
     ScopedProgressTarget scope(&target);
     ConsoleLog console;
     clearError();
@@ -234,10 +220,9 @@ TEST_F(AddVariablesSqlite, CancelStopsBothFormsWithTheMatrixUnchanged) {
     EXPECT_EQ(console.count(), 0u);
     EXPECT_EQ(lastError(), "");
     EXPECT_TRUE(target.cancelEnabled);
-    ASSERT_FALSE(target.lines.empty());
-    EXPECT_EQ(target.lines.front(), "Adding variables...");
+    EXPECT_EQ(target.line1, (std::vector<std::string>{"Adding variables..."}));
     if (form == addMultipleVariable) {
-      EXPECT_EQ(target.lines.back(), "Row 100");
+      EXPECT_EQ(target.line2.back(), "Row 100");
     }
   }
   // Without Cancel the same query adds its variable.

@@ -8,6 +8,7 @@
 #include "db/AggregationChecks.h"
 #include "support/OpenConnection.h"
 #include "support/PgDatabase.h"
+#include "support/Recorders.h"
 
 namespace velda {
 namespace {
@@ -21,15 +22,15 @@ TEST(AggregationPostgres, GivesTheClientSideAssertionsAndRefusesWhatBreaksTheLay
   test::expectAggregationOnDriver(db, "select id, grp, cast(1 as bigint) from t");
 }
 
-// Says Cancel at the second poll, as a user pressing the button would.
-class CancellingProgress : public ProgressTarget {
- public:
-  void setLine1(const std::string&) override {}
-  void setLine2(const std::string&) override {}
-  void enableCancel(bool) override {}
-  bool cancelRequested() override { return ++polls == 2; }
-  int polls = 0;
-};
+TEST(AggregationPostgres, OneRowPerIndividualGivesTheClientSideAssertions) {
+  PgDatabase db;
+  ASSERT_TRUE(db.available());
+  ASSERT_TRUE(db.run(test::generatedTableSql()));
+  ASSERT_TRUE(db.run(test::oneRowPerIndividualSql()));
+  auto connection = openConnection(db.connectionString());
+  ASSERT_TRUE(connection);
+  test::expectOneRowPerIndividualAsClientSide(*connection, [&](const std::string& sql) { return db.run(sql); });
+}
 
 TEST(AggregationPostgres, CancelInterruptsTheRunningAggregate) {
   PgDatabase db;
@@ -37,7 +38,8 @@ TEST(AggregationPostgres, CancelInterruptsTheRunningAggregate) {
   ASSERT_TRUE(db.run(test::kAggregatedTable));
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
-  CancellingProgress progress;
+  test::ProgressRecorder progress;
+  progress.cancelAtPoll = 2;
   ScopedProgressTarget scope(&progress);
   const auto start = std::chrono::steady_clock::now();
   ExtractionResult result =

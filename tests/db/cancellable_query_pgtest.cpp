@@ -9,21 +9,13 @@
 #include "db/Connection.h"
 #include "support/OpenConnection.h"
 #include "support/PgDatabase.h"
+#include "support/Recorders.h"
 
 namespace velda {
 namespace {
 
 using test::openConnection;
 using test::PgDatabase;
-
-// Asks to cancel at every poll, from the first one on.
-class CancelAtOnce : public ProgressTarget {
- public:
-  void setLine1(const std::string&) override {}
-  void setLine2(const std::string&) override {}
-  void enableCancel(bool) override {}
-  bool cancelRequested() override { return true; }
-};
 
 // Cancels land on a statement that the server still executes (the sleep)
 // and on one whose many rows are being read; neither may harm the
@@ -35,7 +27,8 @@ TEST(CancellableQueryPostgres, CancelsWhileExecutingOrReadingLeaveTheConnectionU
   ASSERT_TRUE(connection);
   const auto start = std::chrono::steady_clock::now();
   {
-    CancelAtOnce cancel;
+    test::ProgressRecorder cancel;
+    cancel.cancel = true;
     ScopedProgressTarget scope(&cancel);
     for (int round = 0; round < 8; ++round) {
       for (const char* sql : {"select pg_sleep(60)", "select g, repeat('x', 200) from generate_series(1, 5000000) g"}) {

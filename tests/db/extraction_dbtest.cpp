@@ -14,6 +14,7 @@
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
 #include "support/OpenConnection.h"
+#include "support/Recorders.h"
 #include "support/SqliteDatabase.h"
 
 namespace velda {
@@ -196,23 +197,6 @@ TEST(ExtractionSqlite, VariableNamesAvoidClashesInOnePass) {
   EXPECT_EQ(names, (std::vector<std::string>{"a_b", "a_b_1", "id_1", "a b_1", "grp_1", "v_1", "v", "v_1"}));
 }
 
-// Records the progress lines and asks to cancel at the given poll.
-class RecordingProgress : public ProgressTarget {
- public:
-  explicit RecordingProgress(int cancelAtPoll = -1) : cancelAtPoll_(cancelAtPoll) {}
-  void setLine1(const std::string& text) override { line1.push_back(text); }
-  void setLine2(const std::string& text) override { line2.push_back(text); }
-  void enableCancel(bool) override {}
-  bool cancelRequested() override { return ++polls == cancelAtPoll_; }
-
-  std::vector<std::string> line1;
-  std::vector<std::string> line2;
-  int polls = 0;
-
- private:
-  int cancelAtPoll_;
-};
-
 TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
   SqliteDatabase db(
       "create table t(id varchar(8), grp varchar(5), x integer);"
@@ -221,7 +205,7 @@ TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
       "update t set id = NULL where x = 1;");
   const std::string query = "select id, grp, x from t order by x";
   {
-    RecordingProgress progress;
+    test::ProgressRecorder progress;
     ScopedProgressTarget scope(&progress);
     ExtractionResult result = extract(db, query);
     ASSERT_TRUE(result.matrix) << lastError();
@@ -233,7 +217,8 @@ TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
     EXPECT_EQ(progress.line2, (std::vector<std::string>{"Individual 1", "Individual 100", "Individual 200", ""}));
     EXPECT_EQ(progress.polls, 251);
   }
-  RecordingProgress progress(151);
+  test::ProgressRecorder progress;
+  progress.cancelAtPoll = 151;
   ScopedProgressTarget scope(&progress);
   ExtractionResult result = extract(db, query);
   ASSERT_TRUE(result.matrix) << lastError();

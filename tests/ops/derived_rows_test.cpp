@@ -4,11 +4,11 @@
 #include "model/CategoricalValue.h"
 #include "model/QuantitativeValue.h"
 #include "model/QuantitativeVariable.h"
-#include "ops/OpsTargets.h"
 #include "ops/division/Division.h"
 #include "ops/division/Hordes.h"
 #include "ops/reduction/Reduction.h"
 #include "support/HandMatrix.h"
+#include "support/Recorders.h"
 #include "support/TempDir.h"
 
 namespace velda {

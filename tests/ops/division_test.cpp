@@ -5,12 +5,12 @@
 #include <tuple>
 
 #include "model/QuantitativeValue.h"
-#include "ops/OpsTargets.h"
 #include "ops/division/CategoricalCuts.h"
 #include "ops/division/Division.h"
 #include "ops/division/GravityReport.h"
 #include "ops/reduction/NodeNumber.h"
 #include "support/HandMatrix.h"
+#include "support/Recorders.h"
 #include "support/TempDir.h"
 
 namespace velda {
@@ -27,11 +27,7 @@ std::unique_ptr<SymbolicMatrix> paris(std::initializer_list<const char*> xs) {
   data.holdCells();
   Assertion& assertion = data.matrix->createAssertion("Paris");
   int n = 0;
-  for (const char* x : xs) {
-    Individual& member = data.person(("p" + std::to_string(++n)).c_str(), {x});
-    data.matrix->link(member, assertion);
-    EXPECT_TRUE(data.matrix->addMember(assertion, member));
-  }
+  for (const char* x : xs) data.join(assertion, data.person(("p" + std::to_string(++n)).c_str(), {x}));
   return std::move(data.matrix);
 }
 

@@ -3,10 +3,10 @@
 #include "common/ConsoleLog.h"
 #include "common/Progress.h"
 #include "model/QuantitativeValue.h"
-#include "ops/OpsTargets.h"
 #include "ops/division/Division.h"
 #include "ops/division/Hordes.h"
 #include "support/HandMatrix.h"
+#include "support/Recorders.h"
 #include "support/TempDir.h"
 
 namespace velda {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,26 +34,22 @@ std::unique_ptr<SymbolicMatrix> fiveGroups() {
   return matrix;
 }
 
-std::vector<std::string> linesOf(const ConsoleLog& console) {
-  return std::vector<std::string>(console.lines().begin(), console.lines().end());
-}
-
 TEST(PrivacyThreshold, DeletesSmallGroupsRenumbersAndListsTheRest) {
   auto matrix = fiveGroups();
   ConsoleLog console;
   EXPECT_TRUE(ApplyPrivacyThreshold(*matrix, console, 3));
-  EXPECT_EQ(linesOf(console), (std::vector<std::string>{
-                                  ":Privacy operation",
-                                  "::Individuals per group threshold: 3",
-                                  "::2 assertions deleted, correcting indexes...",
-                                  "Assertion n\xb0"
-                                  "0 has 5 individual(s). Minimum: 3",
-                                  "Assertion n\xb0"
-                                  "1 has 4 individual(s). Minimum: 3",
-                                  "Assertion n\xb0"
-                                  "2 has 3 individual(s). Minimum: 3",
-                                  ":[done]",
-                              }));
+  EXPECT_EQ(console.lines(), (std::deque<std::string>{
+                                 ":Privacy operation",
+                                 "::Individuals per group threshold: 3",
+                                 "::2 assertions deleted, correcting indexes...",
+                                 "Assertion n\xb0"
+                                 "0 has 5 individual(s). Minimum: 3",
+                                 "Assertion n\xb0"
+                                 "1 has 4 individual(s). Minimum: 3",
+                                 "Assertion n\xb0"
+                                 "2 has 3 individual(s). Minimum: 3",
+                                 ":[done]",
+                             }));
   ASSERT_EQ(matrix->assertionCount(), 3u);
   EXPECT_EQ(matrix->findAssertion("b"), nullptr);
   EXPECT_EQ(matrix->findAssertion("d"), nullptr);
@@ -79,7 +76,7 @@ TEST(PrivacyThreshold, ConsoleListsTheDeletionsAndTheGroupsKept) {
   const std::string n = "Assertion n\xb0";
   const struct {
     int threshold;
-    std::vector<std::string> lines;
+    std::deque<std::string> lines;
     size_t assertions;
     size_t individuals;
   } cases[] = {
@@ -100,14 +97,14 @@ TEST(PrivacyThreshold, ConsoleListsTheDeletionsAndTheGroupsKept) {
     auto matrix = fiveGroups();
     ConsoleLog console;
     EXPECT_TRUE(ApplyPrivacyThreshold(*matrix, console, c.threshold));
-    EXPECT_EQ(linesOf(console), c.lines);
+    EXPECT_EQ(console.lines(), c.lines);
     EXPECT_EQ(matrix->assertionCount(), c.assertions) << c.threshold;
     EXPECT_EQ(matrix->individualCount(), c.individuals) << c.threshold;
     if (c.threshold != 6) continue;
     ConsoleLog again;
     EXPECT_TRUE(ApplyPrivacyThreshold(*matrix, again, 6));
-    EXPECT_EQ(linesOf(again), (std::vector<std::string>{":Privacy operation", "::Individuals per group threshold: 6",
-                                                        ": no assertion to handle"}));
+    EXPECT_EQ(again.lines(), (std::deque<std::string>{":Privacy operation", "::Individuals per group threshold: 6",
+                                                      ": no assertion to handle"}));
   }
 }
 

@@ -17,14 +17,9 @@ struct Doubling : test::HandMatrix {
   Doubling() {
     quantitative("x");
     holdCells();
-    std::vector<Individual*> members;
-    for (int i = 0; i < 10; ++i)
-      members.push_back(&person(("p" + std::to_string(i)).c_str(), {std::to_string(1 << i).c_str()}));
     Assertion& assertion = matrix->createAssertion("town");
-    for (Individual* member : members) {
-      matrix->link(*member, assertion);
-      EXPECT_TRUE(matrix->addMember(assertion, *member));
-    }
+    for (int i = 0; i < 10; ++i)
+      join(assertion, person(("p" + std::to_string(i)).c_str(), {std::to_string(1 << i).c_str()}));
   }
 };
 

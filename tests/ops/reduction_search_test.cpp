@@ -183,9 +183,7 @@ struct RandomCase {
           else
             texts.push_back(range < 0 ? std::to_string(pick(0, -range)) : "c" + std::to_string(pick(0, range - 1)));
         }
-        Individual& member = addPerson("p" + std::to_string(person++), texts);
-        data.matrix->link(member, group);
-        EXPECT_TRUE(data.matrix->addMember(group, member));
+        data.join(group, addPerson("p" + std::to_string(person++), texts));
       }
     }
     const int firstCategorical =

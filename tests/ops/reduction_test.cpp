@@ -3,11 +3,11 @@
 #include "common/ConsoleLog.h"
 #include "model/CategoricalValue.h"
 #include "model/QuantitativeValue.h"
-#include "ops/OpsTargets.h"
 #include "ops/reduction/AssertionReduction.h"
 #include "ops/reduction/Reduction.h"
 #include "ops/reduction/VolumeMatrix.h"
 #include "support/HandMatrix.h"
+#include "support/Recorders.h"
 
 namespace velda {
 namespace {
@@ -21,20 +21,12 @@ const CategoricalValue& categories(const Assertion& a, size_t v) {
   return static_cast<const CategoricalValue&>(a.value(v));
 }
 
-// A hand-built matrix whose assertions gain members one at a time.
-struct Reducible : HandMatrix {
-  void join(Assertion& assertion, Individual& member) {
-    matrix->link(member, assertion);
-    EXPECT_TRUE(matrix->addMember(assertion, member));
-  }
-};
-
 // Ten individuals: x = 1..9 and 100; c = "a" except individual 5 ("b").
 // Threshold 80 gives k = 2: the steps are x in [1,1], [1,2], [100,100],
 // [9,100] and c = "b". The smallest volume keeping 8 individuals drops 100
 // and the "b": x in [1,9] with one category, volume 8 (anything else keeps
 // a width of 7 or 8 with two categories, or a width of 98 or more).
-struct TenPeople : Reducible {
+struct TenPeople : HandMatrix {
   TenPeople() {
     quantitative("x");
     categorical("c", 1);
@@ -110,7 +102,7 @@ TEST(Reduction, AnAssertionWithoutIndividualsIsLeftAsItIs) {
 TEST(Reduction, GreedyThenSearchKeepsTheNarrowestHalf) {
   // 20 individuals 1..20 at threshold 50: k = 10, 19 steps, so the greedy
   // phase runs first; the best is any 10 consecutive values (width 9).
-  Reducible data;
+  HandMatrix data;
   data.quantitative("x");
   data.holdCells();
   Assertion& g = data.matrix->createAssertion("g");

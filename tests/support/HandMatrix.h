@@ -59,6 +59,13 @@ struct HandMatrix {
     return assertion;
   }
 
+  // One more member of an assertion, added as the extraction adds it; its
+  // values must fit the assertion's.
+  void join(Assertion& assertion, Individual& member) {
+    matrix->link(member, assertion);
+    EXPECT_TRUE(matrix->addMember(assertion, member));
+  }
+
   // A row outside the assertion table (a reduced assertion, a horde's class)
   // with an empty value per variable and the given members' cells added.
   std::unique_ptr<Assertion> row(const char* id, std::initializer_list<Individual*> members) {

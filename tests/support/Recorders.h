@@ -35,18 +35,18 @@ class StderrMessages : public MessageBoxTarget {
   void showMessage(const std::string& text, MessageIcon) override { std::fprintf(stderr, "%s\n", text.c_str()); }
 };
 
-// A progress target whose user has pressed Cancel (or not).
+// Records the progress lines; its user presses Cancel from the start
+// (cancel) or at one given poll, as someone pressing the button would.
 class ProgressRecorder : public ProgressTarget {
  public:
   void setLine1(const std::string& text) override { line1.push_back(text); }
   void setLine2(const std::string& text) override { line2.push_back(text); }
-  void enableCancel(bool) override {}
-  bool cancelRequested() override {
-    ++polls;
-    return cancel;
-  }
+  void enableCancel(bool enabled) override { cancelEnabled = cancelEnabled || enabled; }
+  bool cancelRequested() override { return ++polls == cancelAtPoll || cancel; }
 
   bool cancel = false;
+  bool cancelEnabled = false;
+  int cancelAtPoll = -1;
   int polls = 0;
   std::vector<std::string> line1;
   std::vector<std::string> line2;
