@@ -10,7 +10,9 @@
 
 #include "common/LastError.h"
 #include "db/Connection.h"
+#include "db/OdbcListing.h"
 #include "db/TableCatalog.h"
+#include "support/FileText.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
 #include "support/TempDir.h"
@@ -72,6 +74,24 @@ TEST(DataSourceName, IsTheDsnOrNotAvailable) {
         _exit(0);
       },
       testing::ExitedWithCode(0), "\\[velda_sample\\]");
+}
+
+// The data source dialog's lists come from the driver manager: the SQLite
+// driver the tests connect through, and a data source declared in the
+// odbc.ini that ODBCINI names (read in a child process, so that the
+// setting stays out of the other tests).
+TEST(OdbcListing, ListsTheInstalledDriversAndTheDeclaredDataSources) {
+  EXPECT_TRUE(test::hasLine(installedOdbcDrivers(), "SQLite3"));
+
+  test::TempDir home;
+  const std::string ini = home.file("odbc.ini");
+  std::ofstream(ini) << "[velda_listed]\nDriver=SQLite3\nDatabase=" << home.file("none.db") << "\n";
+  EXPECT_EXIT(
+      {
+        setenv("ODBCINI", ini.c_str(), 1);
+        _exit(test::hasLine(configuredDataSources(), "velda_listed") ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
