@@ -85,18 +85,13 @@ inline std::vector<std::string> variablesByName(const SymbolicMatrix& matrix) {
 }
 
 // Whether each categorical variable numbers its categories in ascending
-// byte order of their names.
+// byte order of their names (std::string compares bytes as unsigned).
 inline bool categoriesInByteOrder(const SymbolicMatrix& matrix) {
   for (const auto& variable : matrix.variables()) {
     if (!variable->isCategorical()) continue;
     const auto& categorical = static_cast<const CategoricalVariable&>(*variable);
-    for (size_t i = 1; i < categorical.modalityCount(); ++i) {
-      const auto* before = reinterpret_cast<const unsigned char*>(categorical.byIndex(int32_t(i - 1))->name.c_str());
-      const auto* after = reinterpret_cast<const unsigned char*>(categorical.byIndex(int32_t(i))->name.c_str());
-      if (std::lexicographical_compare(after, after + std::char_traits<unsigned char>::length(after), before,
-                                       before + std::char_traits<unsigned char>::length(before)))
-        return false;
-    }
+    for (size_t i = 1; i < categorical.modalityCount(); ++i)
+      if (categorical.byIndex(int32_t(i))->name < categorical.byIndex(int32_t(i - 1))->name) return false;
   }
   return true;
 }

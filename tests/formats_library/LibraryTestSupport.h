@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 
@@ -12,11 +11,6 @@
 #include "support/TempDir.h"
 
 namespace velda::symlib::test {
-
-inline void WriteFile(const std::string& path, const std::string& text) {
-  std::ofstream out(path, std::ios::binary);
-  out << text;
-}
 
 inline void ParseText(const std::string& text, SymbolicFile& model) {
   std::istringstream in(text);

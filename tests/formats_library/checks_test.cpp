@@ -252,7 +252,7 @@ TEST_F(CheckTest, EmptyListsAndBlocksAreAccepted) {
 
   model.file.value(kCreateDate) = KeyValue{true, "today"};
   const std::string xml = XmlOf(model);
-  WriteFile(file("empty.xml"), xml);
+  ::test::writeFile(file("empty.xml"), xml);
   EXPECT_TRUE(XmlLintAccepts(file("empty.xml")));
   SymbolicFile fromXml;
   ParseText(xml, fromXml);

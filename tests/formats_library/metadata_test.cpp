@@ -43,7 +43,7 @@ TEST_F(MetadataTest, WritesTheDocumentAndReadsItBack) {
   const MetaData written = SmallMetadata();
   const std::string text = MetadataText(written);
   EXPECT_EQ(text, SmallMetadataText());
-  WriteFile(file("out_meta.xml"), text);
+  ::test::writeFile(file("out_meta.xml"), text);
   EXPECT_TRUE(XmlLintAccepts(file("out_meta.xml")));
 
   MetaData read;

@@ -79,7 +79,7 @@ TEST_F(RoundTripTest, WritesTheModelAsXmlThatReadsBackAlike) {
   model.file.value(kCreateDate).text = "Mon Jan  1 00:00:00 2024";
   const std::string xml = XmlOf(model);
   EXPECT_EQ(xml, Fixture("towns.xml"));
-  WriteFile(file("towns.xml"), xml);
+  ::test::writeFile(file("towns.xml"), xml);
   EXPECT_TRUE(XmlLintAccepts(file("towns.xml")));
 
   SymbolicFile again;
@@ -140,7 +140,7 @@ TEST_F(RoundTripTest, FillsAnEmptyCreationDateWithTheCurrentTime) {
   ASSERT_EQ(date.size(), 25u);
   EXPECT_EQ(date[24], '\n');
   EXPECT_NE(xml.find("<date_creat>" + date + "</date_creat>\n"), std::string::npos);
-  WriteFile(file("dated.xml"), xml);
+  ::test::writeFile(file("dated.xml"), xml);
   EXPECT_TRUE(XmlLintAccepts(file("dated.xml")));
 }
 
