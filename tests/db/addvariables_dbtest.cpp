@@ -9,9 +9,11 @@
 #include "common/Progress.h"
 #include "db/AddVariables.h"
 #include "db/Connection.h"
+#include "db/GroupsText.h"
 #include "db/extraction/Extraction.h"
 #include "model/CategoricalVariable.h"
 #include "model/SymbolicMatrix.h"
+#include "support/HandMatrix.h"
 #include "support/OpenConnection.h"
 #include "support/Recorders.h"
 #include "support/SqliteDatabase.h"
@@ -32,27 +34,16 @@ const char* kPeople =
     "insert into people values('d','g3',4);"
     "create table facts(n integer, grp varchar(5), region varchar(10), area real, pop integer, w real);";
 
-std::string valueText(const SymbolicValue& value) {
-  std::ostringstream out;
-  value.writeValue(out);
-  return out.str();
-}
-
 // Everything a failed command must leave as it was.
 std::string snapshot(const SymbolicMatrix& m) {
   std::ostringstream out;
   for (const auto& v : m.variables()) out << v->name << ' ';
-  out << '|' << m.categoricalCount() << '|' << m.cellCount() << '\n';
-  for (const Assertion& a : m.assertions) {
-    out << a.id << ':';
-    for (const auto& value : a.values) out << ' ' << valueText(*value);
-    out << '\n';
-  }
+  out << '|' << m.categoricalCount() << '|' << m.cellCount() << '\n' << test::groupsText(m);
   return out.str();
 }
 
 std::string valueOf(SymbolicMatrix& m, const char* assertion, size_t variable) {
-  return valueText(m.findAssertion(assertion)->value(variable));
+  return test::HandMatrix::written(*m.findAssertion(assertion), variable);
 }
 
 class AddVariablesSqlite : public ::testing::Test {

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,6 +12,7 @@
 #include "model/CategoricalVariable.h"
 #include "model/QuantitativeVariable.h"
 #include "model/SymbolicMatrix.h"
+#include "support/HandMatrix.h"
 #include "support/OpenConnection.h"
 #include "support/Recorders.h"
 #include "support/SqliteDatabase.h"
@@ -225,9 +225,7 @@ TEST(ExtractionSqlite, ProgressCountsEveryRowAndCancelKeepsTheRowsRead) {
   EXPECT_TRUE(result.stopped);
   EXPECT_EQ(result.matrix->rowsRead, 150);
   EXPECT_EQ(result.matrix->individualCount(), 149u);
-  std::ostringstream g0;
-  result.matrix->findAssertion("g0")->value(0).writeValue(g0);
-  EXPECT_EQ(g0.str(), "(3:150)");
+  EXPECT_EQ(test::HandMatrix::written(*result.matrix->findAssertion("g0"), 0), "(3:150)");
   EXPECT_EQ(progress.line1.back(), "Updating data...");
 }
 
