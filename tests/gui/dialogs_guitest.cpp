@@ -153,7 +153,7 @@ TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
   EXPECT_EQ(refusalOf(dialog), "No variable selected");
 }
 
-TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
+TEST_F(DialogTest, JoinNeedsBothFilesCancelKeepsValuesAndBrowseProposesProjects) {
   JoinValues initial{"first.gaj", ""};
   JoinDialog dialog(initial);
   EXPECT_EQ(refusalOf(dialog), "You must select file name");
@@ -165,9 +165,7 @@ TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
 
   JoinDialog both(JoinValues{"a.gaj", "b.gaj"});
   EXPECT_TRUE(accepted(both));
-}
 
-TEST_F(DialogTest, JoinBrowseKeepsItsFilterTextAndProposesProjects) {
   // The filter text names .kvf files but restricts nothing: the .gaj
   // projects stay visible.
   EXPECT_EQ(qtNameFilters("Korva file (*.kvf)"), QStringList{QStringLiteral("Korva file (*.kvf) (*)")});

@@ -73,7 +73,7 @@ class MatrixViewTest : public ::testing::Test {
   void SetUp() override { test::guiApplication(); }
 };
 
-TEST_F(MatrixViewTest, VolumeScaleIsTheLargestPairOfDiagonalsOfEitherMatrix) {
+TEST_F(MatrixViewTest, VolumeScaleZoomAndChoiceOfMatrix) {
   // Diagonals before: 1, 2, 3 (largest pair 2 + 3); after: 4, 0.5, 0.25
   // (largest pair 4 + 0.5). Off-diagonal entries do not count.
   const TriangularMatrix before = triangle(3, {1, 90, 2, 90, 90, 3});
@@ -88,12 +88,9 @@ TEST_F(MatrixViewTest, VolumeScaleIsTheLargestPairOfDiagonalsOfEitherMatrix) {
   EXPECT_DOUBLE_EQ(lone.scale(), 0.0);
   EXPECT_FALSE(lone.grab().isNull());
   EXPECT_EQ(lone.label(0).toStdString(), "1: Paris");
-}
 
-TEST_F(MatrixViewTest, VolumeZoomStepsAndLimitsAndChoiceOfMatrix) {
-  const TriangularMatrix before = triangle(2, {1, 0.5, 2});
-  const TriangularMatrix after = triangle(2, {0.5, 0.25, 1});
-  VolumeMatrixView view({"Lyon", "Nice"}, before, after);
+  // The zoom steps by ten between its limits.
+  VolumeMatrixView view({"Lyon", "Nice", "Rome"}, before, after);
   EXPECT_EQ(view.cellSize(), 50);
   EXPECT_TRUE(view.showsBefore());
   view.zoomIn();
@@ -102,7 +99,7 @@ TEST_F(MatrixViewTest, VolumeZoomStepsAndLimitsAndChoiceOfMatrix) {
   view.zoomOut();
   view.zoomOut();
   EXPECT_EQ(view.cellSize(), 40);
-  EXPECT_EQ(widthAt60 - view.width(), 2 * 20);  // two cells across, 20 pixels each
+  EXPECT_EQ(widthAt60 - view.width(), 3 * 20);  // three cells across, 20 pixels each
   for (int i = 0; i < 10; ++i) view.zoomOut();
   EXPECT_EQ(view.cellSize(), 10);
   for (int i = 0; i < 30; ++i) view.zoomIn();
