@@ -34,6 +34,7 @@ namespace velda::ui {
 namespace {
 
 using test::recordNextMessage;
+using test::refusalOf;
 using test::ShownMessage;
 
 // No database: the dialogs list nothing and refuse to reconnect.
@@ -54,21 +55,6 @@ std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link, const E
   auto dialog = std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, start, link, nullptr);
   dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
   return dialog;
-}
-
-// Presses OK and returns the message shown instead of closing, which must
-// have the given icon.
-std::string refusalOf(QDialog& dialog, QMessageBox::Icon icon = QMessageBox::Warning) {
-  auto shown = std::make_shared<ShownMessage>();  // outlives the call if no message comes
-  test::onNextModal<QMessageBox>([shown](QMessageBox* box) {
-    shown->text = box->text().toStdString();
-    shown->icon = box->icon();
-    box->accept();
-  });
-  dialog.accept();
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
-  EXPECT_EQ(shown->icon, icon) << shown->text;
-  return shown->text;
 }
 
 bool accepted(QDialog& dialog) {

@@ -23,9 +23,6 @@
 namespace velda::ui {
 namespace {
 
-using test::recordNextMessage;
-using test::ShownMessage;
-
 TriangularMatrix triangle(size_t order, std::vector<double> entries) {
   TriangularMatrix matrix;
   matrix.order = order;
@@ -201,26 +198,17 @@ TEST_F(MatrixViewTest, DependenceDialogListsAndChecksInOrder) {
   DependenceDialog dialog(*matrix, DependenceValues{});
   // Mothers: the categorical cell variables.
   ASSERT_EQ(texts(dialog.motherList()), (Texts{"sex", "jobs"}));
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No mother variable selected");
+  EXPECT_EQ(test::refusalOf(dialog), "No mother variable selected");
 
   dialog.motherList()->item(1)->setSelected(true);
   ASSERT_EQ(texts(dialog.modalityList()), (Texts{"clerk", "farmer", "manager"}));
   // Daughters: the other cell variables, never the mother nor income
   // (which holds no cells).
   ASSERT_EQ(texts(dialog.daughterList()), (Texts{"sex", "age"}));
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No modalities selected");
+  EXPECT_EQ(test::refusalOf(dialog), "No modalities selected");
 
   dialog.modalityList()->item(2)->setSelected(true);
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No daughter variables selected");
-  EXPECT_EQ(shown.count, 3);
-  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+  EXPECT_EQ(test::refusalOf(dialog), "No daughter variables selected");
 
   dialog.daughterList()->item(1)->setSelected(true);
   dialog.accept();
@@ -264,11 +252,7 @@ TEST_F(MatrixViewTest, DependenceDialogOffersOnlyDaughtersTheMotherCanHave) {
 
   // A refusal leaves every choice made so far in place.
   dialog.modalityList()->item(1)->setSelected(true);
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No daughter variables selected");
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(test::refusalOf(dialog), "No daughter variables selected");
   EXPECT_TRUE(dialog.motherList()->item(0)->isSelected());
   EXPECT_TRUE(dialog.modalityList()->item(1)->isSelected());
 }
