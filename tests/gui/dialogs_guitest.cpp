@@ -191,7 +191,7 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   EXPECT_FALSE(dialog.values().exportReducedHordes);
 }
 
-TEST_F(DialogTest, ExportFileTypesOfTheTablesChooseWhatIsWritten) {
+TEST_F(DialogTest, ExportFileTypesChooseWhatIsWrittenAndTheSuffix) {
   ExportValues initial;
   initial.format = ExportFormat::RsdaTable;
   ExportDialog dialog(initial);
@@ -222,6 +222,24 @@ TEST_F(DialogTest, ExportFileTypesOfTheTablesChooseWhatIsWritten) {
   dialog.formatBox()->setCurrentIndex(0);
   dialog.accept();
   EXPECT_EQ(dialog.values().format, ExportFormat::Symbolic);
+
+  // A name typed without a suffix gets the suffix of the filter chosen in
+  // the file type list, as the user reads it there.
+  test::TempDir dir;
+  for (const auto& [downs, expected] : {std::pair{1, "out1.kvf"}, std::pair{0, "out1.xml"}}) {
+    test::onNextModal<QFileDialog>([&dir, downs = downs](QFileDialog* files) {
+      files->setDirectory(QString::fromStdString(dir.path()));
+      auto* types = files->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+      if (types) {
+        QTest::keyClick(types, Qt::Key_Home);
+        for (int i = 0; i < downs; ++i) QTest::keyClick(types, Qt::Key_Down);
+      }
+      files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
+      static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
+    });
+    dialog.fileField()->selectButton()->click();
+    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
+  }
 }
 
 TEST_F(DialogTest, ParameterRangesAndCancel) {
@@ -286,27 +304,6 @@ TEST_F(DialogTest, ProgressDialogStaysShownOnEscapeAndCloseWhichActAsCancel) {
     EXPECT_TRUE(shownAfterwards) << escape;
     EXPECT_TRUE(dialog.wasCancelled()) << escape;
     EXPECT_FALSE(dialog.isVisible()) << escape;  // run() hides it at the end
-  }
-}
-
-// A name typed without a suffix gets the suffix of the filter chosen in the
-// file type list, as the user reads it there.
-TEST_F(DialogTest, ExportFileSuffixFollowsTheChosenFilter) {
-  test::TempDir dir;
-  ExportDialog dialog(ExportValues{});
-  for (const auto& [downs, expected] : {std::pair{1, "out1.kvf"}, std::pair{0, "out1.xml"}}) {
-    test::onNextModal<QFileDialog>([&dir, downs = downs](QFileDialog* files) {
-      files->setDirectory(QString::fromStdString(dir.path()));
-      auto* types = files->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
-      if (types) {
-        QTest::keyClick(types, Qt::Key_Home);
-        for (int i = 0; i < downs; ++i) QTest::keyClick(types, Qt::Key_Down);
-      }
-      files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
-      static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
-    });
-    dialog.fileField()->selectButton()->click();
-    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
   }
 }
 
