@@ -25,21 +25,18 @@ inline const char* chainDatabaseSql() {
 // Runs the whole chain from connect to export on the database and checks
 // what every step printed and wrote.
 inline void checkChain(const std::string& connection, const std::string& dir) {
-  // One command of the chain per line.
-  // clang-format off
-  const CliResult result = runCli(
-      {"--seed", "7", "connect", connection,
-       "then", "new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2",
-       "then", "taxonomy", "job", "--table", "jobs",
-       "then", "dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes",
-       "then", "add-variables", "--table", "facts",
-       "then", "save", "chain.gaj",
-       "then", "export", "chain.kvf", "--title", "People",
-       "then", "export", "chain.xml",
-       "then", "export", "chain.csv", "--format", "rsda",
-       "then", "view", "assertions"},
-      dir);
-  // clang-format on
+  const CliResult result =
+      runCli(chain({{"--seed", "7", "connect", connection},
+                    {"new", "--query", "select id, town, job, income, w from people", "--weight", "--min", "2"},
+                    {"taxonomy", "job", "--table", "jobs"},
+                    {"dependence", "--mother", "job", "--applicable", "clerk,farmer", "--daughters", "income", "--yes"},
+                    {"add-variables", "--table", "facts"},
+                    {"save", "chain.gaj"},
+                    {"export", "chain.kvf", "--title", "People"},
+                    {"export", "chain.xml"},
+                    {"export", "chain.csv", "--format", "rsda"},
+                    {"view", "assertions"}}),
+             dir);
   ASSERT_EQ(result.status, 0) << result.err;
   const std::vector<std::string> lines = linesOf(result.out);
   ASSERT_GE(lines.size(), 12u) << result.out;
@@ -66,16 +63,8 @@ inline void checkChain(const std::string& connection, const std::string& dir) {
 
   // The saved project opens again with its metadata; the reader checks the
   // exported file.
-  // One command of the chain per line.
-  // clang-format off
-  const CliResult reopened = runCli(
-      {"open", "chain.gaj",
-       "then", "view", "individuals",
-       "then", "check", "chain.kvf",
-       "then", "dependences",
-       "then", "taxonomies"},
-      dir);
-  // clang-format on
+  const CliResult reopened =
+      runCli(words("open chain.gaj then view individuals then check chain.kvf then dependences then taxonomies"), dir);
   ASSERT_EQ(reopened.status, 0) << reopened.err;
   for (const char* line :
        {"MetaData Loaded and transfered", "2 assertions build from 5 individuals", "2\t2\tstudent\tNA\tLyon",

@@ -78,6 +78,24 @@ inline CliResult runCli(const std::vector<std::string>& args, const std::string&
   return finishCli(startCli(args, dir, locale), dir);
 }
 
+// The arguments of a chain of commands, one command a row, joined by "then".
+inline std::vector<std::string> chain(const std::vector<std::vector<std::string>>& commands) {
+  std::vector<std::string> args;
+  for (const auto& command : commands) {
+    if (!args.empty()) args.push_back("then");
+    args.insert(args.end(), command.begin(), command.end());
+  }
+  return args;
+}
+
+// The words of a text, split at spaces.
+inline std::vector<std::string> words(const std::string& text) {
+  std::vector<std::string> split;
+  std::istringstream in(text);
+  for (std::string word; in >> word;) split.push_back(word);
+  return split;
+}
+
 // The lines of a text, without the symbolic-file library's trace lines.
 inline std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;

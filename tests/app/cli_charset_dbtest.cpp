@@ -20,17 +20,15 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 TEST(CliCharset, Utf8ArgumentsMatchLatin1NamesAndTheConsoleSpeaksUtf8) {
   SqliteDatabase database(kRegionsSql);
   TempDir dir;
-  // One command of the chain per line.
-  // clang-format off
   const CliResult result = runCli(
-      {"connect", database.connectionString(),
-       "then", "new", "--query", "select id, town, region, income from people",
-       "then", "dependence", "--mother", "region", "--applicable", "\xc3\x8ele-de-France", "--daughters", "income", "--yes",
-       "then", "save", "regions.gaj",
-       "then", "export", "regions.kvf", "--title", "R\xc3\xa9gions", "--subtitle", "Sous-titre \xc3\xa9t\xc3\xa9",
-       "then", "export", "regions.xml"},
+      chain({{"connect", database.connectionString()},
+             {"new", "--query", "select id, town, region, income from people"},
+             {"dependence", "--mother", "region", "--applicable", "\xc3\x8ele-de-France", "--daughters", "income",
+              "--yes"},
+             {"save", "regions.gaj"},
+             {"export", "regions.kvf", "--title", "R\xc3\xa9gions", "--subtitle", "Sous-titre \xc3\xa9t\xc3\xa9"},
+             {"export", "regions.xml"}}),
       dir.path(), "C.UTF-8");
-  // clang-format on
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_TRUE(contains(result.out, "  income is applicable if region in {\"\xc3\x8ele-de-France\"}\n")) << result.out;
   EXPECT_FALSE(contains(result.out, "\xce")) << "a Latin-1 byte reached the UTF-8 console";
@@ -53,18 +51,23 @@ TEST(CliCharset, Utf8ArgumentsMatchLatin1NamesAndTheConsoleSpeaksUtf8) {
   const CliResult view = runCli({"open", "regions.gaj", "then", "view", "assertions"}, dir.path(), "C.UTF-8");
   ASSERT_EQ(view.status, 0) << view.err;
   EXPECT_TRUE(contains(view.out, "Cr\xc3\xa9teil\t")) << view.out;
+
+  // The C locale passes bytes unchanged.
+  const CliResult c = runCli(chain({{"connect", database.connectionString()},
+                                    {"new", "--query", "select id, town, region, income from people"},
+                                    {"dependence", "--mother", "region", "--applicable", "\xcele-de-France",
+                                     "--daughters", "income", "--yes"}}),
+                             dir.path(), "C");
+  ASSERT_EQ(c.status, 0) << c.err;
+  EXPECT_TRUE(contains(c.out, "  income is applicable if region in {\"\xcele-de-France\"}\n")) << c.out;
 }
 
 TEST(CliCharset, AnArgumentLatin1CannotHoldIsAUsageErrorThatNamesIt) {
   TempDir dir;
   // U+015C, beyond Latin-1.
-  // One command of the chain per line.
-  // clang-format off
-  CliResult result = runCli(
-      {"save", "out.gaj",
-       "then", "export", "out.kvf", "--title", "\xc5\x9c" "ance"},
-      dir.path(), "C.UTF-8");
-  // clang-format on
+  CliResult result = runCli(words("save out.gaj then export out.kvf --title \xc5\x9c"
+                                  "ance"),
+                            dir.path(), "C.UTF-8");
   EXPECT_EQ(result.status, 2);
   EXPECT_EQ(linesOf(result.err)[0],
             "velda-cli: argument 7 \"\xc5\x9c"
@@ -75,21 +78,6 @@ TEST(CliCharset, AnArgumentLatin1CannotHoldIsAUsageErrorThatNamesIt) {
   result = runCli({"open", "\xe9t\xe9.gaj"}, dir.path(), "C.UTF-8");
   EXPECT_EQ(result.status, 2);
   EXPECT_EQ(linesOf(result.err)[0], "velda-cli: argument 2 \"\xe9t\xe9.gaj\" is not valid UTF-8 text");
-}
-
-TEST(CliCharset, TheCLocalePassesBytesUnchanged) {
-  SqliteDatabase database(kRegionsSql);
-  TempDir dir;
-  // One command of the chain per line.
-  // clang-format off
-  const CliResult result = runCli(
-      {"connect", database.connectionString(),
-       "then", "new", "--query", "select id, town, region, income from people",
-       "then", "dependence", "--mother", "region", "--applicable", "\xcele-de-France", "--daughters", "income", "--yes"},
-      dir.path(), "C");
-  // clang-format on
-  ASSERT_EQ(result.status, 0) << result.err;
-  EXPECT_TRUE(contains(result.out, "  income is applicable if region in {\"\xcele-de-France\"}\n")) << result.out;
 }
 
 }  // namespace

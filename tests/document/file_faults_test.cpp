@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <new>
 #include <sstream>
 
 #include "common/LastError.h"
@@ -17,8 +16,6 @@
 #include "document/export/DocumentMetadata.h"
 #include "document/export/SymbolicFileCheck.h"
 #include "formats/library/SymbolicLibrary.h"
-#include "model/QuantitativeValue.h"
-#include "model/QuantitativeVariable.h"
 #include "support/ScopedEnv.h"
 
 namespace velda {
@@ -31,28 +28,6 @@ mode_t modeOf(const std::string& path) {
 }
 
 using test::towns;
-
-// A variable whose kind cannot be told once memory has run out: the project
-// writer asks it first, after the new file is created.
-class ExhaustingVariable final : public SymbolicVariable {
- public:
-  ExhaustingVariable() : SymbolicVariable("spare", 1) {}
-  bool isCategorical() const override {
-    if (exhausted) throw std::bad_alloc();
-    return false;
-  }
-  bool addCell(const char*, CellValue&) override { return true; }
-  void writeDescription(std::ostream&) const override {}
-  void writeDeclaration(std::ostream&, int32_t, double, double, const DeclarationStyle&) const override {}
-  std::unique_ptr<SymbolicValue> newSymbolicValue() const override {
-    return std::make_unique<QuantitativeValue>(values_);
-  }
-
-  bool exhausted = false;
-
- private:
-  QuantitativeVariable values_{"spare", 1};
-};
 
 class FileFaults : public test::DocumentHarness {
  protected:
@@ -154,23 +129,6 @@ TEST_F(FileFaults, ReplacedFilesKeepTheirModeAndLinksAndReadOnlyOnesAreRefused) 
   EXPECT_EQ(lastError(), "Can not open file " + frozen);
   EXPECT_EQ(test::readFile(frozen), "frozen");
   EXPECT_EQ(test::folderNames(dir_.path()), (std::vector<std::string>{"frozen.gaj", "link.gaj", "private.gaj"}));
-}
-
-TEST_F(FileFaults, SavingOutOfMemoryLeavesThePreviousProject) {
-  const std::string project = dir_.file("towns.gaj");
-  auto matrix = towns(3);
-  ASSERT_EQ(saveProject(project, *matrix), ProjectSave::Saved) << lastError();
-  const std::string previous = test::readFile(project);
-
-  auto spare = std::make_unique<ExhaustingVariable>();
-  ExhaustingVariable& exhausting = *spare;
-  matrix->appendVariable(std::move(spare));
-  exhausting.exhausted = true;
-  EXPECT_EQ(saveProject(project, *matrix), ProjectSave::Failed);
-  EXPECT_EQ(lastError(), "Memory allocation failed");
-  EXPECT_EQ(test::readFile(project), previous);
-  EXPECT_EQ(test::folderNames(dir_.path()), std::vector<std::string>{"towns.gaj"});
-  exhausting.exhausted = false;
 }
 
 TEST_F(FileFaults, LinksPlantedAtFixedNamesAreNeverFollowed) {

@@ -6,7 +6,9 @@
 #include "document/ProjectBytes.h"
 #include "document/ProjectFileSamples.h"
 #include "formats/SymbolicTextWriter.h"
+#include "model/Dependence.h"
 #include "support/FileText.h"
+#include "support/HandMatrix.h"
 #include "support/TempDir.h"
 
 namespace velda {
@@ -89,15 +91,9 @@ TEST(ProjectFile, RoundTripRebuildsEveryPartAndTheSameBytes) {
   EXPECT_EQ(projectBytes(*loaded), first);
   EXPECT_EQ(kvf(*loaded), kvf(*original));
 
-  EXPECT_EQ(loaded->weightColumn, "w");
-  EXPECT_EQ(loaded->subtitle, "caf\xe9 2024");
-  EXPECT_EQ(loaded->reductionThreshold, 80);
-  EXPECT_EQ(loaded->divisionClassCount, 3);
-  EXPECT_EQ(loaded->cellCount(), 4u);
+  // The same bytes again hold every stored field; what follows is what the
+  // reader rebuilds from them.
   ASSERT_EQ(loaded->variableCount(), 5u);
-  EXPECT_EQ(loaded->variable(3).active, 0);
-  EXPECT_EQ(loaded->variable(3).multiple, 1);
-  EXPECT_EQ(static_cast<const CategoricalVariable&>(loaded->variable(4)).mode, MODE_KT_ESTIMATE);
 
   // The taxonomy: root_ above winter and summer, summer above golf and foot.
   const auto& sports = static_cast<const CategoricalVariable&>(loaded->variable(2));
@@ -115,31 +111,22 @@ TEST(ProjectFile, RoundTripRebuildsEveryPartAndTheSameBytes) {
     EXPECT_EQ(node->parent ? node->parent->name : "", old->parent ? old->parent->name : "") << name;
   }
 
-  // The rule: age is applicable if city in {paris}.
+  // The rule (age is applicable if city in {paris}) links its variables.
   ASSERT_EQ(loaded->rules.size(), 1u);
   const DependenceRule& rule = *loaded->rules[0];
-  EXPECT_EQ(rule.mother, 1);
-  EXPECT_EQ(rule.daughter, 0);
-  EXPECT_EQ(rule.applicable.size(), 1u);
-  EXPECT_TRUE(rule.applicable.find(0));
   EXPECT_EQ(loaded->variable(0).motherIndex, 1);
   EXPECT_EQ(loaded->variable(0).rule, &rule);
   EXPECT_EQ(loaded->variable(1).firstDaughter, 0);
   EXPECT_TRUE(loaded->isDaughter(0));
   EXPECT_EQ(loaded->motherCandidateCount(), 2u);
 
-  // bob is in blue and green, green the newest; his age became NA, his
-  // height stays NULL.
+  // bob is in blue and green, green the newest.
   const Individual* bob = loaded->findIndividual("bob");
   ASSERT_TRUE(bob);
-  EXPECT_EQ(bob->weight, 2.5);
   ASSERT_TRUE(bob->direct);
   EXPECT_EQ(bob->direct->id, "green");
   ASSERT_EQ(bob->membershipCount(), 2u);
   EXPECT_EQ(bob->others.front()->id, "blue");
-  EXPECT_TRUE(bob->cells[0].isNA());
-  EXPECT_TRUE(bob->cells[3].isNull());
-  EXPECT_EQ(cellText(bob->cells[1]), "lyon");
   const Assertion* blue = bob->others.front();
   EXPECT_EQ(blue->members, std::vector<Individual*>{const_cast<Individual*>(bob)});
   EXPECT_EQ(blue->number, 1);
@@ -213,6 +200,70 @@ TEST(ProjectFile, AFailedSaveKeepsThePreviousFile) {
 
   EXPECT_EQ(saveProject(dir.file("missing/teams.gaj"), *matrix), ProjectSave::CannotOpen);
   EXPECT_EQ(lastError(), "Can not open file " + dir.file("missing/teams.gaj"));
+}
+
+// A project reads back exactly as it was: what a later export or rule text
+// shows does not change across save and open.
+std::string ruleText(const SymbolicMatrix& matrix) {
+  std::ostringstream out;
+  describeRule(matrix, *matrix.rules.front(), out);
+  return out.str();
+}
+
+std::string valueTexts(const SymbolicMatrix& matrix, size_t variable) {
+  std::string texts;
+  for (const Assertion& assertion : matrix.assertions) texts += test::HandMatrix::written(assertion, variable) + ";";
+  return texts;
+}
+
+TEST(ProjectReadBack, RulesAndRecomputedDaughtersKeepTheirOrder) {
+  // Mother m with five modalities; set-valued daughter d whose assertion
+  // g holds modalities 2 and 5 (numbers 1 and 4): in more buckets
+  // than entries they come in another order than in a compact table.
+  test::HandMatrix hand;
+  hand.categorical("m", 0, 5);
+  hand.categorical("d", 1, 5);
+  hand.holdCells();
+  const char* const names[] = {"alpha", "beta", "gamma", "delta", "mu"};
+  std::vector<Individual*> people;
+  for (int i = 0; i < 5; ++i) people.push_back(&hand.person(std::to_string(i).c_str(), {names[i], names[i]}));
+  hand.group("g", {people[1], people[4]});
+  hand.group("h", {people[0], people[2], people[3]});
+  ASSERT_EQ(hand.matrix->finish(false), 1);
+
+  RuleGroup group;
+  const int32_t applicable[] = {1, 4};
+  const int32_t daughters[] = {1};
+  ASSERT_EQ(makeRuleGroup(*hand.matrix, 0, applicable, daughters, group), 1);
+  ASSERT_EQ(applyRule(*hand.matrix, std::move(group)), 1);
+  const std::string rule = ruleText(*hand.matrix);
+  const std::string daughterValues = valueTexts(*hand.matrix, 1);
+
+  const auto reopened = projectFromBytes(projectBytes(*hand.matrix));
+  ASSERT_TRUE(reopened);
+  EXPECT_EQ(ruleText(*reopened), rule);
+  EXPECT_EQ(valueTexts(*reopened, 1), daughterValues);
+}
+
+TEST(ProjectReadBack, AnEmptyCategoryIsStoredAsPresent) {
+  auto matrix = test::smallProject();
+  CellValue unused;
+  matrix->variable(1).addCell("", unused);
+  const std::string bytes = projectBytes(*matrix);
+  // c's leaves in the order of three buckets: "" (hash 0, number 2), then
+  // a (97 % 3 = 1) and b (98 % 3 = 2).
+  EXPECT_NE(bytes.find(ProjectBytes().u16(1).u8(0).u16(2).str("a").u16(0).str("b").u16(1).bytes()), std::string::npos);
+}
+
+TEST(ProjectReadBack, ProbabilistWeightsStayFiniteBesideAHugeNullWeight) {
+  test::HandMatrix hand;
+  auto& town = hand.categorical("town", 1);
+  town.mode = MODE_PROBABILIST;
+  hand.holdCells();
+  Individual& small = hand.person("1", {"x"}, 1.0);
+  Individual& huge = hand.person("2", {nullptr}, 1e17);
+  Assertion& g = hand.group("g", {&small, &huge});
+  EXPECT_EQ(test::HandMatrix::written(g, 0), "(1(1))");
 }
 
 }  // namespace

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <gtest/gtest.h>
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDialog>
 #include <QMessageBox>
 #include <clocale>
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "ui/widgets/ModalDriver.h"
@@ -49,5 +52,20 @@ inline void answerNextMessage(QMessageBox::StandardButton button, ShownMessage* 
 }
 
 inline void recordNextMessage(ShownMessage& shown) { answerNextMessage(QMessageBox::NoButton, &shown); }
+
+// Presses OK and returns the message shown instead of closing, which must
+// have the given icon.
+inline std::string refusalOf(QDialog& dialog, QMessageBox::Icon icon = QMessageBox::Warning) {
+  auto shown = std::make_shared<ShownMessage>();  // outlives the call if no message comes
+  onNextModal<QMessageBox>([shown](QMessageBox* box) {
+    shown->text = box->text().toStdString();
+    shown->icon = box->icon();
+    box->accept();
+  });
+  dialog.accept();
+  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(shown->icon, icon) << shown->text;
+  return shown->text;
+}
 
 }  // namespace velda::test

@@ -34,6 +34,7 @@ namespace velda::ui {
 namespace {
 
 using test::recordNextMessage;
+using test::refusalOf;
 using test::ShownMessage;
 
 // No database: the dialogs list nothing and refuse to reconnect.
@@ -54,21 +55,6 @@ std::unique_ptr<ExtractionDialog> writtenNewDialog(DataSourceLink& link, const E
   auto dialog = std::make_unique<ExtractionDialog>(QueryPurpose::NewData, true, start, link, nullptr);
   dialog->queryEdit()->setPlainText(QStringLiteral("select person_id, town from survey"));
   return dialog;
-}
-
-// Presses OK and returns the message shown instead of closing, which must
-// have the given icon.
-std::string refusalOf(QDialog& dialog, QMessageBox::Icon icon = QMessageBox::Warning) {
-  auto shown = std::make_shared<ShownMessage>();  // outlives the call if no message comes
-  test::onNextModal<QMessageBox>([shown](QMessageBox* box) {
-    shown->text = box->text().toStdString();
-    shown->icon = box->icon();
-    box->accept();
-  });
-  dialog.accept();
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
-  EXPECT_EQ(shown->icon, icon) << shown->text;
-  return shown->text;
 }
 
 bool accepted(QDialog& dialog) {
@@ -153,7 +139,7 @@ TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
   EXPECT_EQ(refusalOf(dialog), "No variable selected");
 }
 
-TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
+TEST_F(DialogTest, JoinNeedsBothFilesCancelKeepsValuesAndBrowseProposesProjects) {
   JoinValues initial{"first.gaj", ""};
   JoinDialog dialog(initial);
   EXPECT_EQ(refusalOf(dialog), "You must select file name");
@@ -165,9 +151,7 @@ TEST_F(DialogTest, JoinNeedsBothFilesAndCancelKeepsValues) {
 
   JoinDialog both(JoinValues{"a.gaj", "b.gaj"});
   EXPECT_TRUE(accepted(both));
-}
 
-TEST_F(DialogTest, JoinBrowseKeepsItsFilterTextAndProposesProjects) {
   // The filter text names .kvf files but restricts nothing: the .gaj
   // projects stay visible.
   EXPECT_EQ(qtNameFilters("Korva file (*.kvf)"), QStringList{QStringLiteral("Korva file (*.kvf) (*)")});
@@ -207,7 +191,7 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   EXPECT_FALSE(dialog.values().exportReducedHordes);
 }
 
-TEST_F(DialogTest, ExportFileTypesOfTheTablesChooseWhatIsWritten) {
+TEST_F(DialogTest, ExportFileTypesChooseWhatIsWrittenAndTheSuffix) {
   ExportValues initial;
   initial.format = ExportFormat::RsdaTable;
   ExportDialog dialog(initial);
@@ -238,6 +222,24 @@ TEST_F(DialogTest, ExportFileTypesOfTheTablesChooseWhatIsWritten) {
   dialog.formatBox()->setCurrentIndex(0);
   dialog.accept();
   EXPECT_EQ(dialog.values().format, ExportFormat::Symbolic);
+
+  // A name typed without a suffix gets the suffix of the filter chosen in
+  // the file type list, as the user reads it there.
+  test::TempDir dir;
+  for (const auto& [downs, expected] : {std::pair{1, "out1.kvf"}, std::pair{0, "out1.xml"}}) {
+    test::onNextModal<QFileDialog>([&dir, downs = downs](QFileDialog* files) {
+      files->setDirectory(QString::fromStdString(dir.path()));
+      auto* types = files->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+      if (types) {
+        QTest::keyClick(types, Qt::Key_Home);
+        for (int i = 0; i < downs; ++i) QTest::keyClick(types, Qt::Key_Down);
+      }
+      files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
+      static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
+    });
+    dialog.fileField()->selectButton()->click();
+    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
+  }
 }
 
 TEST_F(DialogTest, ParameterRangesAndCancel) {
@@ -302,27 +304,6 @@ TEST_F(DialogTest, ProgressDialogStaysShownOnEscapeAndCloseWhichActAsCancel) {
     EXPECT_TRUE(shownAfterwards) << escape;
     EXPECT_TRUE(dialog.wasCancelled()) << escape;
     EXPECT_FALSE(dialog.isVisible()) << escape;  // run() hides it at the end
-  }
-}
-
-// A name typed without a suffix gets the suffix of the filter chosen in the
-// file type list, as the user reads it there.
-TEST_F(DialogTest, ExportFileSuffixFollowsTheChosenFilter) {
-  test::TempDir dir;
-  ExportDialog dialog(ExportValues{});
-  for (const auto& [downs, expected] : {std::pair{1, "out1.kvf"}, std::pair{0, "out1.xml"}}) {
-    test::onNextModal<QFileDialog>([&dir, downs = downs](QFileDialog* files) {
-      files->setDirectory(QString::fromStdString(dir.path()));
-      auto* types = files->findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
-      if (types) {
-        QTest::keyClick(types, Qt::Key_Home);
-        for (int i = 0; i < downs; ++i) QTest::keyClick(types, Qt::Key_Down);
-      }
-      files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
-      static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
-    });
-    dialog.fileField()->selectButton()->click();
-    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
   }
 }
 

@@ -49,7 +49,7 @@ TEST_F(FrameTest, MenusShowTheCommandsTextsAndFollowAnEmptyDocument) {
   EXPECT_TRUE(frame->individualsPanel()->isEmptyShown());
 }
 
-TEST_F(FrameTest, ToolBarsAndPanelsHideShowAndTick) {
+TEST_F(FrameTest, ToolBarsAndPanelsHideShowTickAndRedock) {
   frame->runCommand(ID_VIEW_TOOLBAR);
   EXPECT_FALSE(frame->toolBar(ID_VIEW_TOOLBAR)->isVisible());
   EXPECT_FALSE(frame->action(ID_VIEW_TOOLBAR)->isChecked());
@@ -68,9 +68,8 @@ TEST_F(FrameTest, ToolBarsAndPanelsHideShowAndTick) {
   }
   EXPECT_FALSE(frame->action(ID_VARIABLES_DISPLAY)->icon().isNull());
   EXPECT_TRUE(frame->action(ID_FILE_NEW)->isIconVisibleInMenu());
-}
 
-TEST_F(FrameTest, RedockPutsFloatedPanelsAndToolbarsBack) {
+  // Redock puts floated panels and toolbars back.
   QDockWidget* variables = frame->panel(ID_VARIABLES_DISPLAY);
   QDockWidget* dependences = frame->panel(ID_DEPENDENCES_DISPLAY);
   const Qt::DockWidgetArea variablesArea = frame->dockWidgetArea(variables);

@@ -23,9 +23,6 @@
 namespace velda::ui {
 namespace {
 
-using test::recordNextMessage;
-using test::ShownMessage;
-
 TriangularMatrix triangle(size_t order, std::vector<double> entries) {
   TriangularMatrix matrix;
   matrix.order = order;
@@ -73,7 +70,7 @@ class MatrixViewTest : public ::testing::Test {
   void SetUp() override { test::guiApplication(); }
 };
 
-TEST_F(MatrixViewTest, VolumeScaleIsTheLargestPairOfDiagonalsOfEitherMatrix) {
+TEST_F(MatrixViewTest, VolumeScaleZoomAndChoiceOfMatrix) {
   // Diagonals before: 1, 2, 3 (largest pair 2 + 3); after: 4, 0.5, 0.25
   // (largest pair 4 + 0.5). Off-diagonal entries do not count.
   const TriangularMatrix before = triangle(3, {1, 90, 2, 90, 90, 3});
@@ -88,12 +85,9 @@ TEST_F(MatrixViewTest, VolumeScaleIsTheLargestPairOfDiagonalsOfEitherMatrix) {
   EXPECT_DOUBLE_EQ(lone.scale(), 0.0);
   EXPECT_FALSE(lone.grab().isNull());
   EXPECT_EQ(lone.label(0).toStdString(), "1: Paris");
-}
 
-TEST_F(MatrixViewTest, VolumeZoomStepsAndLimitsAndChoiceOfMatrix) {
-  const TriangularMatrix before = triangle(2, {1, 0.5, 2});
-  const TriangularMatrix after = triangle(2, {0.5, 0.25, 1});
-  VolumeMatrixView view({"Lyon", "Nice"}, before, after);
+  // The zoom steps by ten between its limits.
+  VolumeMatrixView view({"Lyon", "Nice", "Rome"}, before, after);
   EXPECT_EQ(view.cellSize(), 50);
   EXPECT_TRUE(view.showsBefore());
   view.zoomIn();
@@ -102,7 +96,7 @@ TEST_F(MatrixViewTest, VolumeZoomStepsAndLimitsAndChoiceOfMatrix) {
   view.zoomOut();
   view.zoomOut();
   EXPECT_EQ(view.cellSize(), 40);
-  EXPECT_EQ(widthAt60 - view.width(), 2 * 20);  // two cells across, 20 pixels each
+  EXPECT_EQ(widthAt60 - view.width(), 3 * 20);  // three cells across, 20 pixels each
   for (int i = 0; i < 10; ++i) view.zoomOut();
   EXPECT_EQ(view.cellSize(), 10);
   for (int i = 0; i < 30; ++i) view.zoomIn();
@@ -204,26 +198,17 @@ TEST_F(MatrixViewTest, DependenceDialogListsAndChecksInOrder) {
   DependenceDialog dialog(*matrix, DependenceValues{});
   // Mothers: the categorical cell variables.
   ASSERT_EQ(texts(dialog.motherList()), (Texts{"sex", "jobs"}));
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No mother variable selected");
+  EXPECT_EQ(test::refusalOf(dialog), "No mother variable selected");
 
   dialog.motherList()->item(1)->setSelected(true);
   ASSERT_EQ(texts(dialog.modalityList()), (Texts{"clerk", "farmer", "manager"}));
   // Daughters: the other cell variables, never the mother nor income
   // (which holds no cells).
   ASSERT_EQ(texts(dialog.daughterList()), (Texts{"sex", "age"}));
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No modalities selected");
+  EXPECT_EQ(test::refusalOf(dialog), "No modalities selected");
 
   dialog.modalityList()->item(2)->setSelected(true);
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No daughter variables selected");
-  EXPECT_EQ(shown.count, 3);
-  EXPECT_EQ(shown.icon, QMessageBox::Warning);
+  EXPECT_EQ(test::refusalOf(dialog), "No daughter variables selected");
 
   dialog.daughterList()->item(1)->setSelected(true);
   dialog.accept();
@@ -267,11 +252,7 @@ TEST_F(MatrixViewTest, DependenceDialogOffersOnlyDaughtersTheMotherCanHave) {
 
   // A refusal leaves every choice made so far in place.
   dialog.modalityList()->item(1)->setSelected(true);
-  ShownMessage shown;
-  recordNextMessage(shown);
-  dialog.accept();
-  EXPECT_EQ(shown.text, "No daughter variables selected");
-  EXPECT_NE(dialog.result(), QDialog::Accepted);
+  EXPECT_EQ(test::refusalOf(dialog), "No daughter variables selected");
   EXPECT_TRUE(dialog.motherList()->item(0)->isSelected());
   EXPECT_TRUE(dialog.modalityList()->item(1)->isSelected());
 }

@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -16,6 +14,7 @@
 #include "document/project/ProjectFile.h"
 #include "model/SymbolicMatrix.h"
 #include "support/FailingAllocation.h"
+#include "support/FileText.h"
 #include "support/HandMatrix.h"
 #include "support/MatrixDump.h"
 #include "support/SqliteDatabase.h"
@@ -26,6 +25,7 @@ namespace {
 
 using test::failEachAllocationInTurn;
 using test::matrixDump;
+using test::readFile;
 
 constexpr const char* kMemoryFailed = "Memory allocation failed";
 
@@ -39,13 +39,6 @@ const char* const kTables =
     "insert into facts values('g1','north',1.5),('g2','south',2.5),('g3','north',3.5);"
     "create table towns(grp varchar(5), town varchar(10), w real);"
     "insert into towns values('g1','Lyon',2),('g1','Nice',1),('g2','Lyon',1),('g3','Metz',3),('g3','Nice',1);";
-
-std::string readFile(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
 
 class AllocationFailure : public ::testing::Test {
  protected:
@@ -145,7 +138,13 @@ TEST_F(AllocationFailure, SaveKeepsThePreviousFile) {
         newMatrix();
         ASSERT_EQ(saveProject(path_, *previous.matrix), ProjectSave::Saved);
       },
-      {{kMemoryFailed}}, [&] { return readFile(path_); });
+      {{kMemoryFailed}},
+      [&] {
+        // No temporary file stays beside it either.
+        std::string kept = readFile(path_);
+        for (const std::string& name : test::folderNames(dir_.path())) kept += "\n" + name;
+        return kept;
+      });
   EXPECT_TRUE(readFile(path_) == matrixDump(*document_.matrix()));
 }
 
