@@ -10,6 +10,7 @@
 #include "common/ExitCleanup.h"
 #include "common/FileStream.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 
 namespace velda {
 
@@ -61,7 +62,7 @@ bool AtomicFile::open(const std::string& path) {
       target_.empty() ||
       (existed_ && (!S_ISREG(status.st_mode) || (status.st_mode & 0222) == 0 || access(target_.c_str(), W_OK) != 0));
   if (refused) {
-    setError("Can not open file %s", path.c_str());
+    setError("Can not open file %s", pathForDisplay(path).c_str());
     return false;
   }
   if (existed_) {
@@ -73,7 +74,7 @@ bool AtomicFile::open(const std::string& path) {
   const int descriptor = mkstemp(temporary_.data());
   if (descriptor < 0) {
     temporary_.clear();
-    setError("Can not open file %s", path.c_str());
+    setError("Can not open file %s", pathForDisplay(path).c_str());
     return false;
   }
   removeAtExit(temporary_);
@@ -81,7 +82,7 @@ bool AtomicFile::open(const std::string& path) {
   if (!file_) {
     close(descriptor);
     discard();
-    setError("Can not open file %s", path.c_str());
+    setError("Can not open file %s", pathForDisplay(path).c_str());
     return false;
   }
   return true;
@@ -108,7 +109,7 @@ void AtomicFile::copyOwnership(int descriptor) const {
 
 bool AtomicFile::commit() {
   if (!file_) {
-    setError("Can not write file %s", path_.c_str());
+    setError("Can not write file %s", pathForDisplay(path_).c_str());
     return false;
   }
   // Everything that allocates comes before the rename, so that once the
@@ -125,7 +126,7 @@ bool AtomicFile::commit() {
   written = written && std::rename(temporary_.c_str(), target_.c_str()) == 0;
   if (!written) {
     discard();
-    setError("Can not write file %s", path_.c_str());
+    setError("Can not write file %s", pathForDisplay(path_).c_str());
     return false;
   }
   releaseAtExit(temporary_);

@@ -4,6 +4,7 @@
 
 #include "common/AtomicFile.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "db/Connection.h"
 #include "document/BusyScope.h"
 #include "document/export/DocumentMetadata.h"
@@ -31,7 +32,9 @@ Document::Document(UserInterface& ui)
 
 Document::~Document() = default;
 
-std::string Document::title() const { return fileRecord_.valid ? "VELDA - " + fileRecord_.fileTitle : "VELDA"; }
+std::string Document::title() const {
+  return fileRecord_.valid ? "VELDA - " + pathForDisplay(fileRecord_.fileTitle) : "VELDA";
+}
 
 DocumentState Document::state() const {
   DocumentState s;

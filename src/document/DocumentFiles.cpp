@@ -3,6 +3,7 @@
 #include <new>
 
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
@@ -111,7 +112,7 @@ bool Document::openFile(const std::string& path, bool ignoreMetadata) {
   if (!closeData()) return false;
   std::FILE* file = openRegularFile(path);
   if (!file) {
-    setError("Can not open file %s", path.c_str());
+    setError("Can not open file %s", pathForDisplay(path).c_str());
     ui_.showMessage(lastError(), MessageIcon::Warning);
     return false;
   }
@@ -141,7 +142,7 @@ void Document::loadMetadata(const std::string& name, bool ignore) {
     console_.print("MetaData not found or ignored");
     return;
   }
-  std::printf("Parsing the Metadata file %s\n", name.c_str());
+  std::printf("Parsing the Metadata file %s\n", pathForDisplay(name).c_str());
   std::fflush(stdout);
   if (!metadata_->load(probe, name)) {
     resetMetadata();

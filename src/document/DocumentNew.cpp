@@ -2,6 +2,7 @@
 #include <new>
 
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "db/Connection.h"
 #include "db/aggregation/DatabaseAggregation.h"
@@ -85,7 +86,7 @@ bool Document::newByJoin() {
     std::FILE* second = first ? openRegularFile(values.secondFile) : nullptr;
     if (!second) {
       if (first) std::fclose(first);
-      setError("Can not open file %s", (first ? values.secondFile : values.firstFile).c_str());
+      setError("Can not open file %s", pathForDisplay(first ? values.secondFile : values.firstFile).c_str());
       return showFailure();
     }
     BusyScope busy(ui_, "Joining files...");

@@ -3,6 +3,7 @@
 
 #include "common/FileStream.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "document/BusyScope.h"
 #include "document/Document.h"
@@ -56,7 +57,7 @@ bool Document::viewTable(Table table) {
     written = std::fclose(file) == 0 && written;
   }
   if (!written) {
-    setError("Can not write file %s", name.c_str());
+    setError("Can not write file %s", pathForDisplay(name).c_str());
     ui_.showMessage(lastError(), MessageIcon::Warning);
     return false;
   }

@@ -27,25 +27,38 @@ std::vector<std::string> splitList(const std::string& text) {
   return parts;
 }
 
+std::vector<Word>::iterator Arguments::find(const std::string& name) {
+  return std::find_if(words_.begin(), words_.end(), [&name](const Word& word) { return word.bytes == name; });
+}
+
+std::string Arguments::text(const Word& word) {
+  std::string problem;
+  std::optional<std::string> latin1 = charset_.toLatin1(word.bytes, problem);
+  if (latin1) return std::move(*latin1);
+  if (charsetError_.empty())
+    charsetError_ = "argument " + std::to_string(word.position) + " \"" + word.bytes + "\" " + problem;
+  return {};
+}
+
 bool Arguments::flag(const std::string& name) {
-  const auto it = std::find(words_.begin(), words_.end(), name);
+  const auto it = find(name);
   if (it == words_.end()) return false;
   words_.erase(it);
-  if (std::find(words_.begin(), words_.end(), name) != words_.end()) fail(name + " given twice");
+  if (find(name) != words_.end()) fail(name + " given twice");
   return true;
 }
 
 std::optional<std::string> Arguments::value(const std::string& name) {
-  const auto it = std::find(words_.begin(), words_.end(), name);
+  const auto it = find(name);
   if (it == words_.end()) return std::nullopt;
   if (it + 1 == words_.end()) {
     fail(name + " needs a value");
     words_.erase(it);
     return std::nullopt;
   }
-  std::string result = *(it + 1);
+  std::string result = text(*(it + 1));
   words_.erase(it, it + 2);
-  if (std::find(words_.begin(), words_.end(), name) != words_.end()) fail(name + " given twice");
+  if (find(name) != words_.end()) fail(name + " given twice");
   return result;
 }
 
@@ -69,15 +82,28 @@ bool Arguments::tableOrQuery(std::string& tableName, std::string& query) {
   return true;
 }
 
-std::vector<std::string> Arguments::operands(size_t min, size_t max) {
-  for (const std::string& word : words_)
-    if (word.size() > 1 && word[0] == '-' && word[1] == '-') {
-      fail("unknown option " + word);
-      return {};
+const std::vector<Word>& Arguments::checkedOperands(size_t min, size_t max) {
+  for (const Word& word : words_)
+    if (word.bytes.size() > 1 && word.bytes[0] == '-' && word.bytes[1] == '-') {
+      fail("unknown option " + text(word));
+      words_.clear();
+      return words_;
     }
   if (words_.size() < min) fail("missing argument");
-  if (words_.size() > max) fail("unexpected argument '" + words_[max] + "'");
+  if (words_.size() > max) fail("unexpected argument '" + text(words_[max]) + "'");
   return words_;
+}
+
+std::vector<std::string> Arguments::operands(size_t min, size_t max) {
+  std::vector<std::string> texts;
+  for (const Word& word : checkedOperands(min, max)) texts.push_back(text(word));
+  return texts;
+}
+
+std::vector<std::string> Arguments::paths(size_t min, size_t max) {
+  std::vector<std::string> bytes;
+  for (const Word& word : checkedOperands(min, max)) bytes.push_back(word.bytes);
+  return bytes;
 }
 
 }  // namespace velda::cli

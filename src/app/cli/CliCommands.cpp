@@ -137,7 +137,7 @@ Action parseNew(Arguments& args) {
 
 Action parseOpen(Arguments& args) {
   const bool ignore = args.flag("--ignore-metadata");
-  const auto words = args.operands(1, 1);
+  const auto words = args.paths(1, 1);
   if (args.failed()) return nullptr;
   const std::string path = words[0];
   return [path, ignore](Session& s) {
@@ -151,7 +151,7 @@ Action parseOpen(Arguments& args) {
 }
 
 Action parseSave(Arguments& args) {
-  const auto words = args.operands(0, 1);
+  const auto words = args.paths(0, 1);
   if (args.failed()) return nullptr;
   if (words.empty())
     return [](Session& s) {
@@ -171,7 +171,7 @@ Action parseSave(Arguments& args) {
 }
 
 Action parseJoin(Arguments& args) {
-  const auto words = args.operands(2, 2);
+  const auto words = args.paths(2, 2);
   if (args.failed()) return nullptr;
   const JoinValues values{words[0], words[1]};
   return [values](Session& s) {
@@ -367,7 +367,7 @@ Action parseExport(Arguments& args, bool hordes) {
   const auto subtitle = args.value("--subtitle");
   const bool reduced = args.flag("--reduced");
   const bool reducedHordes = hordes && args.flag("--reduced-hordes");
-  const auto words = args.operands(1, 1);
+  const auto words = args.paths(1, 1);
   if (args.failed()) return nullptr;
   const std::string file = words[0];
   return [=](Session& s) {
@@ -439,7 +439,7 @@ Action parseVolumeMatrix(Arguments& args) {
 }
 
 Action parseConsoleSave(Arguments& args) {
-  const auto words = args.operands(1, 1);
+  const auto words = args.paths(1, 1);
   if (args.failed()) return nullptr;
   const std::string path = words[0];
   return [path](Session& s) {
@@ -453,7 +453,7 @@ Action parseConsoleSave(Arguments& args) {
 }
 
 Action parseCheck(Arguments& args) {
-  const auto words = args.operands(1, 1);
+  const auto words = args.paths(1, 1);
   if (args.failed()) return nullptr;
   const std::string path = words[0];
   return [path](Session& s) {

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <iostream>
 #include <streambuf>
+#include <vector>
 
 namespace velda::cli {
 
@@ -148,16 +149,6 @@ std::optional<std::string> LocaleCharset::toLatin1(const std::string& text, std:
     latin1.push_back(static_cast<char>(characters[i]));
   }
   return latin1;
-}
-
-std::string convertArguments(const LocaleCharset& charset, std::vector<std::string>& arguments) {
-  for (size_t i = 0; i < arguments.size(); ++i) {
-    std::string problem;
-    std::optional<std::string> latin1 = charset.toLatin1(arguments[i], problem);
-    if (!latin1) return "argument " + std::to_string(i + 1) + " \"" + arguments[i] + "\" " + problem;
-    arguments[i] = std::move(*latin1);
-  }
-  return {};
 }
 
 void convertStandardStreams(const LocaleCharset& charset) {

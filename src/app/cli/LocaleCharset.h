@@ -2,13 +2,13 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace velda::cli {
 
 // The character set of the user's locale, in which velda-cli reads its
 // arguments and writes what it prints. The program itself works in
-// Latin-1: arguments are converted to it, output back from it.
+// Latin-1: arguments are converted to it (file names excepted, which stay
+// the system's bytes), output back from it.
 class LocaleCharset {
  public:
   // The character set that LC_ALL, LC_CTYPE or LANG select. The program's
@@ -29,10 +29,6 @@ class LocaleCharset {
  private:
   std::string codeset_;
 };
-
-// Converts the arguments in place; the usage error naming the first one
-// that cannot be converted, or an empty text.
-std::string convertArguments(const LocaleCharset& charset, std::vector<std::string>& arguments);
 
 // From now on, everything written to standard output and standard error
 // (console lines, messages, tables, the symbolic-file library's lines) is

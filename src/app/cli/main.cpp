@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,8 +41,8 @@ void printUsage(std::FILE* out) {
                "\n"
                "Arguments are read in the locale's character set (LC_ALL, LC_CTYPE,\n"
                "LANG) and converted to Latin-1, the character set of VELDA's names and\n"
-               "files; what is printed is converted back. In the C locale bytes pass\n"
-               "unchanged.\n"
+               "files; what is printed is converted back. File names pass unchanged, as\n"
+               "the system holds them. In the C locale bytes pass unchanged.\n"
                "\n"
                "Questions are answered without asking: \"save current data?\" is No, so a\n"
                "command that replaces changed data without an explicit save discards the\n"
@@ -80,17 +81,27 @@ struct ParsedChain {
   std::vector<Action> actions;
 };
 
-// Parses one command's words; returns the usage error text, empty on success.
-std::string parseCommand(const std::vector<std::string>& words, ParsedChain& chain) {
-  if (words.empty()) return "a command is missing (around \"then\")";
-  const CommandSpec* spec = findCommandSpec(words[0]);
-  if (!spec) return "unknown command '" + words[0] + "'";
-  Arguments arguments(std::vector<std::string>(words.begin() + 1, words.end()));
+// A usage error; `asTyped` when it quotes an argument that the locale's
+// text cannot carry into Latin-1, to be printed before output is converted.
+struct UsageError {
+  std::string text;
+  bool asTyped = false;
+};
+
+// Parses one command's words.
+std::optional<UsageError> parseCommand(std::vector<Word> words, const LocaleCharset& charset, ParsedChain& chain) {
+  if (words.empty()) return UsageError{"a command is missing (around \"then\")"};
+  const std::string name = words[0].bytes;
+  const CommandSpec* spec = findCommandSpec(name);
+  if (!spec) return UsageError{"unknown command '" + name + "'", true};
+  words.erase(words.begin());
+  Arguments arguments(std::move(words), charset);
   Action action = spec->parse(arguments);
-  if (arguments.failed() || !action) return words[0] + ": " + arguments.error();
-  chain.names.push_back(words[0]);
+  if (!arguments.charsetError().empty()) return UsageError{arguments.charsetError(), true};
+  if (arguments.failed() || !action) return UsageError{name + ": " + arguments.error()};
+  chain.names.push_back(name);
   chain.actions.push_back(std::move(action));
-  return {};
+  return std::nullopt;
 }
 
 }  // namespace
@@ -99,9 +110,6 @@ int main(int argc, char** argv) {
   restartWithHugePageHeap(argv);
   std::vector<std::string> args(argv + 1, argv + argc);
   const LocaleCharset charset = LocaleCharset::fromEnvironment();
-  // Printed as given, before output is converted, so the argument reads as typed.
-  if (const std::string error = convertArguments(charset, args); !error.empty()) return usageError(error);
-  convertStandardStreams(charset);
   size_t first = 0;
   bool seeded = false;
   bool showTimes = false;
@@ -125,16 +133,21 @@ int main(int argc, char** argv) {
   if (!seeded) seedRandom15(static_cast<uint32_t>(std::time(nullptr)));
 
   ParsedChain chain;
-  std::vector<std::string> words;
+  std::vector<Word> words;
   for (size_t i = first; i <= args.size(); ++i) {
     if (i < args.size() && args[i] != "then") {
-      words.push_back(args[i]);
+      words.push_back({args[i], i + 1});
       continue;
     }
-    const std::string error = parseCommand(words, chain);
-    if (!error.empty()) return usageError(error);
+    const std::optional<UsageError> error = parseCommand(std::move(words), charset, chain);
+    if (error) {
+      // Printed as given when it quotes an argument, so that it reads as typed.
+      if (!error->asTyped) convertStandardStreams(charset);
+      return usageError(error->text);
+    }
     words.clear();
   }
+  convertStandardStreams(charset);
 
   symlib::SetSymbolicPauseEnabled(true);
   symlib::SetSymbolicMessageBoxHandler([](const std::string& text) { showMessage(text, MessageIcon::Warning); });

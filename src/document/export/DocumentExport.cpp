@@ -3,6 +3,7 @@
 
 #include "common/AtomicFile.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "document/BusyScope.h"
 #include "document/DialogChecks.h"
 #include "document/Document.h"
@@ -97,10 +98,10 @@ bool Document::exportMatrix() {
                                     ActiveVariables(*matrix_, labels, rows, active)
                               : writeAndReadBack(temporary, *matrix_, values.exportReducedAssertions, console_, model);
   if (!prepared) return showFailure();
-  console_.print("%s %s ...", texts.saving, destination.c_str());
+  console_.print("%s %s ...", texts.saving, pathForDisplay(destination).c_str());
   AtomicFile out;
   if (!out.open(destination)) {
-    setError("Can not open destination kvf file %s", destination.c_str());
+    setError("Can not open destination kvf file %s", pathForDisplay(destination).c_str());
     return showFailure();
   }
   const bool saved = table ? writeTable(out.stream(), values.format, *matrix_, labels, rows, destination)
@@ -134,7 +135,7 @@ bool Document::exportHordes() {
   const bool destinationOpen = out.open(destination);
   setModified();
   if (!destinationOpen) {
-    setError("Can not open file %s", destination.c_str());
+    setError("Can not open file %s", pathForDisplay(destination).c_str());
     return showFailure();
   }
   fileRecord_.exportName = destination;
@@ -155,7 +156,7 @@ bool Document::exportHordes() {
             rows);
   bool written;
   if (table) {
-    console_.print("%s %s ...", texts.saving, destination.c_str());
+    console_.print("%s %s ...", texts.saving, pathForDisplay(destination).c_str());
     written = writeTable(out.stream(), values.format, *matrix_, labels, rows, destination);
   } else if (!xml) {
     written = WriteSymbolicRows(out.stream(), *matrix_, labels, rows, &console_);
@@ -171,7 +172,7 @@ bool Document::exportHordes() {
     if (!written || !temporary.finishWriting()) return showFailure();
     symlib::SymbolicFile model;
     if (!temporary.readBack(model, console_)) return showFailure();
-    console_.print("saving XML file %s ...", destination.c_str());
+    console_.print("saving XML file %s ...", pathForDisplay(destination).c_str());
     written = writeModel(model, out.stream(), true, destination);
   }
   written = written && out.commit();

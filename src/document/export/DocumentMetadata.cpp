@@ -4,6 +4,7 @@
 
 #include "common/AtomicFile.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "formats/Codes.h"
 #include "formats/library/MetaData.h"
@@ -97,7 +98,7 @@ bool DocumentMetadata::write(const std::string& path, const SymbolicMatrix& matr
   describeMatrix(matrix, meta);
   AtomicFile file;
   if (!file.open(path) || !symlib::WriteMetadataFile(meta, file.stream()) || !file.commit()) {
-    setError("Can not write file %s", path.c_str());
+    setError("Can not write file %s", pathForDisplay(path).c_str());
     return false;
   }
   return true;

@@ -5,6 +5,7 @@
 #include "common/ConsoleLog.h"
 #include "common/FileStream.h"
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "formats/RsdaTableWriter.h"
 #include "formats/TidyTableWriter.h"
@@ -34,7 +35,7 @@ bool writeTable(std::ostream& out, ExportFormat format, const SymbolicMatrix& ma
                                                          : WriteTidyTable(out, matrix, labels, rows);
   if (!written) return false;
   if (!out.flush()) {
-    setError("Can not write file %s", destination.c_str());
+    setError("Can not write file %s", pathForDisplay(destination).c_str());
     return false;
   }
   return true;
@@ -78,7 +79,7 @@ bool ExportTemporaryFile::readBack(symlib::SymbolicFile& model, ConsoleLog& cons
 bool writeModel(symlib::SymbolicFile& model, std::ostream& out, bool xml, const std::string& destination) {
   const bool written = xml ? symlib::WriteXmlSymbolicFile(model, out) : symlib::WriteSymbolicFileText(model, out);
   if (!written || !out.flush()) {
-    setError("Can not write file %s", destination.c_str());
+    setError("Can not write file %s", pathForDisplay(destination).c_str());
     return false;
   }
   return true;

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "common/LastError.h"
+#include "common/PathText.h"
 #include "common/SafeFiles.h"
 #include "formats/library/SymbolicFile.h"
 #include "formats/library/SymbolicLibrary.h"
@@ -16,7 +17,7 @@ bool checkSymbolicFile(const std::string& path) {
   const bool read = file && readRestOfFile(file, content);
   if (file) std::fclose(file);
   if (!read) {
-    setError("Can not open file %s", path.c_str());
+    setError("Can not open file %s", pathForDisplay(path).c_str());
     return false;
   }
   std::istringstream in(std::move(content));

@@ -55,7 +55,7 @@ QCheckBox* reducedBox(const QString& text, bool available, QWidget* parent) {
 ExportDialog::ExportDialog(const ExportValues& values, QWidget* parent) : QDialog(parent), values_(values) {
   setWindowTitle(QStringLiteral("KORVA export"));
   file_ = new FileField(exportFileRequest(), this);
-  file_->setText(toQt(values.file));
+  file_->setText(pathToQt(values.file));
   format_ = newFormatBox(values.format, this);
   title_ = new QLineEdit(toQt(values.title), this);
   subtitle_ = new QLineEdit(toQt(values.subtitle), this);
@@ -95,7 +95,7 @@ void ExportDialog::onFileChosen(const QString& path) {
 
 void ExportDialog::accept() {
   ExportValues chosen = values_;
-  chosen.file = fromQt(file_->text());
+  chosen.file = pathFromQt(file_->text());
   chosen.format = static_cast<ExportFormat>(format_->currentIndex());
   if (showRefusal(this, checkExportValues(chosen))) return;
   chosen.title = fromQt(title_->text());

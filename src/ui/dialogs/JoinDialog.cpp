@@ -28,8 +28,8 @@ JoinDialog::JoinDialog(const JoinValues& values, QWidget* parent) : QDialog(pare
   setWindowTitle(QStringLiteral("Select files to join"));
   first_ = new FileField(joinFileRequest(), this);
   second_ = new FileField(joinFileRequest(), this);
-  first_->setText(toQt(values.firstFile));
-  second_->setText(toQt(values.secondFile));
+  first_->setText(pathToQt(values.firstFile));
+  second_->setText(pathToQt(values.secondFile));
 
   auto* form = new QFormLayout;
   form->addRow(QStringLiteral("First .gaj file"), first_);
@@ -44,8 +44,8 @@ JoinDialog::JoinDialog(const JoinValues& values, QWidget* parent) : QDialog(pare
 
 void JoinDialog::accept() {
   JoinValues chosen = values_;
-  chosen.firstFile = fromQt(first_->text());
-  chosen.secondFile = fromQt(second_->text());
+  chosen.firstFile = pathFromQt(first_->text());
+  chosen.secondFile = pathFromQt(second_->text());
   if (showRefusal(this, checkJoinValues(chosen))) return;
   values_ = chosen;
   QDialog::accept();

@@ -86,7 +86,7 @@ bool chooseFile(QWidget* parent, const FileRequest& request, FileChoice& choice)
   }
 
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return false;
-  choice.path = fromQt(dialog.selectedFiles().first());
+  choice.path = pathFromQt(dialog.selectedFiles().first());
   choice.filter = chosenFilter(dialog);
   choice.ignoreMetadata = ignoreMetadata && ignoreMetadata->isChecked();
   return true;

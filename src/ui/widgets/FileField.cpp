@@ -27,7 +27,7 @@ void FileField::setText(const QString& text) { edit_->setText(text); }
 void FileField::select() {
   FileChoice choice;
   if (!chooseFile(this, request_, choice)) return;
-  edit_->setText(toQt(choice.path));
+  edit_->setText(pathToQt(choice.path));
   chosenFilter_ = choice.filter;
   emit fileChosen(edit_->text());
 }
