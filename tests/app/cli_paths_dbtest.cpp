@@ -21,46 +21,30 @@ bool contains(const std::string& text, const std::string& part) { return text.fi
 TEST(CliPaths, Utf8FileNamesReachTheFileSystemUnchangedAndReadBackInMessages) {
   SqliteDatabase database(kPeopleSql);
   TempDir dir;
-  ASSERT_EQ(mkdir(dir.file("donn\xc3\xa9"
-                           "es")
-                      .c_str(),
-                  0700),
-            0);
-  const std::string project =
-      "donn\xc3\xa9"
-      "es/\xc3\xa9t\xc3\xa9.gaj";
+  ASSERT_EQ(mkdir(dir.file("donn\u00e9es").c_str(), 0700), 0);
+  const std::string project = "donn\u00e9es/\u00e9t\u00e9.gaj";
   const std::string beyondLatin1 = "\xe6\x97\xa5\xe6\x9c\xac.kvf";  // two CJK characters
-  // One command of the chain per line.
-  // clang-format off
-  CliResult result = runCli(
-      {"connect", database.connectionString(),
-       "then", "new", "--query", "select id, town, income from people",
-       "then", "save", project,
-       "then", "export", "r\xc3\xa9sum\xc3\xa9.kvf",
-       "then", "export", beyondLatin1,
-       "then", "console-save", "console \xc3\xa9t\xc3\xa9.txt"},
-      dir.path(), "C.UTF-8");
-  // clang-format on
+  CliResult result = runCli(chain({{"connect", database.connectionString()},
+                                   {"new", "--query", "select id, town, income from people"},
+                                   {"save", project},
+                                   {"export", "r\u00e9sum\u00e9.kvf"},
+                                   {"export", beyondLatin1},
+                                   {"console-save", "console \u00e9t\u00e9.txt"}}),
+                            dir.path(), "C.UTF-8");
   ASSERT_EQ(result.status, 0) << result.err;
   for (const std::string& name :
-       {project, std::string("r\xc3\xa9sum\xc3\xa9.kvf"), beyondLatin1, std::string("console \xc3\xa9t\xc3\xa9.txt")})
+       {project, std::string("r\u00e9sum\u00e9.kvf"), beyondLatin1, std::string("console \u00e9t\u00e9.txt")})
     EXPECT_EQ(access(dir.file(name).c_str(), R_OK), 0) << name;
   // The console speaks UTF-8: the name once, not its bytes taken for Latin-1.
-  EXPECT_TRUE(contains(result.out, "saving KVF file r\xc3\xa9sum\xc3\xa9.kvf ...")) << result.out;
+  EXPECT_TRUE(contains(result.out, "saving KVF file r\u00e9sum\u00e9.kvf ...")) << result.out;
   EXPECT_TRUE(contains(result.out, "saving KVF file ??.kvf ...")) << result.out;
 
-  result = runCli({"open", project, "then", "check", "r\xc3\xa9sum\xc3\xa9.kvf"}, dir.path(), "C.UTF-8");
+  result = runCli({"open", project, "then", "check", "r\u00e9sum\u00e9.kvf"}, dir.path(), "C.UTF-8");
   EXPECT_EQ(result.status, 0) << result.err;
 
-  result = runCli({"open",
-                   "donn\xc3\xa9"
-                   "es/absent.gaj"},
-                  dir.path(), "C.UTF-8");
+  result = runCli({"open", "donn\u00e9es/absent.gaj"}, dir.path(), "C.UTF-8");
   EXPECT_EQ(result.status, 1);
-  EXPECT_TRUE(contains(result.err,
-                       "Can not open file donn\xc3\xa9"
-                       "es/absent.gaj\n"))
-      << result.err;
+  EXPECT_TRUE(contains(result.err, "Can not open file donn\u00e9es/absent.gaj\n")) << result.err;
 
   // In the C locale a name's bytes pass as they are, both ways.
   result = runCli({"open", "\xe9t\xe9-absent.gaj"}, dir.path(), "C");
