@@ -1,9 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <memory>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -28,6 +28,7 @@ struct ValueEntry {
   double subtreeWeight;  // set by the taxonomy, read instead when there is one
 };
 static_assert(sizeof(ValueEntry) == 24, "the chain link fits beside the index");
+static_assert(std::is_trivially_copyable_v<ValueEntry>, "entries move as bytes");
 
 // The entries of a categorical value, keyed by modality index. It behaves as
 // a ChainedHashTable hashed by the index itself: iteration walks buckets 0 to
@@ -36,10 +37,12 @@ static_assert(sizeof(ValueEntry) == 24, "the chain link fits beside the index");
 // inserts always give the same order.
 //
 // The entries are stored in one array, in insertion order, and chained by
-// position (the link is kept in the entry itself): a large extraction makes about one entry per row and category
-// column, and an array takes about half of what a node per entry takes, and
-// keeps a value's entries together for lookups. The price is that an entry's
-// address is valid only until the next insert or rebuild.
+// position (the link is kept in the entry itself). A large extraction makes
+// about one value per group and variable, and most of them hold a single
+// category: that entry lives inside the table itself, and the array of the
+// buckets' heads is only made once a second bucket is used, so such a value
+// costs no allocation at all. An entry's address is valid only until the
+// next insert or rebuild.
 //
 // A value of a group with many categories outgrows its few buckets: from
 // kIndexedFrom entries on, the table keeps the tail of every chain and an
@@ -47,46 +50,41 @@ static_assert(sizeof(ValueEntry) == 24, "the chain link fits beside the index");
 // constant cost. Without memory for them it walks the chains as before.
 class ValueEntryTable {
   static constexpr uint32_t kEnd = UINT32_MAX;
-  static constexpr size_t kIndexedFrom = 64;
+  static constexpr uint32_t kIndexedFrom = 64;
 
  public:
   using Key = int32_t;
 
-  explicit ValueEntryTable(size_t bucketCount = 1) : heads_(bucketCount == 0 ? 1 : bucketCount, kEnd) {}
+  explicit ValueEntryTable(size_t bucketCount = 1)
+      : bucketCount_(bucketCount == 0 ? 1 : static_cast<uint32_t>(bucketCount)) {}
+  ~ValueEntryTable();
   ValueEntryTable(const ValueEntryTable&) = delete;
   ValueEntryTable& operator=(const ValueEntryTable&) = delete;
-  ValueEntryTable(ValueEntryTable&& other) noexcept
-      : entries_(std::move(other.entries_)),
-        heads_(std::move(other.heads_)),
-        tails_(std::move(other.tails_)),
-        slots_(std::move(other.slots_)) {
-    other.reset();
-  }
+  ValueEntryTable(ValueEntryTable&& other) noexcept { takeFrom(other); }
   ValueEntryTable& operator=(ValueEntryTable&& other) noexcept {
     if (this != &other) {
-      entries_ = std::move(other.entries_);
-      heads_ = std::move(other.heads_);
-      tails_ = std::move(other.tails_);
-      slots_ = std::move(other.slots_);
-      other.reset();
+      release();
+      takeFrom(other);
     }
     return *this;
   }
 
-  size_t size() const { return entries_.size(); }
-  bool empty() const { return entries_.empty(); }
-  size_t bucketCount() const { return heads_.size(); }
+  size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  size_t bucketCount() const { return bucketCount_; }
 
   ValueEntry* find(Key index) {
-    if (!slots_.empty()) {
-      for (size_t slot = slotOf(index);; slot = (slot + 1) & (slots_.size() - 1)) {
-        const uint32_t at = slots_[slot];
+    ValueEntry* entries = data();
+    if (index_) {
+      const std::vector<uint32_t>& positions = index_->positions;
+      for (size_t slot = slotOf(index);; slot = (slot + 1) & (positions.size() - 1)) {
+        const uint32_t at = positions[slot];
         if (at == kEnd) return nullptr;
-        if (entries_[at].index == index) return &entries_[at];
+        if (entries[at].index == index) return &entries[at];
       }
     }
-    for (uint32_t at = heads_[bucketOf(index, heads_.size())]; at != kEnd; at = entries_[at].next_)
-      if (entries_[at].index == index) return &entries_[at];
+    for (uint32_t at = headOf(bucketOf(index, bucketCount_)); at != kEnd; at = entries[at].next_)
+      if (entries[at].index == index) return &entries[at];
     return nullptr;
   }
   const ValueEntry* find(Key index) const { return const_cast<ValueEntryTable*>(this)->find(index); }
@@ -96,79 +94,42 @@ class ValueEntryTable {
   // as it was.
   template <typename... Args>
   ValueEntry& insert(Args&&... args) {
-    entries_.emplace_back(std::forward<Args>(args)...);
-    const auto added = static_cast<uint32_t>(entries_.size() - 1);
-    const size_t bucket = bucketOf(entries_.back().index, heads_.size());
-    if (!slots_.empty()) {
-      uint32_t& tail = tails_[bucket];
-      (tail == kEnd ? heads_[bucket] : entries_[tail].next_) = added;
+    if (size_ == capacity_) grow();
+    ValueEntry* entries = data();
+    ValueEntry& entry = *new (&entries[size_]) ValueEntry(std::forward<Args>(args)...);
+    const size_t bucket = bucketOf(entry.index, bucketCount_);
+    if (!heads_) {
+      if (size_ == 0)
+        headBucket_ = static_cast<uint32_t>(bucket);
+      else if (bucket != headBucket_)
+        spreadHeads();  // throws before the entry counts
+    }
+    const uint32_t added = size_++;
+    uint32_t& head = heads_ ? heads_[bucket] : head_;
+    if (index_) {
+      uint32_t& tail = index_->tails[bucket];
+      (tail == kEnd ? head : entries[tail].next_) = added;
       tail = added;
-      if (2 * entries_.size() > slots_.size())
-        growIndex(2 * slots_.size());  // indexes the new entry with the others
+      if (2 * size_t{size_} > index_->positions.size())
+        growIndex(2 * index_->positions.size());  // indexes the new entry with the others
       else
         addToIndex(added);
     } else {
-      uint32_t* link = &heads_[bucket];
-      while (*link != kEnd) link = &entries_[*link].next_;
+      uint32_t* link = &head;
+      while (*link != kEnd) link = &entries[*link].next_;
       *link = added;
-      if (entries_.size() == kIndexedFrom) startIndex();
+      if (size_ == kIndexedFrom) startIndex();
     }
-    return entries_.back();
+    return entry;
   }
 
   // Removes every entry, keeping the bucket count.
-  void clear() {
-    entries_.clear();
-    std::fill(heads_.begin(), heads_.end(), kEnd);
-    tails_.clear();
-    slots_.clear();
-  }
+  void clear();
 
   // Rehashes into n buckets (0 is taken as 1) and gives back the storage
   // that the entries do not use. Throws std::bad_alloc, and keeps the table
   // unchanged, when the new bucket array cannot be allocated.
-  void rebuild(size_t n) {
-    if (n == 0) n = 1;
-    // The bucket array is reused when it has the room: every value of an
-    // extraction is rebuilt, most of them to fewer buckets than they had.
-    std::vector<uint32_t> fresh;
-    if (n > heads_.capacity()) fresh.reserve(n);
-    // The chains are joined into one list in iteration order; every entry
-    // is then pushed on the head of its new chain, and each chain is
-    // reversed: the order of appending at the tails.
-    uint32_t list = kEnd;
-    uint32_t* last = &list;
-    for (uint32_t head : heads_) {
-      if (head == kEnd) continue;
-      *last = head;
-      uint32_t at = head;
-      while (entries_[at].next_ != kEnd) at = entries_[at].next_;
-      last = &entries_[at].next_;
-    }
-    if (fresh.capacity() > 0) heads_.swap(fresh);
-    heads_.assign(n, kEnd);
-    while (list != kEnd) {
-      const uint32_t at = list;
-      list = entries_[at].next_;
-      uint32_t& chain = heads_[bucketOf(entries_[at].index, n)];
-      entries_[at].next_ = chain;
-      chain = at;
-    }
-    for (uint32_t& chain : heads_) {
-      uint32_t reversed = kEnd;
-      for (uint32_t at = chain; at != kEnd;) {
-        const uint32_t following = entries_[at].next_;
-        entries_[at].next_ = reversed;
-        reversed = at;
-        at = following;
-      }
-      chain = reversed;
-    }
-    entries_.shrink_to_fit();
-    // Rebuilt to as many buckets as entries, the chains are short.
-    std::vector<uint32_t>().swap(tails_);
-    std::vector<uint32_t>().swap(slots_);
-  }
+  void rebuild(size_t n);
 
   template <bool Const>
   class Iterator {
@@ -183,10 +144,10 @@ class ValueEntryTable {
 
     Iterator() = default;
     explicit Iterator(Table* table) : table_(table) { settle(); }
-    reference operator*() const { return table_->entries_[at_]; }
-    pointer operator->() const { return &table_->entries_[at_]; }
+    reference operator*() const { return table_->data()[at_]; }
+    pointer operator->() const { return &table_->data()[at_]; }
     Iterator& operator++() {
-      at_ = table_->entries_[at_].next_;
+      at_ = table_->data()[at_].next_;
       if (at_ == kEnd) {
         ++bucket_;
         settle();
@@ -203,8 +164,8 @@ class ValueEntryTable {
    private:
     // Moves to the head of the first non-empty bucket from bucket_ on.
     void settle() {
-      while (at_ == kEnd && bucket_ < table_->heads_.size()) {
-        at_ = table_->heads_[bucket_];
+      while (at_ == kEnd && bucket_ < table_->bucketCount_) {
+        at_ = table_->headOf(bucket_);
         if (at_ == kEnd) ++bucket_;
       }
     }
@@ -221,56 +182,66 @@ class ValueEntryTable {
   const_iterator end() const { return const_iterator(); }
 
  private:
+  // The tails of the chains and the entries by modality (open addressing
+  // over a power-of-two number of slots), kept from kIndexedFrom entries on.
+  struct Index {
+    std::vector<uint32_t> tails;
+    std::vector<uint32_t> positions;  // the slots: an entry's position or kEnd
+  };
+
   static size_t bucketOf(Key index, size_t n) { return static_cast<uint32_t>(index) % n; }
 
-  // Leaves a moved-from table empty with one bucket.
-  void reset() {
-    entries_.clear();
-    heads_.assign(1, kEnd);
-    tails_.clear();
-    slots_.clear();
+  ValueEntry* data() { return capacity_ == 1 ? &one_ : many_; }
+  const ValueEntry* data() const { return capacity_ == 1 ? &one_ : many_; }
+  uint32_t headOf(size_t bucket) const {
+    if (heads_) return heads_[bucket];
+    return bucket == headBucket_ ? head_ : kEnd;
   }
+  // Makes the array of the heads, with head_ in its bucket; throws
+  // std::bad_alloc, unchanged.
+  void spreadHeads();
+
+  // Doubles the room of the entries; throws std::bad_alloc, unchanged.
+  void grow();
+  // Gives back the room that the entries do not use, when memory allows.
+  void shrinkToFit() noexcept;
+  // Frees what the table owns, leaving the fields to be overwritten.
+  void release() noexcept;
+  // Takes the other table's contents, leaving it empty with one bucket.
+  void takeFrom(ValueEntryTable& other) noexcept;
 
   // The modality numbers are spread before they choose a slot: a group's
   // categories are often numbered close together.
   size_t slotOf(Key index) const {
     return static_cast<size_t>((uint64_t{static_cast<uint32_t>(index)} * 0x9E3779B97F4A7C15ull) >> 40) &
-           (slots_.size() - 1);
+           (index_->positions.size() - 1);
   }
   void addToIndex(uint32_t at) {
-    size_t slot = slotOf(entries_[at].index);
-    while (slots_[slot] != kEnd) slot = (slot + 1) & (slots_.size() - 1);
-    slots_[slot] = at;
+    std::vector<uint32_t>& positions = index_->positions;
+    size_t slot = slotOf(data()[at].index);
+    while (positions[slot] != kEnd) slot = (slot + 1) & (positions.size() - 1);
+    positions[slot] = at;
   }
   // Starts the tails and the index; without memory the chains are walked.
-  void startIndex() noexcept {
-    try {
-      tails_.assign(heads_.size(), kEnd);
-      for (size_t bucket = 0; bucket < heads_.size(); ++bucket)
-        for (uint32_t at = heads_[bucket]; at != kEnd; at = entries_[at].next_) tails_[bucket] = at;
-      growIndex(4 * kIndexedFrom);
-    } catch (const std::bad_alloc&) {
-      tails_.clear();
-      slots_.clear();
-    }
-  }
+  void startIndex() noexcept;
   // Re-indexes every entry over the given number of slots (a power of two
   // at least twice the entries); without memory the index is dropped.
-  void growIndex(size_t count) noexcept {
-    try {
-      slots_.assign(count, kEnd);
-    } catch (const std::bad_alloc&) {
-      tails_.clear();
-      slots_.clear();
-      return;
-    }
-    for (uint32_t at = 0; at < entries_.size(); ++at) addToIndex(at);
-  }
+  void growIndex(size_t count) noexcept;
 
-  std::vector<ValueEntry> entries_;  // in insertion order
-  std::vector<uint32_t> heads_;      // the first entry of each bucket, kEnd when empty
-  std::vector<uint32_t> tails_;      // the last entry of each bucket, while indexed
-  std::vector<uint32_t> slots_;      // entries by modality (open addressing), or empty
+  uint32_t size_ = 0;
+  uint32_t capacity_ = 1;  // 1: the entry is one_, else the array many_
+  uint32_t bucketCount_ = 1;
+  uint32_t headsRoom_ = 0;  // the length of heads_
+  // Without heads_, every bucket is empty but headBucket_, whose head is
+  // head_: so it is with one bucket, or with at most one entry.
+  uint32_t head_ = kEnd;
+  uint32_t headBucket_ = 0;
+  union {
+    ValueEntry one_;
+    ValueEntry* many_ = nullptr;
+  };
+  uint32_t* heads_ = nullptr;  // the chains' heads, once two buckets are used
+  std::unique_ptr<Index> index_;
 };
 
 }  // namespace velda

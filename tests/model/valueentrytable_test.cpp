@@ -105,6 +105,27 @@ TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
   moved.rebuild(0);
   EXPECT_EQ(moved.bucketCount(), 1u);
   EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{8, 3}));
+
+  // A single entry in a single bucket is held in the table itself: the
+  // entry moves in and out of it with its weights through shrinking,
+  // growing again and moving the table.
+  moved.clear();
+  moved.insert(2, 0.25, 0.75);
+  moved.rebuild(1);
+  ValueEntryTable single = std::move(moved);
+  EXPECT_EQ(indexesInOrder(single), (std::vector<int32_t>{2}));
+  EXPECT_EQ(single.find(2)->subtreeWeight, 0.75);
+  EXPECT_TRUE(moved.empty());
+  single.insert(4, 4.0);
+  single.insert(1, 1.0);
+  // Walks 2, 4, 1 into 3 buckets: 1 -> 4, 1; 2 -> 2.
+  single.rebuild(3);
+  EXPECT_EQ(indexesInOrder(single), (std::vector<int32_t>{4, 1, 2}));
+  EXPECT_EQ(single.find(2)->weight, 0.25);
+  EXPECT_EQ(single.find(1)->weight, 1.0);
+  moved = std::move(single);
+  EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{4, 1, 2}));
+  EXPECT_EQ(single.find(4), nullptr);
 }
 
 }  // namespace
