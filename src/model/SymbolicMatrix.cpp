@@ -210,11 +210,19 @@ bool SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
   return true;
 }
 
-bool SymbolicMatrix::finish(bool sampled) {
+bool SymbolicMatrix::finish(MemberCells cells) {
   if (!individuals.empty()) individuals.rebuild(individuals.size());
   if (!assertions.empty()) assertions.rebuild(assertions.size());
 
-  if (sampled) {
+  std::vector<size_t> categorical;
+  for (size_t v = 0; v < variables_.size(); ++v) {
+    if (!variables_[v]->isCategorical()) continue;
+    auto& variable = static_cast<CategoricalVariable&>(*variables_[v]);
+    if (variable.modalityCount() > 0) variable.compact();
+    categorical.push_back(v);
+  }
+
+  if (cells == MemberCells::ByIndividual) {
     for (const Individual& individual : individuals) {
       bool ok = true;
       individual.forEachAssertion([&](Assertion* a) { ok = ok && addMember(*a, individual); });
@@ -224,22 +232,35 @@ bool SymbolicMatrix::finish(bool sampled) {
       }
     }
   }
-
-  for (size_t v = 0; v < variables_.size(); ++v) {
-    if (!variables_[v]->isCategorical()) continue;
-    auto& variable = static_cast<CategoricalVariable&>(*variables_[v]);
-    if (variable.modalityCount() > 0) variable.compact();
-    compactValues(v);
+  // Each assertion is completed in turn, so that its values stay in the
+  // processor's cache from its first member's cells to their compaction.
+  // The rows of a group are scattered over the query; added here, in link
+  // order, they make the same sums and the same order of categories as
+  // row by row.
+  for (Assertion& a : assertions) {
+    if (cells == MemberCells::ByAssertion) {
+      // The member list has its final length: its spare room, given back
+      // now, is reused by the values built next.
+      a.members.shrink_to_fit();
+      for (const Individual* member : a.members) {
+        if (addMember(a, *member)) continue;
+        setError("Memory allocation failed");
+        return false;
+      }
+    }
+    for (size_t v : categorical) compactValue(a, v);
   }
   return true;
 }
 
 void SymbolicMatrix::compactValues(size_t v) {
   if (!variables_[v]->isCategorical()) return;
-  for (Assertion& a : assertions) {
-    auto& value = static_cast<CategoricalValue&>(*a.values[v]);
-    if (!value.entries.empty()) value.entries.rebuild(value.entries.size());
-  }
+  for (Assertion& a : assertions) compactValue(a, v);
+}
+
+void SymbolicMatrix::compactValue(Assertion& a, size_t v) {
+  auto& value = static_cast<CategoricalValue&>(*a.values[v]);
+  if (!value.entries.empty()) value.entries.rebuild(value.entries.size());
 }
 
 int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {

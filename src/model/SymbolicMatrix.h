@@ -102,10 +102,16 @@ class SymbolicMatrix {
   // its members again.
   [[nodiscard]] bool recomputeAssertion(Assertion& assertion);
 
-  // Compacts the tables after an extraction; with sampling, first adds every
-  // individual to the assertions of its membership. Returns false (with
-  // "Memory allocation failed" set) on failure.
-  [[nodiscard]] bool finish(bool sampled);
+  // How finish() adds the members' cells to the values.
+  enum class MemberCells {
+    Added,         // they are in the values already
+    ByIndividual,  // every individual to the assertions of its membership
+    ByAssertion,   // every assertion's members, in link order
+  };
+  // Completes an extraction: adds the members' cells to the values and
+  // compacts the tables. Returns false (with "Memory allocation failed"
+  // set) on failure.
+  [[nodiscard]] bool finish(MemberCells cells);
   // Rebuilds the value tables of a categorical variable (in every
   // assertion) to as many buckets as entries: the order that a saved and
   // reopened project has. Throws std::bad_alloc, each table left as it was.
@@ -182,6 +188,9 @@ class SymbolicMatrix {
  private:
   SymbolicMatrix(size_t individualBuckets, size_t assertionBuckets);
   void recountKinds();
+  // Rebuilds one assertion's value of categorical variable v (see
+  // compactValues).
+  static void compactValue(Assertion& a, size_t v);
 
   std::vector<std::unique_ptr<SymbolicVariable>> variables_;
   // One mark per variable: set when a rule makes it a daughter.

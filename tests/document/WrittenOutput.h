@@ -97,7 +97,7 @@ inline std::unique_ptr<SymbolicMatrix> randomMatrix(const Choose& choose, uint32
       static_cast<void>(matrix.variable(v).addCell(category.c_str(), unused));
     break;
   }
-  if (!matrix.finish(false)) return nullptr;
+  if (!matrix.finish(SymbolicMatrix::MemberCells::Added)) return nullptr;
   // A dependence between two categorical variables, when there are two.
   std::vector<int32_t> categorical;
   for (size_t v = 0; v < matrix.cellCount(); ++v)

@@ -229,7 +229,7 @@ TEST(ProjectReadBack, RulesAndRecomputedDaughtersKeepTheirOrder) {
   for (int i = 0; i < 5; ++i) people.push_back(&hand.person(std::to_string(i).c_str(), {names[i], names[i]}));
   hand.group("g", {people[1], people[4]});
   hand.group("h", {people[0], people[2], people[3]});
-  ASSERT_EQ(hand.matrix->finish(false), 1);
+  ASSERT_EQ(hand.matrix->finish(SymbolicMatrix::MemberCells::Added), 1);
 
   RuleGroup group;
   const int32_t applicable[] = {1, 4};

@@ -127,29 +127,33 @@ TEST(SymbolicMatrix, AddsMembersWithWeightsAndOnlyOverCellHoldingVariables) {
   EXPECT_EQ(m.written(group, 0), "(1(3),2(1))");
 }
 
-TEST(SymbolicMatrix, FinishCompactsTablesAndAccumulatesSampledMembers) {
-  SmallMatrix m;
-  Assertion& a = m.matrix->createAssertion("a");
-  Assertion& b = m.matrix->createAssertion("b");
-  for (const char* id : {"i1", "i2", "i3"}) m.matrix->link(m.person(id, {"Lyon", "1"}), a);
-  m.matrix->link(*m.matrix->findIndividual("i3"), b);
-  m.matrix->createAssertion("empty");
+// The members' cells reach the values the same, added per individual (with
+// sampling) or per assertion.
+TEST(SymbolicMatrix, FinishCompactsTablesAndAccumulatesTheMembers) {
+  for (const auto cells : {SymbolicMatrix::MemberCells::ByIndividual, SymbolicMatrix::MemberCells::ByAssertion}) {
+    SmallMatrix m;
+    Assertion& a = m.matrix->createAssertion("a");
+    Assertion& b = m.matrix->createAssertion("b");
+    for (const char* id : {"i1", "i2", "i3"}) m.matrix->link(m.person(id, {"Lyon", "1"}), a);
+    m.matrix->link(*m.matrix->findIndividual("i3"), b);
+    m.matrix->createAssertion("empty");
 
-  ASSERT_EQ(m.matrix->finish(true), 1);
-  EXPECT_EQ(m.matrix->individuals.bucketCount(), 3u);
-  EXPECT_EQ(m.matrix->assertions.bucketCount(), 3u);
-  for (const char* id : {"i1", "i2", "i3"}) EXPECT_NE(m.matrix->findIndividual(id), nullptr);
-  EXPECT_EQ(m.matrix->findAssertion("b")->memberCount, 1);
-  EXPECT_EQ(m.matrix->findAssertion("a")->memberCount, 3);
-  EXPECT_EQ(m.written(*m.matrix->findAssertion("a"), 0), "(1(1))");
-  auto& town = static_cast<CategoricalVariable&>(m.matrix->variable(0));
-  EXPECT_EQ(town.modalities.bucketCount(), 1u);
-  EXPECT_EQ(m.written(*m.matrix->findAssertion("empty"), 0), "NU");
+    ASSERT_EQ(m.matrix->finish(cells), 1);
+    EXPECT_EQ(m.matrix->individuals.bucketCount(), 3u);
+    EXPECT_EQ(m.matrix->assertions.bucketCount(), 3u);
+    for (const char* id : {"i1", "i2", "i3"}) EXPECT_NE(m.matrix->findIndividual(id), nullptr);
+    EXPECT_EQ(m.matrix->findAssertion("b")->memberCount, 1);
+    EXPECT_EQ(m.matrix->findAssertion("a")->memberCount, 3);
+    EXPECT_EQ(m.written(*m.matrix->findAssertion("a"), 0), "(1(1))");
+    auto& town = static_cast<CategoricalVariable&>(m.matrix->variable(0));
+    EXPECT_EQ(town.modalities.bucketCount(), 1u);
+    EXPECT_EQ(m.written(*m.matrix->findAssertion("empty"), 0), "NU");
+  }
 }
 
 TEST(SymbolicMatrix, EmptyTablesKeepTheirBucketsAndCountersGrowByHundred) {
   auto matrix = SymbolicMatrix::create();
-  ASSERT_EQ(matrix->finish(false), 1);
+  ASSERT_EQ(matrix->finish(SymbolicMatrix::MemberCells::Added), 1);
   EXPECT_EQ(matrix->individuals.bucketCount(), SymbolicMatrix::kIndividualBuckets);
   EXPECT_EQ(matrix->assertions.bucketCount(), SymbolicMatrix::kAssertionBuckets);
   EXPECT_EQ(matrix->sampleCounters.size(), 999u);

@@ -222,32 +222,13 @@ void ExtractionBuilder::dropMembership(Individual& individual, Assertion& assert
   if (!individual.hasMembership()) matrix_->removeIndividual(individual);
 }
 
-// Without sampling every linked member stays, so each assertion's values are
-// the sums over its members in link order. They are added here, one assertion
-// at a time, rather than row by row: the rows of a group are scattered over
-// the query, and one group's values then stay in the processor's cache while
-// its members are added. The sums and the order in which categories enter the
-// values are the same as row by row.
-bool ExtractionBuilder::addMembers() {
-  for (Assertion& assertion : matrix_->assertions) {
-    // The member list has its final length: its spare room, given back
-    // now, is reused by the values built next.
-    assertion.members.shrink_to_fit();
-    for (const Individual* member : assertion.members) {
-      if (matrix_->addMember(assertion, *member)) continue;
-      setError("Memory allocation failed");
-      return false;
-    }
-  }
-  return true;
-}
-
 std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
   matrix_->rowsRead = rowsRead;
   matrix_->individuals.trackTails(false);
   matrix_->assertions.trackTails(false);
-  if (sampleSize_ == 0 && !addMembers()) return nullptr;
-  if (!matrix_->finish(sampleSize_ > 0)) return nullptr;
+  if (!matrix_->finish(sampleSize_ > 0 ? SymbolicMatrix::MemberCells::ByIndividual
+                                       : SymbolicMatrix::MemberCells::ByAssertion))
+    return nullptr;
   if (!matrix_->indexAssertions()) {
     setError("Memory allocation failed");
     return nullptr;

@@ -59,7 +59,6 @@ class ExtractionBuilder {
   Assertion& assertionNamed(const char* id, uint64_t hash);
   void sample(Individual& newcomer, Assertion& assertion);
   void dropMembership(Individual& individual, Assertion& assertion);
-  [[nodiscard]] bool addMembers();
 
   std::unique_ptr<SymbolicMatrix> matrix_;
   size_t variableCount_;
