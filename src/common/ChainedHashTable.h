@@ -320,9 +320,16 @@ class ChainedHashTable {
   // std::bad_alloc leaving the index as it was.
   void growIndex(size_t slotCount) {
     while (slotCount < 2 * (count_ + 1)) slotCount *= 2;
-    std::vector<IndexSlot> fresh(slotCount);
-    index_.swap(fresh);
-    reindex();
+    std::vector<IndexSlot> old(slotCount);
+    index_.swap(old);
+    if (old.empty()) {
+      reindex();
+      return;
+    }
+    // The old slots hold every node with its hash: they are moved over
+    // without reading the nodes, scattered in memory, again.
+    for (const IndexSlot& slot : old)
+      if (slot.node) addToIndex(slot.node, slot.hash);
   }
   void reindex() {
     std::fill(index_.begin(), index_.end(), IndexSlot{});
