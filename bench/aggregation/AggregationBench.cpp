@@ -5,6 +5,7 @@
 //   velda-bench-aggregation indb CONNECTION SQL
 //   velda-bench-aggregation queries CONNECTION SQL
 //   velda-bench-aggregation server CONNECTION SQL
+//   velda-bench-aggregation sql CONNECTION SQL
 //
 // Each mode prints "name value" lines: elapsed seconds, the processor time
 // of the process (user and system, steadier than elapsed time on a shared
@@ -13,7 +14,8 @@
 // chosen the same way, through a plain ODBC loop that fetches every value as
 // text and keeps nothing. "server" runs them under EXPLAIN ANALYZE
 // (PostgreSQL) and gives the execution time that the server reports for
-// each and their sum: the share of the work that no client can save.
+// each and their sum: the share of the work that no client can save. "sql"
+// prints their texts, one a line.
 #include <sql.h>
 #include <sqlext.h>
 #include <sys/resource.h>
@@ -184,10 +186,18 @@ int serverTimes(const velda::Connection& connection, const std::string& sql) {
   return 0;
 }
 
+// The same queries' texts, one a line, to run by hand.
+int printQueries(const velda::Connection& connection, const std::string& sql) {
+  std::vector<std::string> texts;
+  if (!aggregateQueries(connection, sql, texts)) return fail(velda::lastError());
+  for (const std::string& text : texts) std::printf("%s\n", text.c_str());
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 4) return fail("usage: client|indb|queries|server CONNECTION SQL");
+  if (argc != 4) return fail("usage: client|indb|queries|server|sql CONNECTION SQL");
   const std::string mode = argv[1];
   std::unique_ptr<velda::Connection> connection = velda::Connection::open(argv[2]);
   if (!connection) return fail(velda::lastError());
@@ -195,5 +205,6 @@ int main(int argc, char** argv) {
   if (mode == "indb") return report(velda::aggregateInDatabase(*connection, argv[3], false));
   if (mode == "queries") return bareQueries(*connection, argv[3]);
   if (mode == "server") return serverTimes(*connection, argv[3]);
+  if (mode == "sql") return printQueries(*connection, argv[3]);
   return fail("unknown mode " + mode);
 }

@@ -6,8 +6,10 @@
 # then measures in separate processes (a) the client-side extraction, (b) the
 # extraction aggregated in the database and (c) the same aggregate queries
 # run alone through a bare ODBC loop, and reports (s) the execution time
-# that the server gives for those queries under EXPLAIN ANALYZE. Small counts
-# make a quick check, e.g.
+# that the server gives for those queries under EXPLAIN ANALYZE. (b) and (c)
+# take turns VELDA_BENCH_AGGREGATION_RUNS times (default 3) and each reports
+# its median run, so that a burst of load on a shared machine does not decide
+# their ratio. Small counts make a quick check, e.g.
 #   VELDA_BENCH_AGGREGATION_ROWS="20000 60000" scripts/with-postgres.sh bench/aggregation/run.sh build
 #
 # Every individual has one row. Each group sees the same categories at every
@@ -21,9 +23,18 @@ bin="$build/bin/velda-bench-aggregation"
 exec_sql="$build/bin/velda-bench-extraction"
 connection="${VELDA_PG_CONN:?run under scripts/with-postgres.sh}"
 sizes=${VELDA_BENCH_AGGREGATION_ROWS:-"1000000 20000000"}
+runs=${VELDA_BENCH_AGGREGATION_RUNS:-3}
 select="select id, grp, r1, r2, r3, r4, i1, i2, c1, c2, c3, c4 from bench_groups"
 
 field() { awk -v key="$1" '$1 == key { print $2 }' <<<"$2"; }
+
+# The report, among those given, of the run with the median elapsed time.
+median_run() {
+  local reports=("$@") middle
+  middle=$(for i in "${!reports[@]}"; do echo "$(field seconds "${reports[$i]}") $i"; done |
+             sort -n | awk -v at=$((($# + 1) / 2)) 'NR == at { print $2 }')
+  printf '%s\n' "${reports[$middle]}"
+}
 
 # One statement that writes no log: the quickest way PostgreSQL has to make
 # the table. k numbers the rows of a group.
@@ -52,8 +63,14 @@ for rows in $sizes; do
   make_table "$rows"
   made=$(($(date +%s) - start))
   client=$("$bin" client "$connection" "$select")
-  indb=$("$bin" indb "$connection" "$select")
-  queries=$("$bin" queries "$connection" "$select")
+  indb_runs=()
+  queries_runs=()
+  for ((run = 0; run < runs; ++run)); do
+    indb_runs+=("$("$bin" indb "$connection" "$select")")
+    queries_runs+=("$("$bin" queries "$connection" "$select")")
+  done
+  indb=$(median_run "${indb_runs[@]}")
+  queries=$(median_run "${queries_runs[@]}")
   server=$("$bin" server "$connection" "$select")
   if [[ $(field assertions "$client") != $(field assertions "$indb") ||
         $(field individuals "$client") != $(field individuals "$indb") ||

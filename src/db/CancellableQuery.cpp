@@ -8,6 +8,7 @@
 #include <future>
 #include <mutex>
 #include <new>
+#include <vector>
 
 #include "common/LastError.h"
 #include "common/Progress.h"
@@ -22,22 +23,56 @@ namespace {
 
 constexpr auto kPollPeriod = std::chrono::milliseconds(50);
 constexpr size_t kValueCapacity = 254;
+constexpr size_t kValueBytes = kValueCapacity + 1;
+// Rows fetched by one call: the driver's cost is mostly per call, and an
+// aggregate may send a million rows.
+constexpr size_t kBlockRows = 256;
 
-// Reads column i of the current row as text; false on a driver error.
-[[nodiscard]] bool readValue(SQLHSTMT stmt, SQLUSMALLINT column, std::optional<std::string>& value) {
-  char buffer[kValueCapacity + 1] = {};
-  SQLLEN length = 0;
-  const SQLRETURN rc = SQLGetData(stmt, column, SQL_C_CHAR, buffer, sizeof buffer, &length);
-  if (!SQL_SUCCEEDED(rc)) return false;
-  if (length == SQL_NULL_DATA) {
-    value.reset();
+// Buffers bound to every column of a result, kBlockRows rows deep (one row
+// deep when the driver does not fetch blocks). Must outlive the statement's
+// use of them: declared before the statement handle.
+class RowBlock {
+ public:
+  // Asks for blocks of rows; before the statement executes.
+  void requestBlocks(SQLHSTMT stmt) {
+    SQLULEN rows = kBlockRows;
+    if (!SQL_SUCCEEDED(SQLSetStmtAttr(stmt, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0)) ||
+        !SQL_SUCCEEDED(SQLGetStmtAttr(stmt, SQL_ATTR_ROW_ARRAY_SIZE, &rows, 0, nullptr)) || rows == 0)
+      rows = 1;
+    rows_ = static_cast<size_t>(rows);
+  }
+  // Binds the executed statement's columns; false on a driver error.
+  [[nodiscard]] bool bind(SQLHSTMT stmt, size_t columns) {
+    text_.assign(columns * rows_ * kValueBytes, '\0');
+    lengths_.assign(columns * rows_, 0);
+    if (!SQL_SUCCEEDED(SQLSetStmtAttr(stmt, SQL_ATTR_ROWS_FETCHED_PTR, &fetched_, 0))) return false;
+    for (size_t c = 0; c < columns; ++c)
+      if (!SQL_SUCCEEDED(SQLBindCol(stmt, static_cast<SQLUSMALLINT>(c + 1), SQL_C_CHAR, &text_[c * rows_ * kValueBytes],
+                                    static_cast<SQLLEN>(kValueBytes), &lengths_[c * rows_])))
+        return false;
     return true;
   }
-  const size_t kept = strnlen(buffer, kValueCapacity);
-  const bool cut = length == SQL_NO_TOTAL || length > static_cast<SQLLEN>(kept);
-  value.emplace(buffer, trimFetchedText(buffer, decodeFetchedText(buffer, kept, cut)));
-  return true;
-}
+  // The rows that the last fetch brought.
+  size_t fetched() const { return rows_ == 1 ? 1 : static_cast<size_t>(fetched_); }
+  // Copies value (row, column) of the block, trimmed.
+  void read(size_t row, size_t column, std::optional<std::string>& value) {
+    const SQLLEN length = lengths_[column * rows_ + row];
+    if (length == SQL_NULL_DATA) {
+      value.reset();
+      return;
+    }
+    char* text = &text_[(column * rows_ + row) * kValueBytes];
+    const size_t kept = strnlen(text, kValueCapacity);
+    const bool cut = length == SQL_NO_TOTAL || length > static_cast<SQLLEN>(kept);
+    value.emplace(text, trimFetchedText(text, decodeFetchedText(text, kept, cut)));
+  }
+
+ private:
+  size_t rows_ = 1;
+  SQLULEN fetched_ = 0;
+  std::vector<char> text_;       // column after column, kValueBytes a value
+  std::vector<SQLLEN> lengths_;  // in the same order; SQL_NULL_DATA for NULL
+};
 
 enum class Ending { Done, DriverError, Refused, Cancelled };
 
@@ -79,8 +114,9 @@ class CancelGate {
 
 // Executes the statement and hands every row to the sink; runs beside the
 // user-interface thread. A driver error is left in the statement.
-Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sink, CancelGate& gate) {
+Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sink, CancelGate& gate, RowBlock& block) {
   if (!gate.enterExecution()) return Ending::Cancelled;
+  block.requestBlocks(stmt);
   const SQLRETURN executed = SQLExecDirect(stmt, reinterpret_cast<SQLCHAR*>(const_cast<char*>(sql.c_str())),
                                            static_cast<SQLINTEGER>(sql.size()));
   if (!gate.leaveExecution()) return Ending::Cancelled;
@@ -88,13 +124,16 @@ Ending executeAndFetch(SQLHSTMT stmt, const std::string& sql, const RowSink& sin
   SQLSMALLINT columns = 0;
   if (!SQL_SUCCEEDED(SQLNumResultCols(stmt, &columns))) return Ending::DriverError;
   TextRow row(static_cast<size_t>(columns < 0 ? 0 : columns));
+  if (!block.bind(stmt, row.size())) return Ending::DriverError;
   while (!gate.cancelled()) {
     const SQLRETURN rc = SQLFetch(stmt);
     if (rc == SQL_NO_DATA) return Ending::Done;
     if (!SQL_SUCCEEDED(rc)) return Ending::DriverError;
-    for (size_t c = 0; c < row.size(); ++c)
-      if (!readValue(stmt, static_cast<SQLUSMALLINT>(c + 1), row[c])) return Ending::DriverError;
-    if (!sink(row)) return Ending::Refused;
+    for (size_t r = 0; r < block.fetched(); ++r) {
+      if (r > 0 && gate.cancelled()) return Ending::Cancelled;
+      for (size_t c = 0; c < row.size(); ++c) block.read(r, c, row[c]);
+      if (!sink(row)) return Ending::Refused;
+    }
   }
   return Ending::Cancelled;
 }
@@ -110,6 +149,7 @@ void reportDriverError(SQLHSTMT stmt) {
 }  // namespace
 
 bool runCancellableQuery(const Connection& connection, const std::string& sql, const RowSink& sink) {
+  RowBlock block;
   StatementHandle statement(connection.handle());
   if (!statement.valid()) {
     setError("Memory allocation failed");
@@ -118,7 +158,7 @@ bool runCancellableQuery(const Connection& connection, const std::string& sql, c
   CancelGate gate;
   std::future<Ending> done = std::async(std::launch::async, [&] {
     try {
-      return executeAndFetch(statement.get(), sql, sink, gate);
+      return executeAndFetch(statement.get(), sql, sink, gate, block);
     } catch (const std::bad_alloc&) {
       setError("Memory allocation failed");
       return Ending::Refused;

@@ -6,6 +6,7 @@
 
 #include "common/Progress.h"
 #include "db/AggregationChecks.h"
+#include "db/GroupsText.h"
 #include "support/OpenConnection.h"
 #include "support/PgDatabase.h"
 #include "support/Recorders.h"
@@ -30,6 +31,34 @@ TEST(AggregationPostgres, OneRowPerIndividualGivesTheClientSideAssertions) {
   auto connection = openConnection(db.connectionString());
   ASSERT_TRUE(connection);
   test::expectOneRowPerIndividualAsClientSide(*connection, [&](const std::string& sql) { return db.run(sql); });
+}
+
+// PostgreSQL sends the rows of a grouping in the order of its hash table,
+// unrelated to the names. Every group g100..g399 holds categories 1 and 19
+// (c10 and c28; group a holds those between), which share a bucket of the
+// value both before and after the extraction compacts it, where they stay
+// in the order they were added: they must come in the order of their
+// numbers in every group, as they do on a driver that sorts. The rows are
+// more than one block of a fetch.
+TEST(AggregationPostgres, WritesEachGroupsCategoriesInTheOrderOfTheirNumbers) {
+  PgDatabase db;
+  ASSERT_TRUE(db.available());
+  ASSERT_TRUE(
+      db.run("create table o as select cast(n as varchar(8)) as id, cast('g' || n / 2 as varchar(8)) as grp,"
+             " cast(case when n % 2 = 0 then 'c28' else 'c10' end as varchar(3)) as c"
+             " from generate_series(200, 799) as n union all"
+             " select cast('x' || k as varchar(8)), 'a', cast('c' || 10 + k as varchar(3))"
+             " from generate_series(1, 17) as k;"));
+  auto connection = openConnection(db.connectionString());
+  ASSERT_TRUE(connection);
+  ExtractionResult result = aggregateInDatabase(*connection, "select id, grp, c from o", false);
+  ASSERT_TRUE(result.matrix) << lastError();
+  std::string expected;
+  for (int group = 100; group < 400; ++group) expected += "g" + std::to_string(group) + ": = (1(0.5),19(0.5))\n";
+  const std::string written = test::groupsText(*result.matrix);
+  const size_t groups = written.find("\ng100: ");
+  ASSERT_TRUE(written.rfind("a: = ", 0) == 0 && groups != std::string::npos) << written;
+  EXPECT_EQ(written.substr(groups + 1), expected);
 }
 
 TEST(AggregationPostgres, CancelInterruptsTheRunningAggregate) {

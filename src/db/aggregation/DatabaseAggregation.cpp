@@ -3,8 +3,10 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <functional>
 #include <new>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "common/Decimal.h"
@@ -40,6 +42,61 @@ double numberOf(const std::optional<std::string>& value) { return value ? parseD
   return true;
 }
 
+// Numbers names in the order they first come, 0, 1, 2... The aggregates
+// send one row per group and category in whatever order the database's
+// hash tables give them, and every row looks up two names: a flat table of
+// (hash, number) slots keeps each lookup to a few cache lines.
+class NameNumbers {
+ public:
+  // The name's number; an unknown name gets the next one.
+  int32_t number(const std::string& name) {
+    const auto [slot, found] = probe(name);
+    if (found) return slots_[slot].number;
+    names_.push_back(name);
+    const auto number = static_cast<int32_t>(names_.size() - 1);
+    slots_[slot] = {hashOf(name), number};
+    if (2 * names_.size() > slots_.size()) grow();
+    return number;
+  }
+  // The name's number, -1 when unknown.
+  int32_t find(const std::string& name) const {
+    const auto [slot, found] = probe(name);
+    return found ? slots_[slot].number : -1;
+  }
+  const std::string& name(int32_t number) const { return names_[static_cast<size_t>(number)]; }
+  size_t size() const { return names_.size(); }
+
+ private:
+  struct Slot {
+    uint32_t hash = 0;
+    int32_t number = -1;  // -1: empty
+  };
+  static uint32_t hashOf(const std::string& name) { return static_cast<uint32_t>(std::hash<std::string_view>()(name)); }
+  // The slot that holds the name, or the empty one where it would go.
+  std::pair<size_t, bool> probe(const std::string& name) const {
+    const uint32_t hash = hashOf(name);
+    const size_t mask = slots_.size() - 1;
+    for (size_t slot = hash & mask;; slot = (slot + 1) & mask) {
+      const Slot& at = slots_[slot];
+      if (at.number < 0) return {slot, false};
+      if (at.hash == hash && names_[static_cast<size_t>(at.number)] == name) return {slot, true};
+    }
+  }
+  void grow() {
+    std::vector<Slot> slots(2 * slots_.size());
+    for (const Slot& at : slots_) {
+      if (at.number < 0) continue;
+      size_t slot = at.hash & (slots.size() - 1);
+      while (slots[slot].number >= 0) slot = (slot + 1) & (slots.size() - 1);
+      slots[slot] = at;
+    }
+    slots_.swap(slots);
+  }
+
+  std::vector<std::string> names_;
+  std::vector<Slot> slots_ = std::vector<Slot>(64);
+};
+
 class Aggregation {
  public:
   Aggregation(const Connection& connection, SymbolicMatrix& matrix, const AggregateSql& sql)
@@ -59,7 +116,6 @@ class Aggregation {
   [[nodiscard]] bool run(const std::string& sql, size_t width, const RowSink& sink);
   [[nodiscard]] bool runForOneRow(const std::string& sql, size_t width, TextRow& row);
   Assertion& groupNamed(const std::string& name);
-  Assertion* knownGroup(const std::string& name);
   [[nodiscard]] bool addCell(Assertion& assertion, size_t variable, const char* text, double weight);
 
   const Connection& connection_;
@@ -67,10 +123,24 @@ class Aggregation {
   const AggregateSql& sql_;
   // Whether some individual has several rows, known after the count.
   AggregateSql::Rows rows_ = AggregateSql::Rows::Repeated;
-  // The groups by name: the matrix's table keeps the few buckets of an
-  // extraction's start, too few for lookups at every row.
-  std::unordered_map<std::string, Assertion*> groups_;
-  Assertion* lastGroup_ = nullptr;
+  // The groups by name and by number: the matrix's table keeps the few
+  // buckets of an extraction's start, too few for lookups at every row.
+  NameNumbers groupNumbers_;
+  std::vector<Assertion*> groups_;
+  // The rows of the categories of one variable in a compact form, kept until
+  // all category names are known; reused from one variable to the next.
+  struct Weighed {
+    int32_t group;     // its place in groups_
+    int32_t category;  // its number in the names, -1 for the individuals without one
+    double weight;
+  };
+  // Adds the rows, once their names are known, to the values of the variable.
+  [[nodiscard]] bool weighCategories(size_t variable, const NameNumbers& names);
+
+  std::vector<Weighed> weighed_;
+  // The same rows group by group, each category given by its place in the
+  // byte order of the names (the individuals without one last).
+  std::vector<Weighed> byGroup_;
 };
 
 bool Aggregation::run(const std::string& sql, size_t width, const RowSink& sink) {
@@ -129,9 +199,9 @@ bool Aggregation::checkIndividuals(long& individuals) {
 // Values that differ only in blanks at their ends name the same group, as
 // fetched texts are trimmed.
 Assertion& Aggregation::groupNamed(const std::string& name) {
-  Assertion*& group = groups_[name];
-  if (!group) group = &matrix_.createAssertion(name);
-  return *group;
+  const auto number = static_cast<size_t>(groupNumbers_.number(name));
+  if (number == groups_.size()) groups_.push_back(&matrix_.createAssertion(name));
+  return *groups_[number];
 }
 
 bool Aggregation::addCell(Assertion& assertion, size_t variable, const char* text, double weight) {
@@ -164,58 +234,64 @@ bool Aggregation::readGroups() {
   });
 }
 
-// The group of a row of the categories. Rows of one group often come
-// together, so the last one found is tried first.
-Assertion* Aggregation::knownGroup(const std::string& name) {
-  if (lastGroup_ && lastGroup_->id == name) return lastGroup_;
-  const auto group = groups_.find(name);
-  if (group == groups_.end()) {
-    setError("Error: group '%s' appeared while the database was aggregating", name.c_str());
-    return nullptr;
-  }
-  return lastGroup_ = group->second;
-}
-
 // The categories enter the variable in ascending byte order of their names,
 // whatever the order of the rows: the rows are kept in a compact form (one
 // entry per group and category, as many as the values will hold) until all
-// names are known.
+// names are known. They then go to the values group by group, each group's
+// in the order of its categories, so that a value's entries are written
+// while they are at hand and come in the same order whatever the order of
+// the rows.
 bool Aggregation::readCategories(size_t variable) {
   progressLine2("Weighing the categories of '%s'", matrix_.variable(variable).name.c_str());
-  struct Weighed {
-    Assertion* assertion;
-    int32_t name;  // -1: the individuals without a category
-    double weight;
-  };
-  std::unordered_map<std::string, int32_t> names;
-  std::vector<Weighed> weighed;
+  NameNumbers names;
+  weighed_.clear();
   const bool read = run(sql_.categories(variable, rows_), 3, [&](const TextRow& row) {
     if (!row[0]) return true;
-    Assertion* group = knownGroup(*row[0]);
-    if (!group) return false;
-    int32_t name = -1;
-    if (row[1]) name = names.try_emplace(*row[1], static_cast<int32_t>(names.size())).first->second;
-    weighed.push_back({group, name, numberOf(row[2])});
+    const int32_t group = groupNumbers_.find(*row[0]);
+    if (group < 0) {
+      setError("Error: group '%s' appeared while the database was aggregating", row[0]->c_str());
+      return false;
+    }
+    weighed_.push_back({group, row[1] ? names.number(*row[1]) : -1, numberOf(row[2])});
     return true;
   });
-  if (!read) return false;
-  std::vector<const std::pair<const std::string, int32_t>*> sorted;
-  sorted.reserve(names.size());
-  for (const auto& name : names) sorted.push_back(&name);
-  std::sort(sorted.begin(), sorted.end(), [](const auto* a, const auto* b) { return a->first < b->first; });
-  std::vector<CellValue> cells(names.size());
-  for (const auto* name : sorted) {
-    if (matrix_.variable(variable).addCell(name->first.c_str(), cells[static_cast<size_t>(name->second)])) continue;
+  return read && weighCategories(variable, names);
+}
+
+bool Aggregation::weighCategories(size_t variable, const NameNumbers& names) {
+  std::vector<int32_t> sorted(names.size());
+  for (size_t n = 0; n < sorted.size(); ++n) sorted[n] = static_cast<int32_t>(n);
+  std::sort(sorted.begin(), sorted.end(), [&](int32_t a, int32_t b) { return names.name(a) < names.name(b); });
+  // cells[r]: the cell of the r-th name in byte order, then the NULL one.
+  std::vector<CellValue> cells(names.size() + 1);
+  std::vector<int32_t> rank(names.size());
+  for (size_t r = 0; r < sorted.size(); ++r) {
+    rank[static_cast<size_t>(sorted[r])] = static_cast<int32_t>(r);
+    if (matrix_.variable(variable).addCell(names.name(sorted[r]).c_str(), cells[r])) continue;
     setError("Memory allocation failed");
     return false;
   }
-  CellValue missing;
-  static_cast<void>(matrix_.variable(variable).addCell(nullptr, missing));  // a NULL cell cannot fail
-  for (const Weighed& w : weighed) {
-    const CellValue& cell = w.name < 0 ? missing : cells[static_cast<size_t>(w.name)];
-    if (w.assertion->value(variable).addCell(cell, w.weight)) continue;
-    setError("Memory allocation failed");
-    return false;
+  static_cast<void>(matrix_.variable(variable).addCell(nullptr, cells.back()));  // a NULL cell cannot fail
+  // The rows by group (counted, then placed), each group's by category.
+  std::vector<size_t> start(groups_.size() + 1, 0);
+  for (const Weighed& w : weighed_) ++start[static_cast<size_t>(w.group) + 1];
+  for (size_t g = 1; g < start.size(); ++g) start[g] += start[g - 1];
+  byGroup_.resize(weighed_.size());
+  std::vector<size_t> next(start.begin(), start.end() - 1);
+  for (const Weighed& w : weighed_) {
+    const int32_t place = w.category < 0 ? static_cast<int32_t>(names.size()) : rank[static_cast<size_t>(w.category)];
+    byGroup_[next[static_cast<size_t>(w.group)]++] = {w.group, place, w.weight};
+  }
+  for (size_t g = 0; g + 1 < start.size(); ++g) {
+    const auto first = byGroup_.begin() + static_cast<std::ptrdiff_t>(start[g]);
+    const auto last = byGroup_.begin() + static_cast<std::ptrdiff_t>(start[g + 1]);
+    std::sort(first, last, [](const Weighed& a, const Weighed& b) { return a.category < b.category; });
+    SymbolicValue& value = groups_[g]->value(variable);
+    for (auto w = first; w != last; ++w) {
+      if (value.addCell(cells[static_cast<size_t>(w->category)], w->weight)) continue;
+      setError("Memory allocation failed");
+      return false;
+    }
   }
   return true;
 }
