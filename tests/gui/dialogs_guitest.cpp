@@ -82,15 +82,14 @@ TEST_F(DialogTest, ExtractionSettingsEnableTheirCountsAndCheckThemOnlyWhenTicked
   sampled->settings()->sampleSizeEdit()->setText(QStringLiteral("9"));
   EXPECT_EQ(refusalOf(*sampled, QMessageBox::Information), "Number of individuals must be between 100 and 10000");
   sampled->settings()->sampleSizeEdit()->setText(QStringLiteral("10"));
+  sampled->settings()->minimumBox()->setChecked(true);
+  sampled->settings()->minimumEdit()->setText(QStringLiteral("2"));
   EXPECT_TRUE(accepted(*sampled));
   EXPECT_TRUE(sampled->values().query.sampling);
   EXPECT_EQ(sampled->values().query.sampleSize, 10);
+  EXPECT_TRUE(sampled->values().query.minimumSet);
+  EXPECT_EQ(sampled->values().query.minimum, 2);
   EXPECT_EQ(sampled->values().query.query, "select person_id, town from survey");
-
-  auto minimum = writtenNewDialog(noSource);
-  minimum->settings()->minimumBox()->setChecked(true);
-  minimum->settings()->minimumEdit()->setText(QStringLiteral("0"));
-  EXPECT_EQ(refusalOf(*minimum, QMessageBox::Information), "Minimum of individuals must be more than 0");
 
   auto unticked = writtenNewDialog(noSource);
   unticked->settings()->sampleSizeEdit()->setText(QStringLiteral("3"));
