@@ -64,7 +64,7 @@ std::unique_ptr<SymbolicMatrix> generate(const std::vector<std::pair<Kind, int>>
       static_cast<void>(matrix->addMember(group, stored));
     }
   }
-  static_cast<void>(matrix->finish(false));
+  static_cast<void>(matrix->finish(velda::SymbolicMatrix::MemberCells::Added));
   return matrix;
 }
 
