@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/FileText.h"
@@ -21,15 +22,6 @@ struct CliResult {
   std::string out;
   std::string err;
 };
-
-// The environment with LC_ALL set to `locale`.
-inline std::vector<std::string> environmentWithLocale(const std::string& locale) {
-  std::vector<std::string> variables;
-  for (char** variable = environ; *variable; ++variable)
-    if (std::string(*variable).rfind("LC_ALL=", 0) != 0) variables.push_back(*variable);
-  variables.push_back("LC_ALL=" + locale);
-  return variables;
-}
 
 // Starts build/bin/velda-cli with the arguments in the folder `dir`,
 // standard input from /dev/null, both outputs captured in files of that
@@ -50,9 +42,12 @@ inline pid_t startCli(const std::vector<std::string>& args, const std::string& d
   argv.push_back(const_cast<char*>(program.c_str()));
   for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
   argv.push_back(nullptr);
-  std::vector<std::string> variables = environmentWithLocale(locale);
+  // The environment with LC_ALL set to `locale`.
+  std::string localeVariable = "LC_ALL=" + locale;
   std::vector<char*> envp;
-  for (std::string& variable : variables) envp.push_back(variable.data());
+  for (char** variable = environ; *variable; ++variable)
+    if (std::string_view(*variable).rfind("LC_ALL=", 0) != 0) envp.push_back(*variable);
+  envp.push_back(localeVariable.data());
   envp.push_back(nullptr);
   pid_t pid;
   if (posix_spawn(&pid, program.c_str(), &actions, nullptr, argv.data(), envp.data()) != 0) pid = -1;

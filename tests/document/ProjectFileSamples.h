@@ -83,7 +83,7 @@ inline std::unique_ptr<SymbolicMatrix> smallProject() {
 
 // Every feature of the file: both quantitative kinds, nominal and
 // set-valued variables in several modes, NULL and NA cells, a taxonomy with
-// inner nodes, a rule, an inactive variable, a variable beyond the
+// inner nodes (one named root_), a rule, an inactive variable, a variable beyond the
 // cell-holding ones, an individual in two assertions, a weight column,
 // title, subtitle and the stored parameters.
 inline std::unique_ptr<SymbolicMatrix> fullProject() {
@@ -126,7 +126,8 @@ inline std::unique_ptr<SymbolicMatrix> fullProject() {
   {
     TaxonomyBuilder builder(static_cast<CategoricalVariable&>(matrix->variable(2)));
     using Row = std::array<std::optional<std::string_view>, 2>;
-    for (const Row& row : {Row{"ski", "winter"}, Row{"golf", "summer"}, Row{"foot", "summer"}})
+    // An inner node named like the root the builder adds above the tops.
+    for (const Row& row : {Row{"ski", "winter"}, Row{"winter", "root_"}, Row{"golf", "summer"}, Row{"foot", "summer"}})
       mustSucceed(builder.addRow(row));
     mustSucceed(builder.finish() > 0);
   }

@@ -41,6 +41,21 @@ TEST_F(DocumentFlows, OpenShowsTheSummaryAndSaveWritesTheLoadedFileWithItsMetada
   EXPECT_FALSE(document_.isModified());
   EXPECT_TRUE(exists(path + ".xml"));
   EXPECT_EQ(ui_.statusTexts.back(), "Saving file...");
+
+  // Ignore metadata wins over the metadata file now beside the project.
+  ASSERT_TRUE(openFile(path, true));
+  EXPECT_TRUE(consoleHas("MetaData not found or ignored"));
+  EXPECT_FALSE(document_.metadataLoaded());
+  ASSERT_TRUE(openFile(path, false));
+  EXPECT_TRUE(consoleHas("MetaData Loaded and transfered"));
+  EXPECT_FALSE(consoleHas("MetaData not found or ignored"));
+  EXPECT_TRUE(document_.metadataLoaded());
+
+  // Closing forgets the metadata.
+  EXPECT_TRUE(document_.closeData());
+  EXPECT_FALSE(document_.metadataLoaded());
+  EXPECT_EQ(document_.metadataFileName(), "metatest.xml");
+  EXPECT_EQ(document_.console().count(), 0u);
 }
 
 TEST_F(DocumentFlows, CancelAtTheSaveQuestionKeepsEverythingAndAFailedOpenEndsEmpty) {
@@ -71,25 +86,6 @@ TEST_F(DocumentFlows, CancelAtTheSaveQuestionKeepsEverythingAndAFailedOpenEndsEm
   EXPECT_FALSE(openFile(dir_.file("missing.gaj")));
   EXPECT_EQ(ui_.lastMessage(), "Can not open file " + dir_.file("missing.gaj"));
   EXPECT_EQ(ui_.messages.back().icon, MessageIcon::Warning);
-}
-
-TEST_F(DocumentFlows, IgnoreMetadataWinsOverAnExistingMetadataFile) {
-  const std::string path = saveTowns("towns.gaj");
-  ASSERT_TRUE(openFile(path));
-  ASSERT_TRUE(document_.save());  // writes towns.gaj.xml
-  ASSERT_TRUE(openFile(path, true));
-  EXPECT_TRUE(consoleHas("MetaData not found or ignored"));
-  EXPECT_FALSE(document_.metadataLoaded());
-  ASSERT_TRUE(openFile(path, false));
-  EXPECT_TRUE(consoleHas("MetaData Loaded and transfered"));
-  EXPECT_FALSE(consoleHas("MetaData not found or ignored"));
-  EXPECT_TRUE(document_.metadataLoaded());
-
-  // Closing forgets the metadata.
-  EXPECT_TRUE(document_.closeData());
-  EXPECT_FALSE(document_.metadataLoaded());
-  EXPECT_EQ(document_.metadataFileName(), "metatest.xml");
-  EXPECT_EQ(document_.console().count(), 0u);
 }
 
 TEST_F(DocumentFlows, JoinClosesTheDataFirstAndAFailedJoinLeavesNothing) {
@@ -189,7 +185,7 @@ TEST_F(DocumentFlows, NoToTheNaQuestionBringsTheDependenceDialogBackWithTheSameC
   EXPECT_EQ(document_.matrix()->rules.size(), 1u);
 }
 
-TEST_F(DocumentFlows, CancelDuringTheReductionIsReportedAsCanceled) {
+TEST_F(DocumentFlows, ReductionCancelledOutOfRangeOrOutOfMemoryChangesNothing) {
   ASSERT_TRUE(openFile(saveTowns("towns.gaj")));
   int32_t threshold = 0;
   ReductionValues offered;
@@ -218,10 +214,8 @@ TEST_F(DocumentFlows, CancelDuringTheReductionIsReportedAsCanceled) {
   EXPECT_EQ(document_.matrix()->reductionThreshold, 50);
   EXPECT_TRUE(document_.isEnabled(ID_VIEW_REDUCED_ASSERTIONS));
   EXPECT_TRUE(document_.isModified());
-}
 
-TEST_F(DocumentFlows, MemoryRunningOutEndsTheCommandWithItsMessage) {
-  ASSERT_TRUE(openFile(saveTowns("towns.gaj")));
+  // Memory running out ends the command with its message.
   ui_.onReduction = [](ReductionValues&) -> bool { throw std::bad_alloc(); };
   EXPECT_FALSE(document_.execute(ID_REDUCE_ASSERTIONS));
   EXPECT_EQ(ui_.lastMessage(), "Memory allocation failed");
@@ -236,7 +230,7 @@ TEST_F(DocumentFlows, MemoryRunningOutEndsTheCommandWithItsMessage) {
   EXPECT_EQ(ui_.messages.size(), 1u);
 }
 
-TEST_F(DocumentFlows, ExportMarksTheDocumentModifiedEvenWhenItFails) {
+TEST_F(DocumentFlows, ExportMarksModifiedAndTheDestinationsNameChoosesSymbolicTextOrXml) {
   ASSERT_TRUE(openFile(saveTowns("towns.gaj")));
   std::string proposed;
   const auto propose = [&](const std::string& file) {
@@ -255,10 +249,7 @@ TEST_F(DocumentFlows, ExportMarksTheDocumentModifiedEvenWhenItFails) {
   EXPECT_FALSE(propose(""));
   EXPECT_EQ(proposed, "/nonexistent-velda-dir/out.kvf");
   EXPECT_EQ(ui_.lastMessage(), "You must set a file name");
-}
 
-TEST_F(DocumentFlows, TheDestinationsNameChoosesSymbolicTextOrXmlAndAnEmptySubtitleTakesTheTitle) {
-  ASSERT_TRUE(openFile(saveTowns("towns.gaj")));
   // "kvf" anywhere in the path means symbolic text.
   ASSERT_EQ(mkdir(dir_.file("kvfdata").c_str(), 0700), 0);
   const std::string text = dir_.file("kvfdata/out.xml");
@@ -524,25 +515,8 @@ TEST(DocumentPredicates, BoundariesOfTheEnabledWhenTests) {
   EXPECT_TRUE(isEnabled(EnabledWhen::ConnectionOpen, empty));
   EXPECT_FALSE(isCommandEnabled(ID_FILE_SAVE, empty));
   EXPECT_FALSE(isCommandEnabled(12345, empty));
-}
 
-TEST(DocumentCommandTable, TextsAsTheMenusAndStatusBarShowThem) {
-  // The menus' texts are checked on the menus themselves.
-  EXPECT_STREQ(findCommand(ID_FILE_NEW)->tooltip, "New");
-  const CommandInfo* info = findCommand(ID_REDUCE_HORDES_OLD);
-  ASSERT_NE(info, nullptr);
-  EXPECT_EQ(info->menu, Menu::None);
-  EXPECT_STREQ(info->prompt, "Reduce Hordes\\Reduce Hordes");
-  EXPECT_EQ(info->tooltip, nullptr);
-  info = findCommand(ID_DISCONNECT);
-  EXPECT_STREQ(info->menuText, "Disconnect");
-  EXPECT_EQ(info->tooltip, nullptr);
-  EXPECT_EQ(info->enabledWhen, EnabledWhen::ConnectionOpen);
-  EXPECT_STREQ(findCommand(ID_VARIABLE_PROPERTIES)->prompt, "Edit variables ouput mode");
-  EXPECT_STREQ(findCommand(ID_ADD_SINGLE_VALUED_VARIABLES)->tooltip, "Add one ore more single-valued variables");
-  EXPECT_TRUE(findCommand(ID_DEPENDENCES_DISPLAY)->checkable);
-
-  // Every number appears once.
+  // Every command number appears once in the table.
   for (const CommandInfo& a : commandTable()) {
     int count = 0;
     for (const CommandInfo& b : commandTable()) count += a.id == b.id;

@@ -176,15 +176,11 @@ ExtractionResult aggregated(long individuals) {
 
 TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheThreshold) {
   RecordingMessages messages;
-  ConsoleLog console;
-  std::unique_ptr<SymbolicMatrix> installed;
-  ExtractionEndingHooks hooks;  // no fields to reset
-  hooks.install = [&](std::unique_ptr<SymbolicMatrix> m) {
-    installed = std::move(m);
-    return true;
-  };
-  ASSERT_EQ(endExtraction(aggregated(6), 3, console, hooks), 1);
-  const std::vector<std::string> lines(console.lines().begin(), console.lines().end());
+  Document doc;
+  ExtractionEndingHooks hooks = doc.hooks();
+  hooks.resetDescriptiveFields = nullptr;  // no fields to reset
+  ASSERT_EQ(endExtraction(aggregated(6), 3, doc.console, hooks), 1);
+  const std::vector<std::string> lines = doc.lines();
   ASSERT_EQ(lines.size(), 9u);  // the time first
   EXPECT_EQ(std::vector<std::string>(lines.begin() + 1, lines.end()),
             (std::vector<std::string>{
@@ -194,14 +190,14 @@ TEST(ExtractionEnding, AnAggregatedMatrixCountsItsIndividualsInTheSummaryAndTheT
                 "Assertion n\xb0"
                 "0 has 5 individual(s). Minimum: 3",
                 ":[done]"}));
-  ASSERT_TRUE(installed);
-  EXPECT_EQ(installed->assertionCount(), 1u);
+  ASSERT_TRUE(doc.matrix);
+  EXPECT_EQ(doc.matrix->assertionCount(), 1u);
   EXPECT_TRUE(messages.shown.empty());
 
   // No individual at all is the client side's empty result.
-  installed.reset();
-  EXPECT_EQ(endExtraction(aggregated(0), 0, console, hooks), 0);
-  EXPECT_FALSE(installed);
+  Document none;
+  EXPECT_EQ(endExtraction(aggregated(0), 0, none.console, none.hooks()), 0);
+  EXPECT_FALSE(none.matrix);
   EXPECT_EQ(messages.shown,
             (std::vector<std::pair<std::string, MessageIcon>>{{"No individual extracted", MessageIcon::Warning}}));
 }

@@ -102,24 +102,6 @@ TEST(ProjectFileDamage, CountsThatDoNotAddUpAreRefused) {
   EXPECT_EQ(refusal(withCounter(0, 0xFFFF)), "Load failed");
 }
 
-TEST(ProjectFileDamage, TaxonomyCountersAreCountedAgainAndTheMotherCounterKeptAsStored) {
-  // A join sums the taxonomy counters: what the variables hold decides.
-  std::string bytes = projectBytes(*test::smallProject());
-  setU16(bytes, kHeaderOffset + 2 * 3, 1);
-  setU16(bytes, kHeaderOffset + 2 * 5, 7);
-  // c is the one categorical column, but a join or a removal may have left
-  // another count of mothers: it is read and written back as it stands.
-  setU16(bytes, kHeaderOffset + 2 * 6, 0);
-  const auto matrix = projectFromBytes(bytes);
-  ASSERT_TRUE(matrix) << lastError();
-  EXPECT_EQ(matrix->taxonomyCount(), 0);
-  EXPECT_EQ(matrix->cellTaxonomyCount(), 0);
-  EXPECT_EQ(matrix->motherCandidateCount(), 0u);
-  setU16(bytes, kHeaderOffset + 2 * 3, 0);
-  setU16(bytes, kHeaderOffset + 2 * 5, 0);
-  EXPECT_EQ(projectBytes(*matrix), bytes);
-}
-
 TEST(ProjectFileDamage, InnerNodesAreNeverCellsEntriesOrApplicableModalities) {
   const std::string valid = projectBytes(*nodesAndRuleProject());
   ASSERT_EQ(refusal(valid), "read");

@@ -99,6 +99,12 @@ TEST_F(DialogTest, ExtractionSettingsEnableTheirCountsAndCheckThemOnlyWhenTicked
   EXPECT_FALSE(unticked->values().query.sampling);
   EXPECT_FALSE(unticked->values().query.minimumSet);
   EXPECT_TRUE(unticked->values().query.lastColumnIsWeight);
+
+  // The taxonomy query wants a variable first.
+  ExtractionDialog taxonomy(QueryPurpose::Taxonomy, true, ExtractionDialog::Values{}, noSource, nullptr);
+  EXPECT_EQ(taxonomy.windowTitle().toStdString(), "Taxonomy query");
+  taxonomy.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
+  EXPECT_EQ(refusalOf(taxonomy), "No variable selected");
 }
 
 // Sampling needs the individuals, which the database does not send.
@@ -131,13 +137,6 @@ TEST_F(DialogTest, AggregatingInTheDatabaseTurnsSamplingOff) {
   EXPECT_FALSE(again.settings()->samplingBox()->isEnabled());
 }
 
-TEST_F(DialogTest, TaxonomyDialogWantsAVariableFirst) {
-  ExtractionDialog dialog(QueryPurpose::Taxonomy, true, ExtractionDialog::Values{}, noSource, nullptr);
-  EXPECT_EQ(dialog.windowTitle().toStdString(), "Taxonomy query");
-  dialog.queryEdit()->setPlainText(QStringLiteral("select region, country from towns"));
-  EXPECT_EQ(refusalOf(dialog), "No variable selected");
-}
-
 TEST_F(DialogTest, JoinNeedsBothFilesCancelKeepsValuesAndBrowseProposesProjects) {
   JoinValues initial{"first.gaj", ""};
   JoinDialog dialog(initial);
@@ -158,7 +157,7 @@ TEST_F(DialogTest, JoinNeedsBothFilesCancelKeepsValuesAndBrowseProposesProjects)
             (QStringList{QStringLiteral("XML file (*.xml) (*.xml)"), QStringLiteral("Korva file (*.kvf) (*.kvf)")}));
 }
 
-TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
+TEST_F(DialogTest, ExportRulesSubtitleDefaultAndFileTypes) {
   ExportValues initial;
   initial.title = "Survey";
   initial.reducedAssertionsAvailable = true;
@@ -188,13 +187,11 @@ TEST_F(DialogTest, ExportRulesAndSubtitleDefault) {
   EXPECT_EQ(dialog.values().subtitle, "Survey");
   EXPECT_TRUE(dialog.values().exportReducedAssertions);
   EXPECT_FALSE(dialog.values().exportReducedHordes);
-}
 
-TEST_F(DialogTest, ExportFileTypesChooseWhatIsWrittenAndTheSuffix) {
-  ExportValues initial;
-  initial.format = ExportFormat::RsdaTable;
-  ExportDialog dialog(initial);
-  EXPECT_EQ(dialog.formatBox()->currentIndex(), 1);
+  ExportValues rsda;
+  rsda.format = ExportFormat::RsdaTable;
+  ExportDialog tables(rsda);
+  EXPECT_EQ(tables.formatBox()->currentIndex(), 1);
 
   // "Select..." offers both tables after the symbolic files; a file chosen
   // as a tidy table is exported as one.
@@ -205,22 +202,22 @@ TEST_F(DialogTest, ExportFileTypesChooseWhatIsWrittenAndTheSuffix) {
     files->selectFile(QDir::tempPath() + QStringLiteral("/velda-people.csv"));
     static_cast<QDialog*>(files)->accept();  // QFileDialog::accept is protected
   });
-  dialog.fileField()->selectButton()->click();
+  tables.fileField()->selectButton()->click();
   ASSERT_EQ(offered.size(), 4);
   EXPECT_EQ(offered[2].toStdString(), "RSDA symbolic table (*.csv) (*.csv)");
   EXPECT_EQ(offered[3].toStdString(), "Tidy table (*.csv) (*.csv)");
-  EXPECT_EQ(dialog.formatBox()->currentIndex(), 2);
-  EXPECT_EQ(dialog.titleEdit()->text().toStdString(), "velda-people");
-  dialog.accept();
-  ASSERT_EQ(dialog.result(), QDialog::Accepted);
-  EXPECT_EQ(dialog.values().file, QDir::tempPath().toStdString() + "/velda-people.csv");
-  EXPECT_EQ(dialog.values().format, ExportFormat::TidyTable);
+  EXPECT_EQ(tables.formatBox()->currentIndex(), 2);
+  EXPECT_EQ(tables.titleEdit()->text().toStdString(), "velda-people");
+  tables.accept();
+  ASSERT_EQ(tables.result(), QDialog::Accepted);
+  EXPECT_EQ(tables.values().file, QDir::tempPath().toStdString() + "/velda-people.csv");
+  EXPECT_EQ(tables.values().format, ExportFormat::TidyTable);
 
   // A name typed by hand keeps the format shown in the box.
-  dialog.fileField()->setText(QStringLiteral("/tmp/out.kvf"));
-  dialog.formatBox()->setCurrentIndex(0);
-  dialog.accept();
-  EXPECT_EQ(dialog.values().format, ExportFormat::Symbolic);
+  tables.fileField()->setText(QStringLiteral("/tmp/out.kvf"));
+  tables.formatBox()->setCurrentIndex(0);
+  tables.accept();
+  EXPECT_EQ(tables.values().format, ExportFormat::Symbolic);
 
   // A name typed without a suffix gets the suffix of the filter chosen in
   // the file type list, as the user reads it there.
@@ -236,8 +233,8 @@ TEST_F(DialogTest, ExportFileTypesChooseWhatIsWrittenAndTheSuffix) {
       files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(QStringLiteral("out1"));
       static_cast<QDialog*>(files)->accept();  // as the dialog's own Save button does
     });
-    dialog.fileField()->selectButton()->click();
-    EXPECT_EQ(dialog.fileField()->text().toStdString(), dir.file(expected));
+    tables.fileField()->selectButton()->click();
+    EXPECT_EQ(tables.fileField()->text().toStdString(), dir.file(expected));
   }
 }
 
@@ -259,7 +256,7 @@ TEST_F(DialogTest, ParameterRangesAndCancel) {
 }
 
 // A recorder that stands for a long operation: reports, then polls.
-TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
+TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndEscapeOrCloseActAsCancel) {
   ProgressDialog dialog(QStringLiteral("Reducing assertions"));
   EXPECT_EQ(progressTarget(), nullptr);
   ProgressTarget* during = nullptr;
@@ -280,10 +277,7 @@ TEST_F(DialogTest, ProgressDialogIsTheTargetWhileItRunsAndSeesCancel) {
   EXPECT_EQ(dialog.line1().toStdString(), "Reduction in progress...");
   EXPECT_EQ(dialog.line2().toStdString(), "Assertion Paris");
   EXPECT_FALSE(dialog.isVisible());
-}
 
-TEST_F(DialogTest, ProgressDialogStaysShownOnEscapeAndCloseWhichActAsCancel) {
-  ProgressDialog dialog(QStringLiteral("Reducing assertions"));
   // Escape and the close box, each in its own run: with Cancel disabled
   // nothing happens; enabled, they cancel; the dialog stays shown and modal.
   for (const bool escape : {true, false}) {
