@@ -23,16 +23,6 @@ TEST(AggregationPostgres, GivesTheClientSideAssertionsAndRefusesWhatBreaksTheLay
   test::expectAggregationOnDriver(db, "select id, grp, cast(1 as bigint) from t");
 }
 
-TEST(AggregationPostgres, OneRowPerIndividualGivesTheClientSideAssertions) {
-  PgDatabase db;
-  ASSERT_TRUE(db.available());
-  ASSERT_TRUE(db.run(test::generatedTableSql()));
-  ASSERT_TRUE(db.run(test::oneRowPerIndividualSql()));
-  auto connection = openConnection(db.connectionString());
-  ASSERT_TRUE(connection);
-  test::expectOneRowPerIndividualAsClientSide(*connection, [&](const std::string& sql) { return db.run(sql); });
-}
-
 // PostgreSQL sends the rows of a grouping in the order of its hash table,
 // unrelated to the names. Every group g100..g399 holds categories 1 and 19
 // (c10 and c28; group a holds those between), which share a bucket of the

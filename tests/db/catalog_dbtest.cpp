@@ -23,35 +23,6 @@ namespace {
 using test::openConnection;
 using test::SqliteDatabase;
 
-std::vector<std::string> describe(const std::vector<CatalogEntry>& entries) {
-  std::vector<std::string> lines;
-  for (const CatalogEntry& entry : entries) lines.push_back(entry.type + " " + entry.name);
-  return lines;
-}
-
-TEST(TableCatalog, ListsTablesThenViewsButNoIndexes) {
-  SqliteDatabase db(
-      "create table towns(town varchar(40), region varchar(40));"
-      "create table \"people list\"(id integer, town varchar(40));"
-      "create index towns_by_region on towns(region);"
-      "create view big_towns as select town from towns;"
-      "create view \"a-view\" as select id from \"people list\";");
-  auto connection = openConnection(db.connectionString());
-  ASSERT_TRUE(connection);
-  std::vector<CatalogEntry> entries = {{"stale", "TABLE"}};
-  ASSERT_EQ(listTablesAndViews(*connection, entries), 1) << lastError();
-  // Sorted by type then name, whatever order the driver keeps.
-  EXPECT_EQ(describe(entries),
-            (std::vector<std::string>{"TABLE people list", "TABLE towns", "VIEW a-view", "VIEW big_towns"}));
-
-  // An empty database lists nothing, and what the list held goes.
-  SqliteDatabase empty;
-  auto none = openConnection(empty.connectionString());
-  ASSERT_TRUE(none);
-  ASSERT_EQ(listTablesAndViews(*none, entries), 1) << lastError();
-  EXPECT_TRUE(entries.empty());
-}
-
 TEST(DataSourceName, IsTheDsnOrNotAvailable) {
   SqliteDatabase db("create table t(a integer);");
   auto direct = openConnection(db.connectionString());

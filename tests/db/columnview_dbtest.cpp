@@ -18,14 +18,6 @@ std::vector<std::string> line(const ColumnDescription& column) {
   return {column.name, column.typeName, column.precision, column.nullable};
 }
 
-TEST(ColumnView, RequestQuotesNamesWithBlanksOrHyphens) {
-  EXPECT_EQ(columnViewRequest("towns"), "SELECT * FROM towns");
-  EXPECT_EQ(columnViewRequest("town_list"), "SELECT * FROM town_list");
-  EXPECT_EQ(columnViewRequest("town list"), "SELECT * FROM [town list]");
-  EXPECT_EQ(columnViewRequest("town-list"), "SELECT * FROM [town-list]");
-  EXPECT_EQ(columnViewRequest("town\tlist"), "SELECT * FROM town\tlist");
-}
-
 TEST(ColumnView, TypeNamesCoverMinusSevenToTwelve) {
   EXPECT_STREQ(sqlTypeName(-7), "SQL_BIT");
   EXPECT_STREQ(sqlTypeName(-4), "SQL_LONGVARBINARY");

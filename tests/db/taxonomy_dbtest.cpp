@@ -2,12 +2,10 @@
 
 #include <string>
 
-#include "common/ConsoleLog.h"
 #include "common/LastError.h"
 #include "db/Connection.h"
 #include "db/QueryStatement.h"
 #include "db/TaxonomyQuery.h"
-#include "model/Taxonomy.h"
 #include "support/HandMatrix.h"
 #include "support/OpenConnection.h"
 #include "support/SqliteDatabase.h"
@@ -53,29 +51,6 @@ struct TaxonomyQueryTest : ::testing::Test {
   test::HandMatrix m;
   Assertion* all;
 };
-
-TEST_F(TaxonomyQueryTest, RowsBuildTheHierarchyAndItsWeights) {
-  ASSERT_TRUE(connection);
-  // The repeated last row is accepted; d is named by no row.
-  const int covering = apply("select child, parent from tree order by rowid");
-  ASSERT_EQ(covering, 2) << lastError();
-  EXPECT_EQ(kind().taxonomyRoot->name, "root_");
-  EXPECT_EQ(kind().taxonomyRoot->index, 6);
-  EXPECT_EQ(m.matrix->taxonomyCount(), 1);
-  EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
-  EXPECT_EQ(m.written(*all, 0), "(1(0),2(5),3(1),4(4))");
-  ConsoleLog console;
-  printTaxonomyCoverage(console, kind(), covering);
-  EXPECT_EQ(*console.lineAt(0), "taxonomy variable 'kind': initial domain is covered by 2 nodes");
-
-  // Removed, then made again from the same query.
-  removeTaxonomy(*m.matrix, 0);
-  EXPECT_EQ(m.matrix->taxonomyCount(), 0);
-  EXPECT_EQ(m.written(*all, 0), "(1(2),2(3),3(1),4(4))");
-  EXPECT_EQ(apply("select child, parent from tree order by rowid"), 2);
-  EXPECT_EQ(kind().findNode("M")->index, 4);
-  EXPECT_EQ(m.written(*all, 0), "(1(0),2(5),3(1),4(4))");
-}
 
 TEST_F(TaxonomyQueryTest, RefusedQueriesKeepThePreviousHierarchy) {
   ASSERT_TRUE(connection);

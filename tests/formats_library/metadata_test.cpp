@@ -67,16 +67,6 @@ TEST_F(MetadataTest, ReadsEmptyLeavesAndAnAbsentOriginalList) {
   EXPECT_EQ(read, expected);
 }
 
-TEST_F(MetadataTest, DefaultsAreUnknownOrNone) {
-  MetaData m = SmallMetadata();
-  m.reset();
-  EXPECT_EQ(m.origInfo.popSampSize, "unknown");
-  EXPECT_EQ(m.origInfo.agregMeth, "none");
-  EXPECT_TRUE(m.origInfo.origVars.empty());
-  EXPECT_EQ(m.metaMat.nbMetaVar, 0);
-  EXPECT_EQ(MakeMetaVar().operatorName, "unknown");
-}
-
 TEST_F(MetadataTest, OutOfRangeNumbersAreLoggedAndReplaced) {
   MetaData m = SmallMetadata();
   m.metaMat.vars[0].num = 5;

@@ -44,10 +44,15 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
 
   matrix.appendVariable(std::make_unique<QuantitativeVariable>("income"));
   std::vector<std::unique_ptr<SymbolicVariable>> added;
-  added.push_back(std::make_unique<CategoricalVariable>("job", 0, 19));
+  auto job = std::make_unique<CategoricalVariable>("job", 1, 19);
+  job->mode = MODE_CARDINALITY;
+  added.push_back(std::move(job));
   added.push_back(std::make_unique<QuantitativeVariable>("height"));
   std::vector<std::vector<std::unique_ptr<SymbolicValue>>> values(1);
   for (const auto& variable : added) values[0].push_back(variable->newSymbolicValue());
+  CellValue cook;
+  ASSERT_EQ(added[0]->addCell("cook", cook), 1);
+  ASSERT_EQ(values[0][0]->addCell(cook, 2.0), 1);
   CellValue height;
   height.flags = CELL_NUMBER;
   height.number = 1.5;
@@ -64,7 +69,7 @@ TEST(SymbolicMatrix, AppendedVariablesReachEveryKindOfRow) {
   EXPECT_EQ(m.written(north, 4), "(1.5:1.5)");  // an interval variable
   for (Assertion* r : rows) {
     EXPECT_EQ(m.written(*r, 4), "(1.5:1.5)") << r->id;
-    EXPECT_TRUE(r->value(3).isNull()) << r->id;
+    EXPECT_EQ(m.written(*r, 3), "(1(2))") << r->id;
     EXPECT_TRUE(r->value(2).isNull()) << r->id;
   }
   EXPECT_NE(&rows[1]->value(4), &north.value(4));
@@ -219,6 +224,16 @@ TEST(MatrixCounters, FollowTheVariablesThroughEveryChange) {
   joined->takeVariables(*m.matrix, *other.matrix);
   EXPECT_EQ(counts(*joined), (Counts{3, 2, 2, 1, 1, {true, false, false}}));
   EXPECT_EQ(counts(*other.matrix), (Counts{0, 0, 0, 0, 0, {}})) << "the sources keep nothing";
+
+  // A stored mother count already below the columns never wraps around.
+  test::HandMatrix low;
+  low.categorical("b");
+  low.quantitative("x");
+  ASSERT_TRUE(low.matrix->declareCellVariables(2, 0));
+  low.person("i1", {"q", "1"});
+  const int32_t b[] = {0};
+  ASSERT_EQ(removeVariables(*low.matrix, b, console), 1);
+  EXPECT_EQ(low.matrix->motherCandidateCount(), 0u);
 }
 
 }  // namespace

@@ -84,18 +84,6 @@ TEST(CategoricalValue, WritesEveryModeWithIndexesInFirstMetOrder) {
   EXPECT_EQ(description(town), "variable town\n  nominale {\"a\", \"b\"}\n  multiple,mode=KT-estimate probability;\n");
 }
 
-TEST(CategoricalValue, KtEstimateRepeatsAbsentModalitiesOncePerEntryWalked) {
-  CategoricalVariable colour("colour", 1, 19);
-  const CellValue x = cellOf(colour, "x");
-  cellOf(colour, "y");
-  const CellValue z = cellOf(colour, "z");
-  colour.mode = MODE_KT_ESTIMATE;
-  CategoricalValue value(colour);
-  EXPECT_TRUE(value.addCell(x, 1));
-  EXPECT_TRUE(value.addCell(z, 3));
-  EXPECT_EQ(valueText(value), "(1(0.272727),2(0.0909091),2(0.0909091),3(0.0909091),3(0.636364))");
-}
-
 TEST(CategoricalValue, BreaksTheLineBeforeEveryTenthItemInTableOrder) {
   CategoricalVariable code("code", 1, 19);
   code.mode = MODE_BOOLEAN;
@@ -180,37 +168,6 @@ TEST(QuantitativeValue, IntervalsSinglesSizesAndOverlap) {
   QuantitativeVariable never("never");
   cellOf(never, nullptr);
   EXPECT_EQ(description(never), "variable never\n  real NULL\n  interval;\n");
-}
-
-TEST(CategoricalVariable, DescribesItsTaxonomyWithSortedNodesAndChildLists) {
-  CategoricalVariable place("place", 0, 19);
-  Modality& a = place.addModality("a");
-  Modality& b = place.addModality("b");
-  Modality& c = place.addModality("c");
-  Modality& x = place.addNode("X");
-  Modality& y = place.addNode("Y");
-  EXPECT_EQ(x.index, 3);
-  EXPECT_EQ(place.byIndex(4), &y);
-  a.parent = b.parent = &x;
-  x.firstChild = &b;
-  b.nextSibling = &a;
-  c.parent = &y;
-  y.firstChild = &c;
-  place.taxonomyRoot = &x;
-  EXPECT_EQ(description(place),
-            "variable place\n"
-            "  nominale {\"X\", \"Y\", \"a\", \"b\", \"c\"}\n"
-            "  unique;\n"
-            "  taxonomy {\n"
-            "    \"X\" = {\"b\", \"a\"},\n"
-            "    \"Y\" = {\"c\"}\n"
-            "  }\n");
-
-  place.clearTaxonomy();
-  EXPECT_EQ(place.nodeCount(), 0u);
-  EXPECT_EQ(place.byIndex(3), nullptr);
-  EXPECT_EQ(a.parent, nullptr);
-  EXPECT_EQ(description(place), "variable place\n  nominale {\"a\", \"b\", \"c\"}\n  unique;\n");
 }
 
 }  // namespace

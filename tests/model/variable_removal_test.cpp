@@ -116,30 +116,6 @@ TEST(VariableRemoval, RemovedColumnsGoAndIndexesMoveDown) {
   EXPECT_EQ(m.matrix->cellTaxonomyCount(), 1);
 }
 
-TEST(VariableRemoval, RemovedCategoricalColumnsLowerTheMotherCount) {
-  test::HandMatrix m;
-  m.categorical("a");
-  m.quantitative("x");
-  m.categorical("b");
-  m.holdCells();
-  m.categorical("added");
-  m.person("i1", {"p", "1", "q"});
-  ASSERT_EQ(m.matrix->motherCandidateCount(), 2u);
-  ConsoleLog console;
-  const int32_t aAndAdded[] = {0, 3};
-  ASSERT_EQ(removeVariables(*m.matrix, aAndAdded, console), 1);
-  EXPECT_EQ(m.matrix->motherCandidateCount(), 1u);
-  // A stored count already below the columns never wraps around.
-  test::HandMatrix low;
-  low.categorical("b");
-  low.quantitative("x");
-  ASSERT_TRUE(low.matrix->declareCellVariables(2, 0));
-  low.person("i1", {"q", "1"});
-  const int32_t b[] = {0};
-  ASSERT_EQ(removeVariables(*low.matrix, b, console), 1);
-  EXPECT_EQ(low.matrix->motherCandidateCount(), 0u);
-}
-
 TEST(VariableRemoval, RefusedChoicesChangeNothing) {
   RuledMatrix m;
   struct Case {
