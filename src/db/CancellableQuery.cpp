@@ -4,7 +4,6 @@
 #include <sqlext.h>
 
 #include <chrono>
-#include <cstring>
 #include <future>
 #include <mutex>
 #include <new>
@@ -14,6 +13,7 @@
 #include "common/Progress.h"
 #include "db/Connection.h"
 #include "db/OdbcDiagnostic.h"
+#include "db/QueryStatement.h"
 #include "db/StatementHandle.h"
 #include "db/extraction/FetchedText.h"
 
@@ -22,7 +22,7 @@ namespace velda {
 namespace {
 
 constexpr auto kPollPeriod = std::chrono::milliseconds(50);
-constexpr size_t kValueCapacity = 254;
+constexpr size_t kValueCapacity = ResultColumn::kValueCapacity;
 constexpr size_t kValueBytes = kValueCapacity + 1;
 // Rows fetched by one call: the driver's cost is mostly per call, and an
 // aggregate may send a million rows.
@@ -62,9 +62,7 @@ class RowBlock {
       return;
     }
     char* text = &text_[(column * rows_ + row) * kValueBytes];
-    const size_t kept = strnlen(text, kValueCapacity);
-    const bool cut = length == SQL_NO_TOTAL || length > static_cast<SQLLEN>(kept);
-    value.emplace(text, trimFetchedText(text, decodeFetchedText(text, kept, cut)));
+    value.emplace(text, cleanBoundText(text, kValueCapacity, length));
   }
 
  private:

@@ -4,7 +4,6 @@
 #include <sqlext.h>
 #include <strings.h>
 
-#include <cstring>
 #include <new>
 
 #include "common/Decimal.h"
@@ -47,13 +46,6 @@ const char* const kOracleNumberHint =
     case SQL_DOUBLE: kind = COLUMN_REAL; return true;
     default: return false;
   }
-}
-
-// Decodes and trims a fetched value or name in its buffer.
-void cleanFetchedText(char* text, SQLLEN fetchedLength) {
-  const size_t length = strnlen(text, ResultColumn::kValueCapacity);
-  const bool cut = fetchedLength == SQL_NO_TOTAL || fetchedLength > static_cast<SQLLEN>(length);
-  trimFetchedText(text, decodeFetchedText(text, length, cut));
 }
 
 }  // namespace
@@ -101,7 +93,7 @@ bool QueryStatement::bindColumns() {
       return fail(STATUS_ODBC_ERROR);
     }
     name[sizeof name - 1] = '\0';
-    cleanFetchedText(name, nameLength);
+    cleanBoundText(name, ResultColumn::kValueCapacity, nameLength);
     column.name = name;
     if (!kindOfSqlType(sqlType, column.kind)) return fail(STATUS_UNHANDLED_TYPE);
   }
@@ -131,7 +123,7 @@ bool QueryStatement::fetch() {
       column.buffer[0] = '\0';
       continue;
     }
-    cleanFetchedText(column.buffer, column.indicator);
+    cleanBoundText(column.buffer, ResultColumn::kValueCapacity, column.indicator);
   }
   return true;
 }

@@ -1,5 +1,7 @@
 #include "db/extraction/FetchedText.h"
 
+#include <cstring>
+
 namespace velda {
 
 namespace {
@@ -92,6 +94,12 @@ size_t trimFetchedText(char* text, size_t length) {
     for (size_t i = 0; i < size; ++i) text[i] = text[begin + i];
   text[size] = '\0';
   return size;
+}
+
+size_t cleanBoundText(char* text, size_t capacity, long reported) {
+  const size_t length = strnlen(text, capacity);
+  const bool cut = reported < 0 || static_cast<size_t>(reported) > length;
+  return trimFetchedText(text, decodeFetchedText(text, length, cut));
 }
 
 }  // namespace velda

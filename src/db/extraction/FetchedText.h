@@ -19,4 +19,10 @@ size_t decodeFetchedText(char* text, size_t length, bool cut);
 // terminator and returns the new length.
 size_t trimFetchedText(char* text, size_t length);
 
+// Decodes and trims, in place, a value that the driver wrote into a bound
+// buffer holding at most `capacity` bytes and a terminator. `reported` is the
+// length the driver gave (negative when it did not know it): longer than
+// what the buffer holds, the value was cut. Returns the new length.
+size_t cleanBoundText(char* text, size_t capacity, long reported);
+
 }  // namespace velda
