@@ -110,14 +110,18 @@ bool QueryStatement::bindColumns() {
   return true;
 }
 
-bool QueryStatement::fetch() {
+bool QueryStatement::fetchBound() {
   if (!stmt_) return fail(STATUS_ODBC_ERROR);
   const SQLRETURN rc = SQLFetch(stmt_);
   if (rc == SQL_NO_DATA) {
     status_ = STATUS_OK;
     return false;
   }
-  if (!SQL_SUCCEEDED(rc)) return fail(STATUS_ODBC_ERROR);
+  return SQL_SUCCEEDED(rc) || fail(STATUS_ODBC_ERROR);
+}
+
+bool QueryStatement::fetch() {
+  if (!fetchBound()) return false;
   for (ResultColumn& column : columns_) {
     if (column.indicator == SQL_NULL_DATA) {
       column.buffer[0] = '\0';

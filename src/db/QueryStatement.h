@@ -46,6 +46,9 @@ class QueryStatement {
   // Reads the next row: true for a row, false at the end of data (status 0) or on
   // an error (status 1).
   [[nodiscard]] bool fetch();
+  // Reads the next row as fetch() does but leaves the bound values as the
+  // driver wrote them (see column()), for a reader that cleans them later.
+  [[nodiscard]] bool fetchBound();
   // Frees the statement and its columns; closing the connection does it too.
   void close();
   // The text for the current status (empty for 0); resets the status.
@@ -54,6 +57,7 @@ class QueryStatement {
   int columnCount() const { return static_cast<int>(columns_.size()); }
   ColumnKind columnKind(int i) const { return columns_[static_cast<size_t>(i)].kind; }
   const std::string& columnName(int i) const { return columns_[static_cast<size_t>(i)].name; }
+  const ResultColumn& column(int i) const { return columns_[static_cast<size_t>(i)]; }
   bool isNull(int i) const { return columns_[static_cast<size_t>(i)].indicator == -1; }
   // The current row's trimmed text of column i (0-based).
   const char* text(int i) const { return columns_[static_cast<size_t>(i)].buffer; }

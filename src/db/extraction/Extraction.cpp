@@ -5,6 +5,7 @@
 
 #include "common/LastError.h"
 #include "common/Progress.h"
+#include "db/FetchAhead.h"
 #include "db/QueryStatement.h"
 
 namespace velda {
@@ -22,21 +23,21 @@ std::vector<ExtractionColumn> columnsOf(const QueryStatement& statement) {
 
 void reportStatementError(QueryStatement& statement) { setError("%s", statement.errorText().c_str()); }
 
-// Reads every row into the builder. Returns the number of rows fetched, or
-// -1 when the extraction must end (last-error text set).
+// Reads every row into the builder, the driver fetching the next rows
+// meanwhile. Returns the number of rows read, or -1 when the extraction must
+// end (last-error text set).
 long readRows(QueryStatement& statement, ExtractionBuilder& builder, bool& stopped) {
   std::vector<const char*> texts(static_cast<size_t>(statement.columnCount()));
+  FetchAhead fetched(statement);
   long rows = 0;
   for (;;) {
     if (cancelRequested()) {
       stopped = true;
       return rows;
     }
-    if (!statement.fetch()) break;
+    if (!fetched.next(texts.data())) break;
     ++rows;
     if (rows % kProgressStep == 0) progressLine2("Individual %ld", rows);
-    for (int i = 0; i < statement.columnCount(); ++i)
-      texts[static_cast<size_t>(i)] = statement.isNull(i) ? nullptr : statement.text(i);
     if (!builder.processRow(texts.data())) return -1;
   }
   if (statement.status() != STATUS_OK) {
