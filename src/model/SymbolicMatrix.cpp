@@ -232,24 +232,8 @@ bool SymbolicMatrix::finish(MemberCells cells) {
       }
     }
   }
-  // Each assertion is completed in turn, so that its values stay in the
-  // processor's cache from its first member's cells to their compaction.
-  // The rows of a group are scattered over the query; added here, in link
-  // order, they make the same sums and the same order of categories as
-  // row by row.
-  for (Assertion& a : assertions) {
-    if (cells == MemberCells::ByAssertion) {
-      // The member list has its final length: its spare room, given back
-      // now, is reused by the values built next.
-      a.members.shrink_to_fit();
-      for (const Individual* member : a.members) {
-        if (addMember(a, *member)) continue;
-        setError("Memory allocation failed");
-        return false;
-      }
-    }
+  for (Assertion& a : assertions)
     for (size_t v : categorical) compactValue(a, v);
-  }
   return true;
 }
 

@@ -106,7 +106,6 @@ class SymbolicMatrix {
   enum class MemberCells {
     Added,         // they are in the values already
     ByIndividual,  // every individual to the assertions of its membership
-    ByAssertion,   // every assertion's members, in link order
   };
   // Completes an extraction: adds the members' cells to the values and
   // compacts the tables. Returns false (with "Memory allocation failed"

@@ -132,15 +132,21 @@ TEST(SymbolicMatrix, AddsMembersWithWeightsAndOnlyOverCellHoldingVariables) {
   EXPECT_EQ(m.written(group, 0), "(1(3),2(1))");
 }
 
-// The members' cells reach the values the same, added per individual (with
-// sampling) or per assertion.
+// The members' cells reach the values the same, added by finish() per
+// individual (with sampling) or by the caller as each member is linked.
 TEST(SymbolicMatrix, FinishCompactsTablesAndAccumulatesTheMembers) {
-  for (const auto cells : {SymbolicMatrix::MemberCells::ByIndividual, SymbolicMatrix::MemberCells::ByAssertion}) {
+  for (const auto cells : {SymbolicMatrix::MemberCells::ByIndividual, SymbolicMatrix::MemberCells::Added}) {
     SmallMatrix m;
+    const auto link = [&](Individual& individual, Assertion& assertion) {
+      m.matrix->link(individual, assertion);
+      if (cells == SymbolicMatrix::MemberCells::Added) {
+        ASSERT_EQ(m.matrix->addMember(assertion, individual), 1);
+      }
+    };
     Assertion& a = m.matrix->createAssertion("a");
     Assertion& b = m.matrix->createAssertion("b");
-    for (const char* id : {"i1", "i2", "i3"}) m.matrix->link(m.person(id, {"Lyon", "1"}), a);
-    m.matrix->link(*m.matrix->findIndividual("i3"), b);
+    for (const char* id : {"i1", "i2", "i3"}) link(m.person(id, {"Lyon", "1"}), a);
+    link(*m.matrix->findIndividual("i3"), b);
     m.matrix->createAssertion("empty");
 
     ASSERT_EQ(m.matrix->finish(cells), 1);

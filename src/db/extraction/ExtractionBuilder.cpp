@@ -153,8 +153,15 @@ bool ExtractionBuilder::addRow(const char* const* texts) {
   Assertion& assertion = assertionNamed(assertionId, groupHash);
   if (matrix_->isMember(*individual, assertion)) return true;  // a duplicate row
   matrix_->link(*individual, assertion);
-  if (sampleSize_ > 0) sample(*individual, assertion);
-  return true;
+  if (sampleSize_ > 0) {
+    sample(*individual, assertion);
+    return true;
+  }
+  // Added at once, in link order as the finished matrix needs them, while
+  // the group's values and the row's cells are still in the cache.
+  if (matrix_->addMember(assertion, *individual)) return true;
+  setError("Memory allocation failed");
+  return false;
 }
 
 bool ExtractionBuilder::readCells(const char* const* texts) {
@@ -227,7 +234,7 @@ std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
   matrix_->individuals.trackTails(false);
   matrix_->assertions.trackTails(false);
   if (!matrix_->finish(sampleSize_ > 0 ? SymbolicMatrix::MemberCells::ByIndividual
-                                       : SymbolicMatrix::MemberCells::ByAssertion))
+                                       : SymbolicMatrix::MemberCells::Added))
     return nullptr;
   if (!matrix_->indexAssertions()) {
     setError("Memory allocation failed");
