@@ -22,7 +22,7 @@ trap 'rm -f "$figures"' EXIT
 "$here/symlib/run.sh" "$build"
 
 echo
-echo "extraction figures (processor time of whole processes; floor: velda-bench-floor)"
+echo "extraction figures (elapsed time of whole processes, best of repeated runs; floor: velda-bench-floor)"
 {
   echo "case|figure|target|verdict"
   cat "$figures"
