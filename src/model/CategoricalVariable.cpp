@@ -132,6 +132,7 @@ void CategoricalVariable::restoreTaxonomy(DetachedTaxonomy& detached) {
 void CategoricalVariable::indexNames() {
   modalities.trackTails(true);
   modalities.indexKeys(true);
+  modalities.rememberInsertOrder();
   nodes.trackTails(true);
   nodes.indexKeys(true);
 }

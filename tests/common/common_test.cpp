@@ -144,6 +144,43 @@ TEST(ChainedHashTable, IndexedKeysFindWhatAWalkFindsThroughEveryChange) {
   EXPECT_EQ(moved.find(1)->tag, "one");
 }
 
+// A table that remembers its insert order rebuilds without walking its
+// chains, into the same order and tails; an erase makes it walk again.
+TEST(ChainedHashTable, RememberedInsertOrderRebuildsInTheWalksOrder) {
+  for (const bool erased : {false, true}) {
+    Table table(3);
+    table.trackTails(true);
+    table.rememberInsertOrder();
+    for (int key : {4, 1, 3, 7, 2, 10}) table.insert(key, "x");
+    // Buckets: 0 -> 3; 1 -> 4, 1, 7, 10; 2 -> 2.
+    if (erased) {
+      EXPECT_TRUE(table.erase(7));
+    }
+    Table moved = std::move(table);
+    Item* ten = moved.find(10);
+    // The walk 3, 4, 1, (7,) 10, 2 into 2 buckets: 0 -> 4, 10, 2; 1 -> 3, 1,
+    // (7); then 8 and 9 go to the tails.
+    moved.rebuild(2);
+    for (int key : {8, 9}) moved.insert(key, "x");
+    EXPECT_EQ(keysInOrder(moved),
+              erased ? (std::vector<int>{4, 10, 2, 8, 3, 1, 9}) : (std::vector<int>{4, 10, 2, 8, 3, 1, 7, 9}));
+    EXPECT_EQ(moved.find(10), ten);
+  }
+
+  using Colliding = ChainedHashTable<Item, CollidingTraits>;
+  Colliding remembered(7);
+  Colliding walked(7);
+  remembered.rememberInsertOrder();
+  for (int i = 0; i < 2000; ++i) {
+    const int key = (i * 7919) % 2003;
+    remembered.insert(key, "x");
+    walked.insert(key, "x");
+  }
+  remembered.rebuild(500);
+  walked.rebuild(500);
+  EXPECT_EQ(keysInOrder(remembered), keysInOrder(walked));
+}
+
 TEST(ChainedHashTable, ZeroBucketsMeanOneAndEmptyTablesIterateNothing) {
   Table table(0);
   EXPECT_EQ(table.bucketCount(), 1u);

@@ -62,6 +62,8 @@ ExtractionBuilder::ExtractionBuilder(std::unique_ptr<SymbolicMatrix> matrix, siz
   // whose bucket counts stay fixed until the matrix is finished.
   matrix_->individuals.trackTails(true);
   matrix_->assertions.trackTails(true);
+  matrix_->individuals.rememberInsertOrder();
+  matrix_->assertions.rememberInsertOrder();
 }
 
 std::unique_ptr<ExtractionBuilder> ExtractionBuilder::prepare(const std::vector<ExtractionColumn>& columns,
