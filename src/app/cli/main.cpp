@@ -15,6 +15,7 @@
 #include "app/cli/HugePageHeap.h"
 #include "app/cli/LocaleCharset.h"
 #include "app/cli/TerminalProgress.h"
+#include "common/FreedMemory.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
 #include "document/Document.h"
@@ -108,6 +109,7 @@ std::optional<UsageError> parseCommand(std::vector<Word> words, const LocaleChar
 
 int main(int argc, char** argv) {
   restartWithHugePageHeap(argv);
+  keepFreedMemoryForReuse();
   std::vector<std::string> args(argv + 1, argv + argc);
   const LocaleCharset charset = LocaleCharset::fromEnvironment();
   size_t first = 0;

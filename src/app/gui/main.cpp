@@ -8,6 +8,7 @@
 #include <ctime>
 
 #include "app/gui/StartupProject.h"
+#include "common/FreedMemory.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
 #include "formats/library/SymbolicLibrary.h"
@@ -46,6 +47,7 @@ QString projectArgument(const QApplication& application) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  velda::keepFreedMemoryForReuse();
   QApplication application(argc, argv);
   // Qt follows the user's locale; numbers are read and written the C way.
   std::setlocale(LC_NUMERIC, "C");
