@@ -232,8 +232,14 @@ bool SymbolicMatrix::finish(MemberCells cells) {
       }
     }
   }
-  for (Assertion& a : assertions)
-    for (size_t v : categorical) compactValue(a, v);
+  if (!indexAssertions()) {
+    setError("Memory allocation failed");
+    return false;
+  }
+  // The assertions and their values were made one after the other in
+  // number order: compacted in that order, memory is read straight through.
+  for (Assertion* a : orderedAssertions)
+    for (size_t v : categorical) compactValue(*a, v);
   return true;
 }
 

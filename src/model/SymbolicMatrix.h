@@ -107,9 +107,10 @@ class SymbolicMatrix {
     Added,         // they are in the values already
     ByIndividual,  // every individual to the assertions of its membership
   };
-  // Completes an extraction: adds the members' cells to the values and
-  // compacts the tables. Returns false (with "Memory allocation failed"
-  // set) on failure.
+  // Completes an extraction: adds the members' cells to the values,
+  // compacts the tables and lists the assertions by number
+  // (indexAssertions). Returns false (with "Memory allocation failed" set)
+  // on failure.
   [[nodiscard]] bool finish(MemberCells cells);
   // Rebuilds the value tables of a categorical variable (in every
   // assertion) to as many buckets as entries: the order that a saved and

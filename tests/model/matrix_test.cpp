@@ -150,6 +150,7 @@ TEST(SymbolicMatrix, FinishCompactsTablesAndAccumulatesTheMembers) {
     m.matrix->createAssertion("empty");
 
     ASSERT_EQ(m.matrix->finish(cells), 1);
+    EXPECT_TRUE(m.matrix->assertionsIndexed());
     EXPECT_EQ(m.matrix->individuals.bucketCount(), 3u);
     EXPECT_EQ(m.matrix->assertions.bucketCount(), 3u);
     for (const char* id : {"i1", "i2", "i3"}) EXPECT_NE(m.matrix->findIndividual(id), nullptr);

@@ -329,10 +329,7 @@ std::unique_ptr<SymbolicMatrix> aggregate(const Connection& connection, const st
 
   progressLine1("Updating data...");
   progressLine2("%s", "");
-  if (!matrix->finish(SymbolicMatrix::MemberCells::Added) || !matrix->indexAssertions()) {
-    setError("Memory allocation failed");
-    return nullptr;
-  }
+  if (!matrix->finish(SymbolicMatrix::MemberCells::Added)) return nullptr;
   return matrix;
 }
 

@@ -238,10 +238,6 @@ std::unique_ptr<SymbolicMatrix> ExtractionBuilder::finish(long rowsRead) {
   if (!matrix_->finish(sampleSize_ > 0 ? SymbolicMatrix::MemberCells::ByIndividual
                                        : SymbolicMatrix::MemberCells::Added))
     return nullptr;
-  if (!matrix_->indexAssertions()) {
-    setError("Memory allocation failed");
-    return nullptr;
-  }
   return std::move(matrix_);
 }
 
