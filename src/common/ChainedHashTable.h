@@ -402,11 +402,11 @@ class ChainedHashTable {
     for (size_t k = count_; k-- > 0;) {
       if (k >= kPrefetchAhead) __builtin_prefetch(inserted_[walk[k - kPrefetchAhead]], 1);
       const uint32_t i = walk[k];
+      const size_t bucket = hashes[i] % n;
       Node* node = inserted_[i];
-      Node*& chain = fresh[hashes[i] % n];
-      if (!chain && !tails.empty()) tails[hashes[i] % n] = node;
-      node->next = chain;
-      chain = node;
+      if (!fresh[bucket] && !tails.empty()) tails[bucket] = node;
+      node->next = fresh[bucket];
+      fresh[bucket] = node;
     }
     return true;
   }

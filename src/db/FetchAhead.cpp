@@ -17,7 +17,6 @@ constexpr size_t kBlockCount = 3;
 constexpr size_t kMaxBlockRows = 1024;
 constexpr size_t kBlockValues = 16384;
 constexpr size_t kBlockBytes = 256 * 1024;
-constexpr long kNull = -1;
 constexpr size_t kValueRoom = ResultColumn::kValueCapacity + 1;
 
 // The bytes of a bound value up to its terminator: the driver's length when
@@ -32,9 +31,10 @@ size_t boundLength(const ResultColumn& column) {
 }  // namespace
 
 FetchAhead::FetchAhead(QueryStatement& statement)
-    : statement_(statement), columns_(static_cast<size_t>(std::max(statement.columnCount(), 1))) {
-  blockRows_ = std::clamp<size_t>(kBlockValues / columns_, 1, kMaxBlockRows);
-  blockBytes_ = std::max(kBlockBytes, columns_ * kValueRoom);
+    : statement_(statement),
+      columns_(static_cast<size_t>(std::max(statement.columnCount(), 1))),
+      blockRows_(std::clamp<size_t>(kBlockValues / columns_, 1, kMaxBlockRows)),
+      blockBytes_(std::max(kBlockBytes, columns_ * kValueRoom)) {
   blocks_ = std::make_unique<Block[]>(kBlockCount);
   for (size_t b = 0; b < kBlockCount; ++b) {
     blocks_[b].bytes = std::make_unique_for_overwrite<char[]>(blockBytes_);
@@ -88,7 +88,7 @@ void FetchAhead::fill(Block& block) {
     for (int c = 0; c < columnCount; ++c) {
       const ResultColumn& column = statement_.column(c);
       values[c].indicator = column.indicator;
-      if (column.indicator == kNull) continue;
+      if (column.indicator == ResultColumn::kNullIndicator) continue;
       const size_t length = boundLength(column);
       std::memcpy(&block.bytes[used], column.buffer, length);
       block.bytes[used + length] = '\0';
@@ -121,7 +121,7 @@ bool FetchAhead::next(const char** texts) {
     if (!advance()) return false;
   Value* values = &current_->values[row_++ * columns_];
   for (int c = 0; c < statement_.columnCount(); ++c) {
-    if (values[c].indicator == kNull) {
+    if (values[c].indicator == ResultColumn::kNullIndicator) {
       texts[c] = nullptr;
       continue;
     }

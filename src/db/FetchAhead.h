@@ -38,7 +38,7 @@ class FetchAhead {
  private:
   struct Value {
     uint32_t offset;  // where the text starts in the block's bytes
-    long indicator;   // the driver's length, or -1 for NULL
+    long indicator;   // the driver's length, or ResultColumn::kNullIndicator
   };
   struct Block {
     std::unique_ptr<char[]> bytes;
@@ -55,8 +55,8 @@ class FetchAhead {
 
   QueryStatement& statement_;
   const size_t columns_;
-  size_t blockRows_ = 0;
-  size_t blockBytes_ = 0;
+  const size_t blockRows_;
+  const size_t blockBytes_;
   std::unique_ptr<Block[]> blocks_;
 
   std::mutex mutex_;

@@ -18,6 +18,7 @@ namespace {
 
 // The indicators are bound where the driver writes SQLLEN values.
 static_assert(sizeof(ResultColumn::indicator) == sizeof(SQLLEN), "indicator must be an SQLLEN");
+static_assert(ResultColumn::kNullIndicator == SQL_NULL_DATA, "NULL reads as the driver writes it");
 
 // Buffer length given to the driver: 254 bytes of value and the terminator.
 constexpr SQLLEN kBoundLength = ResultColumn::kValueCapacity + 1;

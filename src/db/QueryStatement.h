@@ -27,9 +27,10 @@ enum StatementStatus : int32_t {
 // One column of a result: its name, kind and the current row's text.
 struct ResultColumn {
   static constexpr size_t kValueCapacity = 254;
+  static constexpr long kNullIndicator = -1;  // the driver's SQL_NULL_DATA
   std::string name;
   ColumnKind kind = COLUMN_CHARACTER;
-  long indicator = 0;     // -1: the value is NULL
+  long indicator = 0;     // kNullIndicator: the value is NULL
   char buffer[256] = {};  // the current value, trimmed, at most 254 bytes
 };
 
@@ -58,7 +59,7 @@ class QueryStatement {
   ColumnKind columnKind(int i) const { return columns_[static_cast<size_t>(i)].kind; }
   const std::string& columnName(int i) const { return columns_[static_cast<size_t>(i)].name; }
   const ResultColumn& column(int i) const { return columns_[static_cast<size_t>(i)]; }
-  bool isNull(int i) const { return columns_[static_cast<size_t>(i)].indicator == -1; }
+  bool isNull(int i) const { return columns_[static_cast<size_t>(i)].indicator == ResultColumn::kNullIndicator; }
   // The current row's trimmed text of column i (0-based).
   const char* text(int i) const { return columns_[static_cast<size_t>(i)].buffer; }
   double number(int i) const;
