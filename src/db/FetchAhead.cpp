@@ -11,7 +11,10 @@ namespace velda {
 
 namespace {
 
-constexpr size_t kBlockCount = 3;
+// Blocks of rows read ahead: enough for the reading thread to go on while
+// the caller stops for a few milliseconds, as it does when fresh memory
+// comes in a huge page.
+constexpr size_t kBlockCount = 8;
 // A block holds at most this many rows, at most kBlockValues values and at
 // least one row however wide.
 constexpr size_t kMaxBlockRows = 1024;
