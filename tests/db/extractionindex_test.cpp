@@ -12,15 +12,25 @@
 namespace velda {
 namespace {
 
+// 3,000 groups double the 1,024 slots three times; the entries of the
+// previous array move over during the next 256, 512 and 1,024 adds.
 TEST(ExtractionIndex, FindsEveryGroupThroughGrowthAndTellsEqualHashesApart) {
   ExtractionIndex index;
   std::vector<std::unique_ptr<Assertion>> groups;
+  const auto findsAll = [&] {
+    for (const auto& group : groups)
+      if (index.find(group->id, ExtractionIndex::hashOf(group->id)) != group.get()) return false;
+    return true;
+  };
   for (int i = 0; i < 3000; ++i) {
     groups.push_back(std::make_unique<Assertion>("g" + std::to_string(i), i));
     EXPECT_EQ(index.find(groups.back()->id, ExtractionIndex::hashOf(groups.back()->id)), nullptr);
     index.add(*groups.back(), ExtractionIndex::hashOf(groups.back()->id));
+    // Just after each doubling, in the middle of each move and after it.
+    if (i == 512 || i == 700 || i == 1024 || i == 1300 || i == 2048 || i == 2500 || i == 2999) {
+      EXPECT_TRUE(findsAll()) << i;
+    }
   }
-  for (const auto& group : groups) EXPECT_EQ(index.find(group->id, ExtractionIndex::hashOf(group->id)), group.get());
   EXPECT_EQ(index.find("g3000", ExtractionIndex::hashOf("g3000")), nullptr);
   EXPECT_EQ(index.find("", ExtractionIndex::hashOf("")), nullptr);
 

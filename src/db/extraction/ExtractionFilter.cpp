@@ -1,7 +1,6 @@
 #include "db/extraction/ExtractionFilter.h"
 
 #include <algorithm>
-#include <new>
 
 namespace velda {
 
@@ -12,26 +11,20 @@ constexpr size_t kIdentifiersPerWord = 2;
 
 }  // namespace
 
-IdentifierFilter::Words IdentifierFilter::zeroedWords(size_t count) {
-  Words words(static_cast<uint64_t*>(std::calloc(count, sizeof(uint64_t))));
-  if (!words) throw std::bad_alloc();
-  return words;
-}
-
-IdentifierFilter::IdentifierFilter() : wordCount_(kInitialWords), words_(zeroedWords(kInitialWords)) {}
+IdentifierFilter::IdentifierFilter() : words_(kInitialWords) {}
 
 void IdentifierFilter::add(uint64_t hash) {
-  if (count_ >= kIdentifiersPerWord * wordCount_) grow();
+  if (count_ >= kIdentifiersPerWord * words_.size()) grow();
   word(hash) |= bitsOf(hash);
   ++count_;
 }
 
 void IdentifierFilter::grow() {
-  Words doubled = zeroedWords(2 * wordCount_);
-  std::copy(words_.get(), words_.get() + wordCount_, doubled.get());
-  std::copy(words_.get(), words_.get() + wordCount_, doubled.get() + wordCount_);
+  const size_t count = words_.size();
+  ZeroedArray<uint64_t> doubled(2 * count);
+  std::copy(words_.data(), words_.data() + count, doubled.data());
+  std::copy(words_.data(), words_.data() + count, doubled.data() + count);
   words_ = std::move(doubled);
-  wordCount_ *= 2;
 }
 
 }  // namespace velda

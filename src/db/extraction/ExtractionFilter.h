@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
+
+#include "common/ZeroedArray.h"
 
 namespace velda {
 
@@ -34,19 +34,12 @@ class IdentifierFilter {
   void prefetch(uint64_t hash) const { __builtin_prefetch(&word(hash)); }
 
  private:
-  struct Free {
-    void operator()(uint64_t* words) const { std::free(words); }
-  };
-  using Words = std::unique_ptr<uint64_t[], Free>;
-
-  static Words zeroedWords(size_t count);
   // The two bits from the high bits of the hash (they may be the same).
   static uint64_t bitsOf(uint64_t hash) { return uint64_t{1} << (hash >> 52 & 63) | uint64_t{1} << (hash >> 58); }
-  uint64_t& word(uint64_t hash) const { return words_[hash & (wordCount_ - 1)]; }
+  uint64_t& word(uint64_t hash) const { return words_[hash & (words_.size() - 1)]; }
   void grow();
 
-  size_t wordCount_;  // a power of two
-  Words words_;
+  ZeroedArray<uint64_t> words_;  // a power of two
   size_t count_ = 0;
 };
 
