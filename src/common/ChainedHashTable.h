@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/SmallObjectPool.h"
+
 namespace velda {
 
 // A chained hash table whose iteration order is part of the program's output:
@@ -17,8 +19,9 @@ namespace velda {
 // changes only through rebuild(), which re-appends every entry in iteration
 // order, so the same inserts always give the same order.
 //
-// Values live in individually allocated nodes and never move: a pointer to a
-// stored value stays valid until that value is erased.
+// Values live in individually allocated nodes (from the thread's pool of
+// small objects) and never move: a pointer to a stored value stays valid
+// until that value is erased.
 //
 // A table filled in bulk can keep the tail of every chain (trackTails), so
 // that an insert does not walk its chain, an index of its keys (indexKeys),
@@ -34,7 +37,7 @@ namespace velda {
 //   static bool equal(Key, Key);
 template <typename Value, typename Traits>
 class ChainedHashTable {
-  struct Node {
+  struct Node : PooledObject {
     template <typename... Args>
     explicit Node(Args&&... args) : value(std::forward<Args>(args)...) {}
     Node* next = nullptr;
@@ -110,6 +113,7 @@ class ChainedHashTable {
   // it was.
   template <typename... Args>
   Value& insert(Args&&... args) {
+    static_assert(alignof(Node) <= SmallObjectPool::kGrain, "the pool's blocks hold the node");
     auto node = std::make_unique<Node>(std::forward<Args>(args)...);
     const uint32_t hash = Traits::hash(Traits::key(node->value));
     if (!index_.empty() && 2 * (count_ + 1) > index_.size()) growIndex(2 * index_.size());

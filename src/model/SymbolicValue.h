@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "common/SmallObjectPool.h"
 #include "model/CellValue.h"
 
 namespace velda {
@@ -9,8 +10,9 @@ namespace velda {
 class SymbolicVariable;
 
 // The value of one assertion for one variable, accumulated from the
-// weighted cells of its members.
-class SymbolicValue {
+// weighted cells of its members. A large matrix holds millions of them:
+// they come from the thread's pool of small objects.
+class SymbolicValue : public PooledObject {
  public:
   explicit SymbolicValue(const SymbolicVariable& variable) : variable_(&variable) {}
   virtual ~SymbolicValue() = default;
@@ -55,5 +57,6 @@ class SymbolicValue {
  private:
   const SymbolicVariable* variable_;
 };
+static_assert(alignof(SymbolicValue) <= SmallObjectPool::kGrain, "the pool's blocks hold every value");
 
 }  // namespace velda
