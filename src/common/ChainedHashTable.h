@@ -226,10 +226,16 @@ class ChainedHashTable {
   // Rehashes into n buckets (0 is taken as 1). Throws std::bad_alloc, and
   // keeps the table unchanged, when the new bucket arrays cannot be allocated.
   void rebuild(size_t n) {
+    rebuild(n, [](Value&) {});
+  }
+  // The same, calling visit(value) once for every entry, in no particular
+  // order, as the rebuild reads it anyway.
+  template <typename Visit>
+  void rebuild(size_t n, Visit visit) {
     if (n == 0) n = 1;
     std::vector<Node*> fresh(n, nullptr);
     std::vector<Node*> tails(tails_.empty() ? 0 : n, nullptr);
-    if (!(ordered_ && chainInInsertOrder(fresh, tails))) chainInWalkOrder(fresh, tails);
+    if (!(ordered_ && chainInInsertOrder(fresh, tails, visit))) chainInWalkOrder(fresh, tails, visit);
     forgetInsertOrder();
     buckets_ = std::move(fresh);
     tails_ = std::move(tails);
@@ -352,12 +358,14 @@ class ChainedHashTable {
   // Puts every entry into the new chains (and their tails, when kept) in
   // iteration order: each one is pushed on the head of its new chain, in
   // iteration order, and each chain is then reversed. Walks the old chains.
-  void chainInWalkOrder(std::vector<Node*>& fresh, std::vector<Node*>& tails) {
+  template <typename Visit>
+  void chainInWalkOrder(std::vector<Node*>& fresh, std::vector<Node*>& tails, Visit& visit) {
     const size_t n = fresh.size();
     for (Node* head : buckets_) {
       while (head) {
         Node* node = head;
         head = head->next;
+        visit(node->value);
         Node*& chain = fresh[Traits::hash(Traits::key(node->value)) % n];
         node->next = chain;
         chain = node;
@@ -383,7 +391,8 @@ class ChainedHashTable {
   // mostly the order of their addresses, and written independently of one
   // another. False, with nothing changed, when the sort's arrays cannot be
   // allocated.
-  bool chainInInsertOrder(std::vector<Node*>& fresh, std::vector<Node*>& tails) {
+  template <typename Visit>
+  bool chainInInsertOrder(std::vector<Node*>& fresh, std::vector<Node*>& tails, Visit& visit) {
     const size_t oldCount = buckets_.size();
     std::vector<uint32_t> hashes;
     std::vector<uint32_t> walk;
@@ -397,6 +406,7 @@ class ChainedHashTable {
       return false;
     }
     for (size_t i = 0; i < count_; ++i) {
+      visit(inserted_[i]->value);
       hashes[i] = Traits::hash(Traits::key(inserted_[i]->value));
       ++starts[hashes[i] % oldCount + 1];
     }

@@ -212,7 +212,10 @@ bool SymbolicMatrix::recomputeAssertion(Assertion& assertion) {
 
 bool SymbolicMatrix::finish(MemberCells cells) {
   if (!individuals.empty()) individuals.rebuild(individuals.size());
-  if (!assertions.empty()) assertions.rebuild(assertions.size());
+  // The assertions are listed by number as their rebuild reads them.
+  bool indexed = clearAssertionIndex();
+  if (!assertions.empty())
+    assertions.rebuild(assertions.size(), [&](Assertion& a) { indexed = indexed && placeInIndex(a); });
 
   std::vector<size_t> categorical;
   for (size_t v = 0; v < variables_.size(); ++v) {
@@ -232,7 +235,7 @@ bool SymbolicMatrix::finish(MemberCells cells) {
       }
     }
   }
-  if (!indexAssertions()) {
+  if (!indexed) {
     setError("Memory allocation failed");
     return false;
   }
@@ -261,20 +264,28 @@ int32_t& SymbolicMatrix::sampleCounter(int32_t assertionNumber) {
 }
 
 bool SymbolicMatrix::indexAssertions() {
+  bool indexed = clearAssertionIndex();
+  for (Assertion& a : assertions) indexed = indexed && placeInIndex(a);
+  return indexed;
+}
+
+bool SymbolicMatrix::clearAssertionIndex() {
   orderedAssertions.clear();
   try {
     orderedAssertions.assign(assertions.size(), nullptr);
   } catch (const std::bad_alloc&) {
     return false;
   }
-  for (Assertion& a : assertions) {
-    const auto slot = static_cast<size_t>(a.number);
-    if (a.number < 0 || slot >= orderedAssertions.size() || orderedAssertions[slot]) {
-      orderedAssertions.clear();
-      return false;
-    }
-    orderedAssertions[slot] = &a;
+  return true;
+}
+
+bool SymbolicMatrix::placeInIndex(Assertion& a) {
+  const auto slot = static_cast<size_t>(a.number);
+  if (a.number < 0 || slot >= orderedAssertions.size() || orderedAssertions[slot]) {
+    orderedAssertions.clear();
+    return false;
   }
+  orderedAssertions[slot] = &a;
   return true;
 }
 

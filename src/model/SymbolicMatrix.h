@@ -191,6 +191,12 @@ class SymbolicMatrix {
   // Rebuilds one assertion's value of categorical variable v (see
   // compactValues).
   static void compactValue(Assertion& a, size_t v);
+  // Empties orderedAssertions to a null slot per assertion; false when
+  // memory runs out.
+  [[nodiscard]] bool clearAssertionIndex();
+  // Puts the assertion at the slot of its number; false, with the list
+  // emptied, when that slot is taken or out of range.
+  [[nodiscard]] bool placeInIndex(Assertion& a);
 
   std::vector<std::unique_ptr<SymbolicVariable>> variables_;
   // One mark per variable: set when a rule makes it a daughter.

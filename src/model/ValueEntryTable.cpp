@@ -74,6 +74,15 @@ void ValueEntryTable::shrinkToFit() noexcept {
 
 void ValueEntryTable::rebuild(size_t n) {
   if (n == 0) n = 1;
+  // Most values of a large extraction hold one category: its bucket is all
+  // that changes.
+  if (size_ <= 1 && !heads_) {
+    bucketCount_ = static_cast<uint32_t>(n);
+    headBucket_ = size_ == 0 ? 0 : static_cast<uint32_t>(bucketOf(data()[0].index, n));
+    shrinkToFit();
+    index_.reset();
+    return;
+  }
   // Several entries over several buckets need the array of the heads. It
   // is reused when it has the room: every value of an extraction is
   // rebuilt, most of them to fewer buckets than they had.

@@ -159,8 +159,11 @@ TEST(ChainedHashTable, RememberedInsertOrderRebuildsInTheWalksOrder) {
     Table moved = std::move(table);
     Item* ten = moved.find(10);
     // The walk 3, 4, 1, (7,) 10, 2 into 2 buckets: 0 -> 4, 10, 2; 1 -> 3, 1,
-    // (7); then 8 and 9 go to the tails.
-    moved.rebuild(2);
+    // (7); then 8 and 9 go to the tails. The rebuild shows every entry once,
+    // from the order of the inserts or, after the erase, from the walk.
+    std::multiset<int> visited;
+    moved.rebuild(2, [&](Item& item) { visited.insert(item.key); });
+    EXPECT_EQ(visited, erased ? (std::multiset<int>{4, 1, 3, 2, 10}) : (std::multiset<int>{4, 1, 3, 7, 2, 10}));
     for (int key : {8, 9}) moved.insert(key, "x");
     EXPECT_EQ(keysInOrder(moved),
               erased ? (std::vector<int>{4, 10, 2, 8, 3, 1, 9}) : (std::vector<int>{4, 10, 2, 8, 3, 1, 7, 9}));

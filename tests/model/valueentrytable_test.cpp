@@ -126,6 +126,22 @@ TEST(ValueEntryTable, ClearMoveAndZeroBuckets) {
   moved = std::move(single);
   EXPECT_EQ(indexesInOrder(moved), (std::vector<int32_t>{4, 1, 2}));
   EXPECT_EQ(single.find(4), nullptr);
+
+  // One entry of many buckets, as most values of an extraction: rebuilt to
+  // 1 and then 5 buckets it stays found, in bucket 7 % 5 = 2, and later
+  // entries follow their buckets: 2 -> 7, 2; 4 -> 4.
+  ValueEntryTable one(9);
+  one.insert(7, 7.0);
+  one.rebuild(1);
+  EXPECT_EQ(one.bucketCount(), 1u);
+  ASSERT_NE(one.find(7), nullptr);
+  one.rebuild(5);
+  ASSERT_NE(one.find(7), nullptr);
+  EXPECT_EQ(one.find(7)->weight, 7.0);
+  one.insert(4);
+  one.insert(2);
+  EXPECT_EQ(indexesInOrder(one), (std::vector<int32_t>{7, 2, 4}));
+  EXPECT_EQ(one.find(3), nullptr);
 }
 
 }  // namespace
