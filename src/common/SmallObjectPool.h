@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <new>
 
 namespace velda {
 
@@ -56,6 +57,22 @@ class SmallObjectPool {
 // heap, so that its checks reach every object.
 void* allocateSmall(size_t size);
 void releaseSmall(void* block, size_t size) noexcept;
+
+// A standard allocator over the thread's pool, for the short arrays that
+// every group of a large matrix holds.
+template <typename T>
+struct PoolAllocator {
+  using value_type = T;
+  PoolAllocator() = default;
+  template <typename U>
+  PoolAllocator(const PoolAllocator<U>&) noexcept {}  // NOLINT: rebinding converts implicitly
+  T* allocate(size_t n) {
+    if (n > static_cast<size_t>(-1) / sizeof(T)) throw std::bad_array_new_length();
+    return static_cast<T*>(allocateSmall(n * sizeof(T)));
+  }
+  void deallocate(T* block, size_t n) noexcept { releaseSmall(block, n * sizeof(T)); }
+  friend bool operator==(const PoolAllocator&, const PoolAllocator&) { return true; }
+};
 
 // A base that gives a class (aligned to at most SmallObjectPool::kGrain)
 // the thread's pool as its operator new and delete; sizes too large for the

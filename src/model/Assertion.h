@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "common/SmallObjectPool.h"
 #include "model/SymbolicValue.h"
 
 namespace velda {
@@ -19,11 +20,16 @@ class Assertion {
   SymbolicValue& value(size_t variable) { return *values[variable]; }
   const SymbolicValue& value(size_t variable) const { return *values[variable]; }
 
+  // Every group of a large matrix holds these two short arrays: they come
+  // from the thread's pool.
+  using MemberList = std::vector<Individual*, PoolAllocator<Individual*>>;
+  using ValueList = std::vector<std::unique_ptr<SymbolicValue>, PoolAllocator<std::unique_ptr<SymbolicValue>>>;
+
   std::string id;
   int32_t number;
-  int32_t memberCount = 0;           // individuals added to the values
-  std::vector<Individual*> members;  // linked individuals, in link order
-  std::vector<std::unique_ptr<SymbolicValue>> values;
+  int32_t memberCount = 0;  // individuals added to the values
+  MemberList members;       // linked individuals, in link order
+  ValueList values;
 };
 
 }  // namespace velda

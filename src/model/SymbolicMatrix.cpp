@@ -74,8 +74,8 @@ bool hasTaxonomy(const SymbolicVariable& variable) {
   return variable.isCategorical() && static_cast<const CategoricalVariable&>(variable).hasTaxonomy();
 }
 
-template <typename T>
-void eraseChosen(std::vector<T>& items, std::span<const int32_t> chosen) {
+template <typename T, typename A>
+void eraseChosen(std::vector<T, A>& items, std::span<const int32_t> chosen) {
   for (auto it = chosen.rbegin(); it != chosen.rend(); ++it)
     if (static_cast<size_t>(*it) < items.size()) items.erase(items.begin() + *it);
 }

@@ -110,7 +110,7 @@ TEST(ProjectFile, RoundTripRebuildsEveryPartAndTheSameBytes) {
   ASSERT_EQ(bob->membershipCount(), 2u);
   EXPECT_EQ(bob->others.front()->id, "blue");
   const Assertion* blue = bob->others.front();
-  EXPECT_EQ(blue->members, std::vector<Individual*>{const_cast<Individual*>(bob)});
+  EXPECT_EQ(blue->members, Assertion::MemberList{const_cast<Individual*>(bob)});
   EXPECT_EQ(blue->number, 1);
   EXPECT_EQ(loaded->orderedAssertions[1], blue);
 }
