@@ -62,13 +62,14 @@ SmallObjectPool& threadPool() {
   if (!pool) pool = new SmallObjectPool;
   return *pool;
 }
+
+// Sizes 1 to kLargestBlock (size_t wraps 0 around to the largest value).
+bool pooled(size_t size) { return size - 1 < SmallObjectPool::kLargestBlock; }
 }  // namespace
 
-void* allocateSmall(size_t size) {
-  return size <= SmallObjectPool::kLargestBlock ? threadPool().allocate(size) : ::operator new(size);
-}
+void* allocateSmall(size_t size) { return pooled(size) ? threadPool().allocate(size) : ::operator new(size); }
 void releaseSmall(void* block, size_t size) noexcept {
-  if (size <= SmallObjectPool::kLargestBlock)
+  if (pooled(size))
     threadPool().release(block, size);
   else
     ::operator delete(block);
