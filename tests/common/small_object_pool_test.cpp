@@ -59,9 +59,9 @@ TEST(SmallObjectPool, BlocksOverManySlabsKeepTheirBytesAndAreReused) {
   for (char* block : reused) pool.release(block, kSize);
 }
 
-// A polymorphic object is given back with its own size through a pointer to
-// its base, and sizes beyond the pool's come from the heap.
-TEST(SmallObjectPool, PooledObjectsAreGivenBackWithTheirOwnSize) {
+// Objects of a pooled class, smaller and larger than the pool's blocks, keep
+// their fields side by side and are destroyed through a pointer to their base.
+TEST(SmallObjectPool, PooledObjectsOfEverySizeLiveSideBySide) {
   struct Base : PooledObject {
     virtual ~Base() = default;
     int64_t a = 1;
