@@ -43,4 +43,10 @@ void releaseAtExit(const std::string& path) {
               files.end());
 }
 
+void exitWithoutDestructors(int status) {
+  removePendingFiles();
+  std::fflush(nullptr);
+  std::_Exit(status);
+}
+
 }  // namespace velda

@@ -55,6 +55,8 @@ TEST_F(CliAggregationSqlite, MatrixWithoutIndividualsExportsSavesAndOpens) {
   ASSERT_EQ(result.status, 0) << result.err;
   EXPECT_TRUE(hasLine(linesOf(result.out), "2 assertions build from 0 individuals")) << result.out;
   EXPECT_EQ(readFile(dir_.file("reopened.kvf")), exported);
+  // The table went through a temporary file, gone with the run.
+  for (const std::string& name : folderNames(dir_.path())) EXPECT_NE(name.rfind("dbgrp", 0), 0u) << name;
 }
 
 TEST_F(CliAggregationSqlite, CommandsThatNeedIndividualsAreRefused) {

@@ -15,6 +15,7 @@
 #include "app/cli/HugePageHeap.h"
 #include "app/cli/LocaleCharset.h"
 #include "app/cli/TerminalProgress.h"
+#include "common/ExitCleanup.h"
 #include "common/FreedMemory.h"
 #include "common/MessageBox.h"
 #include "common/Random15.h"
@@ -190,8 +191,7 @@ int main(int argc, char** argv) {
   // The sanitizer build destroys everything, so that its leak check still
   // accounts for every allocation, and so does the coverage build, whose
   // counters are written at a normal exit.
-  std::fflush(stderr);
-  std::_Exit(status);
+  exitWithoutDestructors(status);
 #endif
   return status;
 }
