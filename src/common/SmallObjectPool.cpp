@@ -23,13 +23,14 @@ SmallObjectPool::~SmallObjectPool() {
 }
 
 void* SmallObjectPool::allocate(size_t size) {
-  FreeBlock*& list = free_[listOf(size)];
+  const size_t listNumber = listOf(size);
+  FreeBlock*& list = free_[listNumber];
   if (list) {
     FreeBlock* block = list;
     list = block->next;
     return block;
   }
-  const size_t rounded = (listOf(size) + 1) * kGrain;
+  const size_t rounded = (listNumber + 1) * kGrain;
   if (static_cast<size_t>(end_ - next_) < rounded) addSlab();
   void* block = next_;
   next_ += rounded;
